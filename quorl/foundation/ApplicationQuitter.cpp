@@ -1,0 +1,20 @@
+#include <quorl/foundation/ApplicationQuitter.h>
+
+#include <quorl/foundation/VGlobals.h>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::ApplicationQuitter>;
+}
+
+namespace Quorl
+{
+
+ApplicationQuitter::ApplicationQuitter()
+{
+    VGlobals::theGlobals().quitters.insert(WeakPtr<ApplicationQuitter>(this));
+}
+
+ApplicationQuitter::~ApplicationQuitter() = default;
+
+} // namespace Quorl

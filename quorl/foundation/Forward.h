@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// Declarations of the foundation, and the root of the handles of each class that is held while it
+/// is only declared.
+namespace Tolmen
+{
+
+using std::string;
+
+struct Referer;
+class SpeakPtr;
+
+template <class T>
+class ReferenceBase;
+template <class T, class B>
+class DynPtr;
+template <class T, class B>
+class WeakPtrImpl;
+template <class T, class B>
+class StrongPtr;
+
+class Ageable;
+class Attributes;
+class Cacheable;
+class ChunkBase;
+class Counter;
+class Intercube;
+class InterfaceBase;
+class InterfaceIterationParameter;
+class StringList;
+class TypeInfo;
+class mutex;
+
+template <class T>
+class TypedChunkBase;
+template <class T>
+class TypedChunk;
+template <class T>
+class Chunk;
+template <class T>
+class Interface;
+
+/// The class `type` that derives directly from `ReferenceBase<type>`: what all handles to `T` and
+/// its relatives share. Read from `T::ReferenceRoot`, for which `T` must be complete; a class that
+/// is used in handles before that has a specialisation in a forward header.
+template <class T>
+struct HandleRoot
+{
+    using type = typename T::ReferenceRoot;
+};
+
+/// Owns: a strong handle keeps its object alive.
+template <class T>
+using RefPtr = StrongPtr<T, typename HandleRoot<T>::type>;
+
+/// Observes: a weak handle learns of the end of its object.
+template <class T>
+using WeakPtr = WeakPtrImpl<T, typename HandleRoot<T>::type>;
+
+/// For a class that is the root of its own handles.
+template <class T>
+struct IsHandleRoot
+{
+    using type = T;
+};
+
+template <>
+struct HandleRoot<InterfaceBase> : IsHandleRoot<InterfaceBase>
+{
+};
+template <>
+struct HandleRoot<InterfaceIterationParameter> : IsHandleRoot<InterfaceIterationParameter>
+{
+};
+template <>
+struct HandleRoot<Cacheable> : IsHandleRoot<Cacheable>
+{
+};
+template <>
+struct HandleRoot<StringList> : IsHandleRoot<StringList>
+{
+};
+template <>
+struct HandleRoot<ChunkBase> : IsHandleRoot<ChunkBase>
+{
+};
+template <class T>
+struct HandleRoot<TypedChunkBase<T>> : IsHandleRoot<ChunkBase>
+{
+};
+template <class T>
+struct HandleRoot<TypedChunk<T>> : IsHandleRoot<ChunkBase>
+{
+};
+template <class T>
+struct HandleRoot<Chunk<T>> : IsHandleRoot<ChunkBase>
+{
+};
+template <class T>
+struct HandleRoot<Interface<T>> : IsHandleRoot<InterfaceBase>
+{
+};
+
+} // namespace Tolmen

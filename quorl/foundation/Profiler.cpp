@@ -1,0 +1,39 @@
+#include <quorl/foundation/Profiler.h>
+
+#include <quorl/foundation/Timer.h>
+
+#include <utility>
+
+namespace Tolmen
+{
+
+struct Profiler::Running
+{
+    Section section;
+    Listener* listener;
+    Timer timer;
+};
+
+constinit Profiler::Listener* Profiler::theListener = nullptr;
+
+Profiler::Listener::~Listener() = default;
+
+Profiler::Listener* Profiler::setListener(Listener* listener)
+{
+    return std::exchange(theListener, listener);
+}
+
+void Profiler::open(const char* file, int line, const char* function, const std::string& object,
+                    int detail)
+{
+    running_ = new Running{{file, line, function, object, detail}, theListener, Timer()};
+    running_->listener->opened(running_->section);
+}
+
+void Profiler::close()
+{
+    running_->listener->closed(running_->section, running_->timer.seconds());
+    delete running_;
+}
+
+} // namespace Tolmen

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <quorl/foundation/Export.h>
+
+#include <atomic>
+#include <cstdint>
+
+namespace Tolmen
+{
+
+/// The count block that all handles to one object share. It outlives the object for as long as a
+/// handle holds it.
+///
+/// | `strong`                       | state of the object                            | alive |
+/// |--------------------------------|------------------------------------------------|-------|
+/// | 0                              | born: never owned (for good on stack, static)  | yes   |
+/// | 1 and above                    | owned by that many strong handles              | yes   |
+/// | 0x35000000, a few more or less | in extreme unction: the last owner is gone     | yes   |
+/// | -1                             | dead                                           | no    |
+///
+/// Threads: the counters are atomic, the test before a change is a separate read. `object` is
+/// plain: it is written at birth and, by the one thread that ends the life, at death.
+struct Referer
+{
+    std::atomic<std::int32_t> strong{0}; ///< strong handles, and the state of life
+    std::atomic<std::int32_t> weak{0};   ///< handles of any kind, and one for the object itself
+    void* object = nullptr; ///< the `ReferenceBase` part; poison after a handle-driven death
+
+    /// Relaxed: who asks either holds a share or has excluded the death of the object by other
+    /// means, so there is nothing to be ordered.
+    bool isAlive() const
+    {
+        return object != nullptr && strong.load(std::memory_order_relaxed) >= 0;
+    }
+};
+
+inline constexpr std::int32_t kDead = -1;
+inline constexpr std::int32_t kExtremeUnction = 0x35000000; ///< so large that no handle gets to 1
+
+/// What `Referer::object` reads after a handle-driven death: a stale access faults at an address
+/// that can be recognised.
+inline void* poisonedObject()
+{
+    return reinterpret_cast<void*>(std::uintptr_t{0x1234});
+}
+
+extern TOLMEN_API std::int32_t RefererObjects;         ///< count blocks alive
+extern TOLMEN_API std::int32_t CheckRefcountedObjects; ///< `ReferenceBase` objects alive
+
+/// Changes a tally by `step` and gives what it was. A plain read-modify-write: two threads can lose
+/// a step. Relaxed accesses keep that free of data races, at the price of plain ones.
+inline std::int32_t changeTally(std::int32_t& tally, std::int32_t step)
+{
+    const std::atomic_ref<std::int32_t> shared(tally);
+    const std::int32_t before = shared.load(std::memory_order_relaxed);
+    shared.store(before + step, std::memory_order_relaxed);
+    return before;
+}
+
+/// Ends the process at once with a memory fault: somebody used what a dead handle pointed to.
+[[noreturn]] TOLMEN_API void faultOnDeadHandle() noexcept;
+
+} // namespace Tolmen

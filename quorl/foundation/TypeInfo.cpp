@@ -1,0 +1,92 @@
+#include <quorl/foundation/TypeInfo.h>
+
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace Tolmen
+{
+
+struct TypeInfo::Record
+{
+    std::string name;                    // mangled, our own copy
+    const char* identity;                // tells types of one name apart if `isInternal`
+    bool isInternal;                     // of an unnamed namespace: equal only to itself
+    mutable const std::type_info* latest; // may dangle after its module is unloaded
+};
+
+namespace
+{
+
+/// A type of internal linkage is equal to none but itself, even under the same name; any other is
+/// equal to whatever has its name. That is how the two are told apart.
+class Namesake : public std::type_info
+{
+public:
+    explicit Namesake(const std::string& name) : std::type_info(name.c_str()) {}
+    ~Namesake() override = default;
+};
+
+bool hasInternalLinkage(const std::type_info& type)
+{
+    const std::string copyOfName(type.name());
+    return !(type == Namesake(copyOfName));
+}
+
+class RecordTable
+{
+public:
+    const TypeInfo::Record& recordOf(const std::type_info& type)
+    {
+        const std::lock_guard lock(mutex_);
+        const auto [first, last] = records_.equal_range(type.name());
+        for (auto entry = first; entry != last; ++entry)
+            if (!entry->second->isInternal || entry->second->identity == type.name())
+            {
+                entry->second->latest = &type;
+                return *entry->second;
+            }
+        return add(type);
+    }
+
+private:
+    const TypeInfo::Record& add(const std::type_info& type)
+    {
+        const auto* record =
+            new TypeInfo::Record{type.name(), type.name(), hasInternalLinkage(type), &type};
+        records_.emplace(record->name, record);
+        return *record;
+    }
+
+    std::mutex mutex_;
+    std::unordered_multimap<std::string_view, const TypeInfo::Record*> records_;
+};
+
+/// Never destroyed: keys live in static tables of all libraries.
+RecordTable& theRecords()
+{
+    static auto* const table = new RecordTable;
+    return *table;
+}
+
+} // namespace
+
+TypeInfo::TypeInfo(const std::type_info& type) : record_(&theRecords().recordOf(type)) {}
+
+const std::type_info& TypeInfo::get() const
+{
+    return *record_->latest;
+}
+
+bool TypeInfo::operator<(const TypeInfo& other) const
+{
+    if (record_ == other.record_) return false;
+    // The runtime marks the names of internal types with a leading '*', which sorts first.
+    if (record_->isInternal != other.record_->isInternal) return record_->isInternal;
+    if (record_->isInternal) return record_->identity < other.record_->identity;
+    return record_->name < other.record_->name;
+}
+
+} // namespace Tolmen

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <quorl/foundation/Export.h>
+
+#include <string>
+#include <typeinfo>
+
+namespace Tolmen
+{
+
+/// The readable name of a type, such as "double" or "Quorl::VObject". It is a key of registries and
+/// stands in cache files, so it is the same in every run and every build with one compiler. Types
+/// without linkage of their own (of an unnamed namespace) can share a name.
+TOLMEN_API std::string Typename(const std::type_info& type);
+
+} // namespace Tolmen

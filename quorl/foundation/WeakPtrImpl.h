@@ -1,0 +1,110 @@
+#pragma once
+
+#include <quorl/foundation/DynPtr.h>
+
+namespace Tolmen
+{
+
+/// Observes an object: holds one share of `weak`, which keeps the count block, not the object.
+template <class T, class B>
+class WeakPtrImpl : public DynPtr<T, B>
+{
+    using Handle = DynPtr<T, B>;
+
+public:
+    WeakPtrImpl() = default;
+
+    WeakPtrImpl(const WeakPtrImpl& source) : Handle(source)
+    {
+        if (this == &source) reportSelfConstruction();
+        takeWeakShare();
+    }
+
+    /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
+    /// but holds the block all the same.
+    template <class S>
+    WeakPtrImpl(const DynPtr<S, B>& source)
+    {
+        adopt(source.referer);
+        takeWeakShare();
+    }
+
+    /// From the object itself; null gives the null handle.
+    WeakPtrImpl(const ReferenceBase<B>* object)
+    {
+        if (object == nullptr) return;
+        adopt(object->self.referer);
+        takeWeakShare();
+    }
+
+    ~WeakPtrImpl() { releaseWeakShare(); }
+
+    WeakPtrImpl& operator=(const WeakPtrImpl& source) // NOLINT(bugprone-unhandled-self-assignment)
+    {
+        assign(source.referer);
+        return *this;
+    }
+    template <class S>
+    WeakPtrImpl& operator=(const DynPtr<S, B>& source)
+    {
+        assign(source.referer);
+        return *this;
+    }
+
+protected:
+    /// What a strong handle does beyond a weak one, told by type to keep one copy of the order.
+    struct NoShare
+    {
+        static void take(const Handle&) {}
+        static void drop(const Handle&) {}
+    };
+
+    template <class Share = NoShare>
+    void assign(Referer* next);
+
+private:
+    void adopt(Referer* source)
+    {
+        this->referer = source;
+        this->recompute(source);
+    }
+
+    void takeWeakShare() const
+    {
+        if (this->referer) this->referer->weak.fetch_add(1, std::memory_order_relaxed);
+    }
+
+    void releaseWeakShare()
+    {
+        this->wunref();
+        this->forget();
+    }
+
+    /// What stood in the storage before its constructor is no handle, so this one becomes null.
+    [[gnu::noinline, gnu::cold]] void reportSelfConstruction()
+    {
+        SpeakPtr::theSpeaker().SelfConstruction(typeid(Handle), this, this->referer);
+        static_cast<Handle&>(*this) = Handle();
+    }
+};
+
+/// Drops what is held, then holds `next`. Nothing happens at all if that is the same block.
+///
+/// The order is fixed: what the end of the old object does, it does before the new one is looked
+/// at, so the new one may die of it and this handle is then dead. Only the weak share of `next` is
+/// taken first, lest its block be freed together with the handle that it was read from.
+template <class T, class B>
+template <class Share>
+void WeakPtrImpl<T, B>::assign(Referer* next)
+{
+    if (this->referer == next) return;
+    if (next) next->weak.fetch_add(1, std::memory_order_relaxed);
+    Share::drop(*this);
+    this->wunref();
+    adopt(next);
+    if (!next) return;
+    Share::take(*this);
+    CheckRefConstruction(next->object);
+}
+
+} // namespace Tolmen

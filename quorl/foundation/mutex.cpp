@@ -1,0 +1,9 @@
+#include <quorl/foundation/mutex.h>
+
+namespace Tolmen
+{
+
+mutex::mutex() = default;
+mutex::~mutex() = default;
+
+} // namespace Tolmen

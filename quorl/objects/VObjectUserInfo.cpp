@@ -1,0 +1,9 @@
+#include <quorl/objects/VObjectUserInfo.h>
+
+namespace Quorl
+{
+
+VObjectUserInfo::VObjectUserInfo(const string& initialText) : text(initialText) {}
+VObjectUserInfo::~VObjectUserInfo() = default;
+
+} // namespace Quorl

@@ -1,0 +1,60 @@
+#include <quorl/objects/VStateCreatorBase.h>
+
+#include <quorl/values/ValuePool.h>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::VStateCreatorBase::State>;
+}
+
+namespace Quorl
+{
+
+VStateCreatorBase::State::State() : Ageable(0) {}
+VStateCreatorBase::State::~State() = default;
+
+VStateCreatorBase::VStateCreatorBase() : states_(new States) {}
+VStateCreatorBase::~VStateCreatorBase() = default;
+
+RefPtr<VStateCreatorBase::State> VStateCreatorBase::newState() const
+{
+    return RefPtr<State>(new State);
+}
+
+RefPtr<VStateCreatorBase::State>& VStateCreatorBase::getState(const WeakPtr<ValuePool>& pool) const
+{
+    return (*states_)[pool];
+}
+
+RefPtr<VStateCreatorBase::State> VStateCreatorBase::myState(const WeakPtr<ValuePool>& pool) const
+{
+    if (!getState(pool))
+    {
+        const RefPtr<State> made = newState(); // before the entry is sought: it may enter others
+        getState(pool) = made;
+    }
+    return getState(pool);
+}
+
+void VStateCreatorBase::setState(const WeakPtr<ValuePool>& pool, const RefPtr<State>& state) const
+{
+    getState(pool) = state;
+}
+
+void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
+{
+    states_->erase(pool);
+}
+
+RefPtr<Tolmen::InterfaceBase>
+VStateCreatorBase::hasLocalInterface(const std::type_info& type) const
+{
+    for (const auto& [pool, state] : *states_)
+    {
+        if (!state) continue;
+        if (const RefPtr<Tolmen::InterfaceBase> found = state->getInterface(type)) return found;
+    }
+    return {};
+}
+
+} // namespace Quorl

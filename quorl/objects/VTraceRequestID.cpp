@@ -1,0 +1,49 @@
+#include <quorl/objects/VTraceRequestID.h>
+
+#include <cstdio>
+
+namespace Quorl
+{
+
+VTraceRequestID::VTraceRequestID() = default;
+VTraceRequestID::~VTraceRequestID() = default;
+
+bool VTraceRequestID::hasRequest(const VRequest& request) const
+{
+    return Current == request.Id;
+}
+
+bool VTraceRequestID::addRequest(const VRequest& request)
+{
+    if (Current) return false;
+    Previous = Latest;
+    Latest = request.Id;
+    Current = request.Id;
+    return true;
+}
+
+void VTraceRequestID::removeRequest(const VRequest& /*request*/)
+{
+    Current = WeakPtr<VRequest::ID>();
+}
+
+bool VTraceRequestID::ExecutionGraphHasChanged() const
+{
+    if (Previous == Latest)
+    {
+        std::puts("bool\tVTraceRequestID::ExecutionGraphHasChanged(): Same execution graph.");
+        return false;
+    }
+    if (!Previous || !Latest) return true;
+    const auto& before = Previous->levels();
+    for (const auto& [object, now] : Latest->levels())
+    {
+        const auto known = before.find(object);
+        if (known == before.end() || known->second.MinLevel != now.MinLevel ||
+            known->second.MaxLevel != now.MaxLevel)
+            return true;
+    }
+    return false;
+}
+
+} // namespace Quorl

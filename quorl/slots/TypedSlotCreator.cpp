@@ -1,0 +1,83 @@
+#include <quorl/slots/TypedSlotCreator.h>
+
+#include <quorl/foundation/TypeInfo.h>
+#include <quorl/foundation/Typename.h>
+#include <quorl/slots/VSlot.h>
+
+#include <map>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::TypedSlotCreator>;
+}
+
+namespace Quorl
+{
+
+struct TypedSlotCreator::InternalTypeCreatorAccessory
+{
+    using TypeTable = std::map<Tolmen::TypeInfo, WeakPtr<TypedSlotCreator>>;
+    using NameTable = std::map<string, WeakPtr<TypedSlotCreator>>;
+
+    static TypeTable& byType()
+    {
+        static TypeTable table;
+        return table;
+    }
+
+    static NameTable& byName()
+    {
+        static NameTable table;
+        return table;
+    }
+
+    template <class Table, class Key>
+    static RefPtr<TypedSlotCreator> find(const Table& table, const Key& key)
+    {
+        const auto entry = table.find(key);
+        return entry == table.end() ? RefPtr<TypedSlotCreator>() : entry->second;
+    }
+
+    template <class Table, class Key>
+    static bool erase(Table& table, const Key& key, const WeakPtr<TypedSlotCreator>& creator)
+    {
+        const auto entry = table.find(key);
+        if (entry == table.end() || !(entry->second == creator)) return false;
+        table.erase(entry);
+        return true;
+    }
+};
+
+TypedSlotCreator::TypedSlotCreator() = default;
+TypedSlotCreator::~TypedSlotCreator() = default;
+
+RefPtr<TypedSlotCreator> TypedSlotCreator::getTypedSlotCreator(const std::type_info& type)
+{
+    return InternalTypeCreatorAccessory::find(InternalTypeCreatorAccessory::byType(),
+                                              Tolmen::TypeInfo(type));
+}
+
+RefPtr<TypedSlotCreator> TypedSlotCreator::getTypedSlotCreator(const string& typeName)
+{
+    return InternalTypeCreatorAccessory::find(InternalTypeCreatorAccessory::byName(), typeName);
+}
+
+bool TypedSlotCreator::registerTypedSlotCreator(const std::type_info& type,
+                                                const WeakPtr<TypedSlotCreator>& creator)
+{
+    if (!creator) return false;
+    InternalTypeCreatorAccessory::byType()[type] = creator;
+    InternalTypeCreatorAccessory::byName()[Tolmen::Typename(type)] = creator;
+    return true;
+}
+
+bool TypedSlotCreator::unregisterTypedSlotCreator(const std::type_info& type,
+                                                  const WeakPtr<TypedSlotCreator>& creator)
+{
+    using Tables = InternalTypeCreatorAccessory;
+    const bool wasFound = Tables::erase(Tables::byType(), Tolmen::TypeInfo(type), creator);
+    const bool wasNamed = Tables::erase(Tables::byName(), Tolmen::Typename(type), creator);
+    return wasFound || wasNamed;
+}
+
+} // namespace Quorl

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <quorl/Export.h>
+
+#include <cstdint>
+#include <set>
+
+namespace Quorl
+{
+
+/// The input classes to which an object reacts. Filled by the object.
+class QUORL_API VInputClassRecognition
+{
+public:
+    /// Class 0 is never ignored; of the others all that are not in the set are.
+    bool checkIfIgnoredInputClass(int inputClass) const
+    {
+        return inputClass != 0 && !classes.contains(inputClass);
+    }
+
+    std::set<std::int32_t> classes;
+};
+
+} // namespace Quorl

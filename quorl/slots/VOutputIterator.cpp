@@ -1,0 +1,8 @@
+#include <quorl/slots/VOutputIterator.h>
+
+namespace Quorl
+{
+
+VOutputIterator::~VOutputIterator() = default;
+
+} // namespace Quorl

@@ -1,0 +1,8 @@
+#include <quorl/slots/VSlotIterator.h>
+
+namespace Quorl
+{
+
+VSlotIterator::~VSlotIterator() = default;
+
+} // namespace Quorl

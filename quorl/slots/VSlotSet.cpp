@@ -1,0 +1,83 @@
+#include <quorl/slots/VSlotSet.h>
+
+#include <quorl/slots/VParameter.h>
+#include <quorl/slots/VSlot.h>
+
+namespace Quorl
+{
+namespace
+{
+
+const string& nameOf(const RefPtr<VSlot>& slot)
+{
+    static const string none;
+    return slot ? slot->Name : none;
+}
+
+} // namespace
+
+bool CompareSlotsByName::operator()(const RefPtr<VSlot>& left, const RefPtr<VSlot>& right) const
+{
+    return nameOf(left) < nameOf(right);
+}
+
+bool CompareSlotsByName::operator()(const RefPtr<VSlot>& left, const string& right) const
+{
+    return nameOf(left) < right;
+}
+
+bool CompareSlotsByName::operator()(const string& left, const RefPtr<VSlot>& right) const
+{
+    return left < nameOf(right);
+}
+
+VSlotSet::VSlotSet() = default;
+VSlotSet::~VSlotSet() = default;
+
+RefPtr<VSlot> VSlotSet::insertSlot(const RefPtr<VSlot>& slot, bool replace)
+{
+    if (!slot) return {};
+    if (replace) erase(slot);
+    return insert(slot).second ? slot : RefPtr<VSlot>();
+}
+
+RefPtr<VSlot> VSlotSet::findByName(const string& name) const
+{
+    const auto found = find(name);
+    return found == end() ? RefPtr<VSlot>() : *found;
+}
+
+RefPtr<VSlot> VSlotSet::findFirstParameter(const RefPtr<VParameter>& parameter) const
+{
+    for (const RefPtr<VSlot>& slot : *this)
+        if (slot && slot->Parameter == parameter) return slot;
+    return {};
+}
+
+bool VSlotSet::contains(const RefPtr<VSlot>& slot) const
+{
+    const auto found = find(slot);
+    return found != end() && *found == slot;
+}
+
+bool VSlotSet::removeSlot(const string& name)
+{
+    const auto found = find(name);
+    if (found == end()) return false;
+    erase(found);
+    return true;
+}
+
+int VSlotSet::iterate(int expertLevel, VSlotIterator& visitor)
+{
+    int count = 0;
+    for (const RefPtr<VSlot>& slot : *this)
+    {
+        if (!slot) continue;
+        if (!visitor.apply(slot, expertLevel)) break;
+        ++count;
+    }
+    return count;
+}
+
+} // namespace Quorl

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <quorl/Export.h>
+#include <quorl/Forward.h>
+#include <quorl/foundation/Ageable.h>
+#include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/TypeInfo.h>
+#include <quorl/foundation/mutex.h>
+#include <quorl/slots/VSlotSet.h>
+
+#include <cstdint>
+#include <map>
+#include <set>
+
+namespace Quorl
+{
+
+using CompareSlots = CompareSlotsByName;
+
+/// The inputs of one expert level. Its end is the last place to notice that a slot was destroyed
+/// behind the back of its handles, and says so on standard output.
+class QUORL_API VNamedInputSet : public std::set<RefPtr<VSlot>, CompareSlots>
+{
+public:
+    VNamedInputSet();
+    VNamedInputSet(const VNamedInputSet&) = delete;
+    VNamedInputSet& operator=(const VNamedInputSet&) = delete;
+    ~VNamedInputSet();
+};
+
+/// Several outputs may share a type; those of one type stand in the order of registration.
+using VOutputSlots = std::multimap<Tolmen::TypeInfo, RefPtr<VSlot>>;
+
+/// What a container keeps of its slots. The inputs have no lock: they are set up before the object
+/// runs, or by the thread that edits the network.
+struct QUORL_API VSlotTables
+{
+    VSlotTables();
+    VSlotTables(const VSlotTables&) = delete;
+    VSlotTables& operator=(const VSlotTables&) = delete;
+    ~VSlotTables();
+
+    std::map<std::int32_t, VNamedInputSet> Inputs; ///< by expert level; a lower one is more basic
+    Ageable InputSetAge; ///< when an input was last added, removed or attached
+    VOutputSlots Outputs;
+    Tolmen::mutex OutputMutex; ///< guards `Outputs`
+};
+
+} // namespace Quorl

@@ -1,0 +1,8 @@
+#include <quorl/values/ValuePoolReferer.h>
+
+namespace Quorl
+{
+
+ValuePoolReferer::~ValuePoolReferer() = default;
+
+} // namespace Quorl
