@@ -1,0 +1,74 @@
+#include "network/Steps.h"
+
+#include "ContourDrawing.h"
+#include "GtxFile.h"
+#include "Legend.h"
+#include "PngFile.h"
+#include "Resampling.h"
+#include "Shading.h"
+#include "Smoothing.h"
+
+#include <array>
+#include <cstdio>
+
+namespace Geoid
+{
+
+void GridReader::compute(const Quorl::VRequest& request)
+{
+    grid_.set(request, readGtx(file_(request)));
+}
+
+void RegionSampler::compute(const Quorl::VRequest& request)
+{
+    const Region region{west_(request), east_(request), south_(request), north_(request)};
+    heights_.set(request, resample(grid_(request), region, width_(request), height_(request)));
+}
+
+void Smoother::compute(const Quorl::VRequest& request)
+{
+    smoothed_.set(request, smooth(heights_(request), sigma_(request)));
+}
+
+void Hillshader::compute(const Quorl::VRequest& request)
+{
+    const Light light{azimuth_(request), altitude_(request), exaggeration_(request)};
+    shade_.set(request, hillshade(heights_(request), light));
+    light_.set(request, light);
+}
+
+void Colourer::compute(const Quorl::VRequest& request)
+{
+    const ColourMap map(low_(request), high_(request));
+    colours_.set(request, map.paint(heights_(request)));
+    map_.set(request, map);
+}
+
+void ContourTracer::compute(const Quorl::VRequest& request)
+{
+    contours_.set(request, traceContours(heights_(request), interval_(request)));
+}
+
+void PictureWriter::compute(const Quorl::VRequest& request)
+{
+    const Field shade = shade_(request);
+    const LinearImage shaded = shadeColours(colours_(request), shade,
+                                            shadeOfLevelGround(light_(request)), contrast_(request));
+    const LinearImage map = drawContours(shaded, contours_(request), {});
+    const Caption caption{title_(request), subtitle(request)};
+    writePng(frameMap(encode(map), shade.region, map_(request), caption), file_(request));
+}
+
+std::string PictureWriter::subtitle(const Quorl::VRequest& request) const
+{
+    const Light light = light_(request);
+    std::array<char, 256> text{};
+    std::snprintf(text.data(), text.size(),
+                  "contours every %g m, heavy at 0 · light from %g°, %g° high, heights × %g · "
+                  "smoothed by %g°",
+                  contours_(request).interval, light.azimuth, light.altitude, light.exaggeration,
+                  sigma_(request));
+    return text.data();
+}
+
+} // namespace Geoid
