@@ -1,0 +1,16 @@
+#include <quorl/modules/LoadVModule.h>
+
+namespace Quorl
+{
+
+bool LoadVModule(const string& /*path*/)
+{
+    return false;
+}
+
+bool isModuleLoadable(const string& /*path*/)
+{
+    return true;
+}
+
+} // namespace Quorl

@@ -1,0 +1,89 @@
+#include <quorl/registry/VCreatorMap.h>
+
+#include <quorl/registry/VCreatorBaseInfo.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::VCreatorMap>;
+}
+
+namespace Quorl
+{
+
+VCreatorMap::VCreatorMap() = default;
+VCreatorMap::~VCreatorMap() = default;
+
+bool VCreatorMap::remove(const string& name)
+{
+    const string removed = name; // may be the name of the object that ends here
+    const auto entry = find(removed);
+    if (entry == end())
+    {
+        std::printf("Could not find %s...\n", removed.c_str());
+        removePriority(removed);
+        return false;
+    }
+    const RefPtr<VCreatorBaseInfo> info = entry->second; // ends the object when the tables are whole
+    erase(entry);
+    removePriority(removed);
+    return true;
+}
+
+void VCreatorMap::removePriority(const string& name)
+{
+    const auto line = std::ranges::find(priorities, name, &std::pair<const int, string>::second);
+    if (line == priorities.end()) return;
+    for (PriorityWalk* const walk : walks_) walk->leave(line);
+    priorities.erase(line);
+}
+
+PriorityWalk::PriorityWalk(VCreatorMap& domain, int from)
+    : domain_(domain), line_(domain.priorities.lower_bound(from))
+{
+    ++domain_; // the counter of walks
+    domain_.walks_.push_back(this);
+}
+
+PriorityWalk::~PriorityWalk()
+{
+    domain_.walks_.remove(this);
+    --domain_;
+}
+
+void PriorityWalk::goOn()
+{
+    if (!hasLeft_) ++line_;
+    hasLeft_ = false;
+}
+
+void PriorityWalk::leave(Line removed)
+{
+    if (line_ != removed) return;
+    ++line_;
+    hasLeft_ = true;
+}
+
+RefPtr<VManagedObjectBase> VCreatorMap::liveCreator(const string& name) const
+{
+    const auto entry = find(name);
+    if (entry == end() || !entry->second || !entry->second->getCreator()) return {};
+    return entry->second->getCreator();
+}
+
+VCreatorMapTypes& VCreatorTypes()
+{
+    static VCreatorMapTypes domains;
+    return domains;
+}
+
+VCreatorMap* VCreators(const std::type_info& type)
+{
+    RefPtr<VCreatorMap>& domain = VCreatorTypes()[type];
+    if (!domain) domain = new VCreatorMap;
+    return domain.rawptr();
+}
+
+} // namespace Quorl

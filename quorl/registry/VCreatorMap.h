@@ -1,0 +1,100 @@
+#pragma once
+
+#include <quorl/Export.h>
+#include <quorl/Forward.h>
+#include <quorl/foundation/Counter.h>
+#include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/TypeInfo.h>
+
+#include <functional>
+#include <list>
+#include <map>
+#include <typeinfo>
+
+namespace Quorl
+{
+
+class PriorityWalk;
+
+/// One domain: which object bears a name, and which objects have a priority.
+///
+/// | an entry of the name table is | it has                     | comes from, goes to             |
+/// |-------------------------------|----------------------------|---------------------------------|
+/// | empty                         | nothing                    | the cache; inserted: live       |
+/// | cached                        | the path of a module       | the cache, a module's unloading |
+/// | live                          | a path, maybe, and an object | insertion; unloaded: cached   |
+///
+/// Each name in the priority index has an entry in the name table, but not the other way round: a
+/// cached entry is in no priority until its object is inserted.
+///
+/// The counter tells the walks under way; nothing reads it. Threads: no lock.
+class QUORL_API VCreatorMap : public std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>,
+                              public Tolmen::ReferenceBase<VCreatorMap>,
+                              public Tolmen::Counter
+{
+public:
+    VCreatorMap();
+    ~VCreatorMap() override;
+
+    /// Erases an entry and its first line in the priority index, and drops the object.
+    /// \return whether there was one, which is said on standard output if there was none.
+    bool remove(const string& name);
+
+    /// Erases the first line with that name in the priority index. Walks that stand on it go on
+    /// behind it.
+    void removePriority(const string& name);
+
+    /// The object of that name; null if there is none that is alive.
+    RefPtr<VManagedObjectBase> liveCreator(const string& name) const;
+
+    std::multimap<int, string> priorities; ///< equal ones in the order of insertion
+
+private:
+    friend class PriorityWalk;
+
+    std::list<PriorityWalk*> walks_; // under way; not owned
+};
+
+/// A walk over a priority index that stays valid while lines are added and removed by
+/// `removePriority`. It sees what an undisturbed walk sees, lines added behind it included.
+class PriorityWalk
+{
+public:
+    /// Stands on the first line with a priority of at least `from`.
+    PriorityWalk(VCreatorMap& domain, int from);
+    ~PriorityWalk();
+    PriorityWalk(const PriorityWalk&) = delete;
+    PriorityWalk& operator=(const PriorityWalk&) = delete;
+
+    bool isAtEnd() const { return line_ == domain_.priorities.end(); }
+    int priority() const { return line_->first; }
+    const string& name() const { return line_->second; }
+
+    void goOn();
+
+private:
+    friend class VCreatorMap;
+    using Line = std::multimap<int, string>::const_iterator;
+
+    void leave(Line removed);
+
+    VCreatorMap& domain_;
+    Line line_;
+    bool hasLeft_ = false; // the line that was shown is gone, and this is the one behind it
+};
+
+/// The table of all domains. They are never removed.
+using VCreatorMapTypes = std::map<Tolmen::TypeInfo, RefPtr<VCreatorMap>>;
+
+/// Made at first use; lasts until the clean-up of statics.
+QUORL_API VCreatorMapTypes& VCreatorTypes();
+
+/// The domain of a type, which is made if there is none.
+QUORL_API VCreatorMap* VCreators(const std::type_info& type);
+
+} // namespace Quorl
+
+namespace Tolmen
+{
+extern template class ReferenceBase<Quorl::VCreatorMap>;
+}

@@ -1,0 +1,162 @@
+#include <quorl/registry/VManagedObject.h>
+
+#include <quorl/modules/LoadVModule.h> // a name whose module is not loaded yet loads it
+#include <quorl/registry/VCreatorBaseInfo.h>
+#include <quorl/registry/VCreatorMap.h>
+
+#include <cstdio>
+
+namespace Quorl
+{
+namespace
+{
+
+constexpr int kMostOfOneName = 100;
+
+string digit(int number)
+{
+    return string(1, static_cast<char>('0' + number % 10));
+}
+
+/// The name of the `number`th duplicate. Deliberate: the digits stand ones first, so that the tenth
+/// is 01 and the twelfth 21.
+string derivedName(const string& name, int number)
+{
+    return name + digit(number) + (number > 9 ? digit(number / 10) : string());
+}
+
+/// \return the first name of the series that no live object has; empty if there is none.
+string freeName(const VCreatorMap& domain, const string& name)
+{
+    string candidate = name;
+    for (int number = 1; domain.liveCreator(candidate); ++number)
+    {
+        candidate = derivedName(name, number);
+        if (number == kMostOfOneName) return {};
+    }
+    return candidate;
+}
+
+} // namespace
+
+constinit string VManagedObject::CurrentLoadModule;
+
+VManagedObject::ModuleIterator::~ModuleIterator() = default;
+VManagedObject::VRemoveItem::~VRemoveItem() = default;
+
+VManagedObject::VManagedObject() = default;
+
+VManagedObject::VManagedObject(const string& givenName, int givenPriority)
+    : Tolmen::MutableName(givenName), priority(givenPriority)
+{
+}
+
+VManagedObject::~VManagedObject() = default;
+
+void VManagedObject::insert(const string& wantedName, int givenPriority)
+{
+    if (wantedName.empty())
+    {
+        std::printf("VManagedObject::insert<%s> REFUSE to insert empty object (%s)\n",
+                    getDomainType().name(), CurrentLoadModule.c_str());
+        return;
+    }
+    domainMap = Vmap(); // Deliberate: also of an object that is refused below.
+    const string candidate = freeName(*domainMap, wantedName);
+    if (candidate.empty())
+    {
+        std::printf("VManagedObject::insert(): Do you really need more than 100 instances of %s "
+                    "?\n (object not registered!)\n",
+                    wantedName.c_str());
+        return;
+    }
+    setName(candidate);
+    RefPtr<VCreatorBaseInfo>& info = (*domainMap)[candidate];
+    if (!info)
+    {
+        info = new VCreatorBaseInfo;
+        info->ModuleName = CurrentLoadModule;
+    }
+    // Straight into the record: a strong handle in passing would end this object, which nobody
+    // holds yet.
+    info->Creator = static_cast<const VManagedObjectBase*>(this)->self;
+    domainMap->priorities.emplace(givenPriority, candidate);
+    priority = givenPriority;
+}
+
+bool VManagedObject::remove()
+{
+    if (!domainMap) return false;
+    VCreatorMap* const domain = domainMap;
+    domainMap = nullptr;
+    return domain->remove(name); // this object may be gone now
+}
+
+void VManagedObject::setPriority(int newPriority)
+{
+    VCreatorMap* const domain = Vmap();
+    domain->removePriority(name);
+    domain->priorities.emplace(newPriority, name);
+    priority = newPriority;
+}
+
+string VManagedObject::getLoadModule() const
+{
+    const VCreatorMap* const domain = Vmap();
+    const auto entry = domain->find(name);
+    if (entry == domain->end()) return "(creator not found)";
+    if (!entry->second) return "(missing creator info)";
+    return entry->second->ModuleName;
+}
+
+VCreatorMap* VManagedObject::Vmap() const
+{
+    return VCreators(getDomainType());
+}
+
+bool VManagedObject::InitDomain(const std::type_info& domain)
+{
+    VCreators(domain);
+    return true;
+}
+
+int VManagedObject::size(const std::type_info& domain)
+{
+    const VCreatorMapTypes& domains = VCreatorTypes();
+    const auto found = domains.find(domain);
+    return found == domains.end() || !found->second ? 0 : static_cast<int>(found->second->size());
+}
+
+int VManagedObject::count()
+{
+    int sum = 0;
+    for (const auto& [type, domain] : VCreatorTypes())
+        if (domain) sum += static_cast<int>(domain->size());
+    return sum;
+}
+
+RefPtr<VManagedObject> VManagedObject::find(const std::type_info& domain, const string& wantedName)
+{
+    const VCreatorMap* const map = VCreators(domain);
+    const auto entry = map->find(wantedName);
+    if (entry == map->end() || !entry->second) return {};
+    const RefPtr<VCreatorBaseInfo> info = entry->second; // loading may change the table
+    if (info->getCreator()) return info->getCreator();
+
+    const string module = info->ModuleName;
+    std::printf("VCreatorBaseInfo: No Creator, need to load [%s]\n", module.c_str());
+    if (!LoadVModule(module))
+        std::printf("VCreatorBaseInfo: ERROR: Could not load [%s]!!\n", module.c_str());
+    if (!info->getCreator())
+        std::printf("VCreatorBaseInfo: Merde, module [%s] could not provide requested Creator. "
+                    "This is not good. Really not good.\n",
+                    module.c_str());
+    return info->getCreator();
+}
+
+bool VManagedObject::remove(const std::type_info& domain, const string& objectName)
+{
+    return VCreators(domain)->remove(objectName);
+}
+
+} // namespace Quorl

@@ -1,0 +1,14 @@
+#include <quorl/registry/VManagedObjectBase.h>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::VManagedObjectBase>;
+}
+
+namespace Quorl
+{
+
+VManagedObjectBase::VManagedObjectBase() = default;
+VManagedObjectBase::~VManagedObjectBase() = default;
+
+} // namespace Quorl

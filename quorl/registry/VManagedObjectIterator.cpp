@@ -1,0 +1,8 @@
+#include <quorl/registry/VManagedObjectIterator.h>
+
+namespace Quorl
+{
+
+VManagedObjectIterator::~VManagedObjectIterator() = default;
+
+} // namespace Quorl

@@ -1,0 +1,72 @@
+#include <quorl/services/VUndoStack.h>
+
+namespace Quorl
+{
+namespace
+{
+
+constexpr int kGlobalBound = 100;
+
+/// Stands on the global stack for an addition to another one, and takes back whatever is on top of
+/// that by then.
+class SetUndoStack final : public VUndoAction
+{
+public:
+    SetUndoStack(const string& description, const WeakPtr<VUndoStack>& stack)
+        : VUndoAction(description), stack_(stack)
+    {
+    }
+
+    bool undo() override
+    {
+        const RefPtr<VUndoStack> stack = stack_;
+        return stack && stack->undo();
+    }
+
+private:
+    const WeakPtr<VUndoStack> stack_;
+};
+
+} // namespace
+
+VUndoStack::VUndoStack() = default;
+VUndoStack::~VUndoStack() = default;
+
+VUndoStack& VUndoStack::GlobalUndoStack()
+{
+    static VUndoStack stack;
+    return stack;
+}
+
+void VUndoStack::AddAction(const RefPtr<VUndoAction>& action)
+{
+    actions_.push_front(action);
+    VUndoStack& global = GlobalUndoStack();
+    if (this == &global) return;
+    global.actions_.push_front(new SetUndoStack(action->text, WeakPtr<VUndoStack>(this)));
+    global.setSize(kGlobalBound);
+}
+
+bool VUndoStack::undo()
+{
+    if (actions_.empty()) return false;
+    const RefPtr<VUndoAction> newest = actions_.front();
+    const bool answer = newest->undo();
+    // Deliberate: whatever is in front by now, should the action have added or undone others.
+    if (!actions_.empty()) actions_.pop_front();
+    return answer;
+}
+
+int VUndoStack::size() const
+{
+    return static_cast<int>(actions_.size());
+}
+
+int VUndoStack::setSize(int n)
+{
+    if (n < 0) return -1;
+    while (size() > n) actions_.pop_back();
+    return size();
+}
+
+} // namespace Quorl

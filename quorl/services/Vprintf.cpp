@@ -1,0 +1,27 @@
+#include <quorl/services/Vprintf.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+namespace Quorl
+{
+
+constinit int verbosity_level = -1;
+
+void Vprintf(int level, const char* format, ...)
+{
+    if (verbosity_level < 0)
+    {
+        const char* const wanted = std::getenv("VVERBOSITY");
+        verbosity_level = wanted ? std::atoi(wanted) : 0;
+    }
+    if (level > verbosity_level) return;
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
+    std::fflush(stderr);
+}
+
+} // namespace Quorl
