@@ -25,8 +25,8 @@ struct Side
 
     Oklab at(double s) const
     {
-        const double lightness = 0.955 - 0.575 * s;
-        const double chroma = 0.155 * (1.0 - (1.0 - s) * (1.0 - s));
+        const double lightness = 0.955 - 0.545 * s;
+        const double chroma = 0.155 * (1.0 - std::pow(1.0 - s, 3.0));
         const double hue = (hueAtZero + (hueAtEnd - hueAtZero) * s) * std::numbers::pi / 180.0;
         return {lightness, chroma * std::cos(hue), chroma * std::sin(hue)};
     }

@@ -12,8 +12,8 @@ namespace Geoid
 /// Equal steps in metres are equal steps to the eye, on either side of zero and across it. Each
 /// side is a curve in OKLab, in cylindrical coordinates, of a parameter s from 0 to 1:
 ///
-///     lightness = 0.955 - 0.575 s
-///     chroma    = 0.155 (1 - (1 - s)^2)
+///     lightness = 0.955 - 0.545 s
+///     chroma    = 0.155 (1 - (1 - s)^3)
 ///     hue       = 208 + 72 s degrees (below zero),  94 - 66 s degrees (above zero)
 ///
 /// walked at constant speed, that is, by its length; the longer curve ends where its length is

@@ -18,8 +18,8 @@ struct Pen
 /// The pens for contours, which are all of one dark ink.
 struct ContourStyle
 {
-    Pen plain{0.9, 0.34};
-    Pen fifth{1.35, 0.55}; ///< every fifth line
+    Pen plain{0.9, 0.40};
+    Pen fifth{1.4, 0.62}; ///< every fifth line
     Pen zero{2.0, 0.80};
 
     friend bool operator==(const ContourStyle&, const ContourStyle&) = default;

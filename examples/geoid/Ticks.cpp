@@ -77,7 +77,9 @@ std::string longitudeLabel(double degrees, double step)
 std::string numberLabel(double value, double step)
 {
     if (std::abs(value) < kSlack * step) return "0";
-    return (value < 0.0 ? "−" : "") + withDecimals(std::abs(value), step);
+    std::string text = value < 0.0 ? "−" : "";
+    text += withDecimals(std::abs(value), step);
+    return text;
 }
 
 } // namespace Geoid

@@ -1,0 +1,11 @@
+cmake_minimum_required(VERSION 3.25)
+
+file(READ ${HEADERS} headers)
+file(READ ${SOURCES}/quorl/quorl.h umbrella)
+foreach(header IN LISTS headers)
+    file(RELATIVE_PATH name ${SOURCES} ${header})
+    string(FIND "${umbrella}" "#include <${name}>" place)
+    if(place EQUAL -1 AND NOT name STREQUAL "quorl/quorl.h" AND NOT name MATCHES "platform/")
+        message(SEND_ERROR "quorl/quorl.h does not include <${name}>")
+    endif()
+endforeach()

@@ -1,0 +1,15 @@
+cmake_minimum_required(VERSION 3.25)
+
+# Nothing in the tree names a folder of somebody's machine.
+file(GLOB_RECURSE files
+    ${SOURCES}/quorl/* ${SOURCES}/tests/* ${SOURCES}/examples/* ${SOURCES}/benchmarks/*
+    ${SOURCES}/docs/* ${SOURCES}/cmake/* ${SOURCES}/*.md)
+foreach(file IN LISTS files)
+    if(file MATCHES "/build/|\\.png$|CheckWords.cmake$")
+        continue()
+    endif()
+    file(STRINGS ${file} lines REGEX "/(home|root|work|Users)/|/tmp/b/")
+    foreach(line IN LISTS lines)
+        message(SEND_ERROR "${file}: ${line}")
+    endforeach()
+endforeach()
