@@ -39,6 +39,7 @@
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
 #include <quorl/values/LocaleIndependentStrtod.h>
+#include <quorl/values/VGraph.h>
 #include <quorl/values/VTypedValueBase.h>
 #include <quorl/values/VValue.h>
 #include <quorl/values/VValueBase.h>

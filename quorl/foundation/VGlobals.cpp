@@ -23,8 +23,8 @@ VGlobals& VGlobals::theGlobals()
 
 void VGlobals::quit() const
 {
-    for (const WeakPtr<ApplicationQuitter>& entry : quitters)
-        if (const RefPtr<ApplicationQuitter> quitter = entry) quitter->quit();
+    for (const WeakPtr<ApplicationQuitter>& quitter : quitters)
+        if (quitter) quitter->quit(); // not owned meanwhile: that would end one that nobody owns
 }
 
 } // namespace Quorl

@@ -60,8 +60,8 @@ void VSlotContainer::initialize(const VSlotSet& slots)
     setup(slots);
     for (const SetupFunction function : SetupFunctions)
         if (function) function(this, slots);
-    for (const auto& entry : SetupFunctors)
-        if (const RefPtr<SetupFunctor> functor = entry) functor->apply(this, slots);
+    for (const auto& functor : SetupFunctors)
+        if (functor) functor->apply(this, slots);
 }
 
 void VSlotContainer::initialize()

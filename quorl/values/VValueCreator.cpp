@@ -35,7 +35,7 @@ RefPtr<VValueBase> VValueCreator::create(const string& type, const string& text,
 {
     const auto entry = theCreators().find(type);
     if (entry == theCreators().end()) return {};
-    const RefPtr<VValueCreator> creator = entry->second;
+    const WeakPtr<VValueCreator> creator = entry->second; // a static; owning it would end it
     if (!creator)
     {
         ok = false;

@@ -1,0 +1,153 @@
+#include <quorl/values/ValueMap.h>
+
+#include <quorl/values/VValue.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace Quorl
+{
+namespace
+{
+
+RefPtr<VValue<int>> make(int datum)
+{
+    return RefPtr<VValue<int>>(new VValue<int>(datum));
+}
+
+/// Kept alive by handles, then destroyed behind their backs.
+RefPtr<VValueBase> makeDead()
+{
+    auto* const value = new VValue<int>(0);
+    const RefPtr<VValueBase> handle(value);
+    delete value;
+    return handle;
+}
+
+class JoiningValue final : public VValue<int>
+{
+public:
+    using VValue<int>::VValue;
+    bool setContainerValue(const WeakPtr<VValueBase>&) override { return true; }
+    RefPtr<VValueBase> copy() const override { return RefPtr<VValueBase>(new JoiningValue(*this)); }
+};
+
+struct Names final : ValueMap::iterator
+{
+    explicit Names(int most) : left(most) {}
+
+    bool apply(const string& name, const RefPtr<VValueBase>&) override
+    {
+        seen.push_back(name);
+        return --left > 0;
+    }
+
+    int left;
+    std::vector<string> seen;
+};
+
+TEST(ValueMap, IsEmptyAtFirst)
+{
+    const ValueMap map;
+    ValueMap::iterator anything;
+
+    EXPECT_FALSE(map.getValue("x"));
+    EXPECT_EQ(map.iterate(anything), 0);
+    EXPECT_EQ(map.nComponents(), 0U);
+}
+
+TEST(ValueMap, SharesWhatIsSetAndReplacesIt)
+{
+    ValueMap map;
+    const auto first = make(1);
+    map.setValue("x", first);
+    EXPECT_EQ(map.getValue("x"), first);
+    map.setValue("x", make(2));
+
+    EXPECT_EQ(map.getValue("x")->Text(), "2");
+    EXPECT_EQ(map.nComponents(), 1U);
+}
+
+TEST(ValueMap, CopiesValuesSoThatTheCopyIsIndependent)
+{
+    ValueMap map;
+    map.setValue("x", make(1));
+    const ValueMap copied(map);
+    ValueMap assigned;
+    assigned.setValue("old", make(9));
+    assigned = map;
+
+    copied.getValue("x")->setValueFromText("2");
+    assigned.getValue("x")->setValueFromText("3");
+
+    EXPECT_EQ(map.getValue("x")->Text(), "1");
+    EXPECT_FALSE(assigned.getValue("old"));
+}
+
+TEST(ValueMap, LeavesTheDeadOutOfACopy)
+{
+    ValueMap map;
+    map.setValue("dead", makeDead());
+    map.setValue("live", make(1));
+
+    EXPECT_EQ(map.nComponents(), 2U);
+    EXPECT_EQ(ValueMap(map).nComponents(), 1U);
+}
+
+TEST(ValueMap, KeepsItselfWhenAssignedToItself)
+{
+    ValueMap map;
+    const auto value = make(1);
+    map.setValue("x", value);
+    const ValueMap& same = map;
+    map = same;
+
+    EXPECT_EQ(map.getValue("x"), value);
+}
+
+TEST(ValueMap, VisitsByNameUntilFalseAndCountsTheTrueAnswers)
+{
+    ValueMap map;
+    for (const char* name : {"c", "a", "b"}) map.setValue(name, make(1));
+    map.setValue("d", makeDead());
+    Names all(10);
+    Names two(2);
+
+    EXPECT_EQ(map.iterate(all), 4);
+    EXPECT_EQ(all.seen, (std::vector<string>{"a", "b", "c", "d"}));
+    EXPECT_EQ(map.iterate(two), 1);
+    EXPECT_EQ(two.seen.size(), 2U);
+}
+
+TEST(ValueMap, CopiesTheComponentsThatJoinTheContainer)
+{
+    ValueMap source;
+    source.setValue("joins", RefPtr<VValueBase>(new JoiningValue(1)));
+    source.setValue("refuses", make(2));
+    source.setValue("dead", makeDead());
+    const auto container = make(0);
+    ValueMap target;
+    target.setValue("old", make(3));
+
+    EXPECT_TRUE(target.copyComponents(source, container));
+
+    EXPECT_EQ(target.nComponents(), 1U);
+    EXPECT_EQ(target.getValue("joins")->Text(), "1");
+    EXPECT_FALSE(target.getValue("joins") == source.getValue("joins"));
+}
+
+TEST(ValueMap, IsEmptiedByCopyingTheComponentsOfNobody)
+{
+    ValueMap source;
+    source.setValue("joins", RefPtr<VValueBase>(new JoiningValue(1)));
+    ValueMap target;
+    target.setValue("old", make(3));
+
+    target.copyComponents(source, WeakPtr<VValueBase>());
+
+    EXPECT_EQ(target.nComponents(), 0U);
+}
+
+} // namespace
+} // namespace Quorl

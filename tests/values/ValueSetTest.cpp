@@ -1,0 +1,58 @@
+#include <quorl/values/ValueSet.h>
+
+#include <quorl/values/VValue.h>
+
+#include <gtest/gtest.h>
+
+namespace Quorl
+{
+namespace
+{
+
+RefPtr<VValue<string>> make(const string& datum)
+{
+    return RefPtr<VValue<string>>(new VValue<string>(datum));
+}
+
+RefPtr<ValueSet> setOf(const string& datum)
+{
+    const RefPtr<ValueSet> set(new ValueSet);
+    set->addValue(make(datum));
+    return set;
+}
+
+TEST(ValueSet, QuotesEachValueWithNothingBetween)
+{
+    ValueSet set;
+    set.addValue(WeakPtr<VValueBase>());
+    set.addValue(make("a"));
+
+    EXPECT_EQ(set.key, "'''a'");
+}
+
+TEST(ValueSet, CannotBeEndedEarlyByAQuoteInAValue)
+{
+    EXPECT_EQ(setOf("it's")->key, "'it\"s'");
+}
+
+TEST(ValueSet, IsOrderedByItsKey)
+{
+    const lessValueSetPtr less;
+
+    EXPECT_TRUE(less(setOf("a"), setOf("b")));
+    EXPECT_FALSE(less(setOf("b"), setOf("a")));
+    EXPECT_FALSE(less(setOf("a"), setOf("a")));
+}
+
+TEST(ValueSet, IsEquivalentToAllOthersIfDead)
+{
+    const lessValueSetPtr less;
+    const RefPtr<ValueSet> none;
+
+    EXPECT_FALSE(less(none, setOf("a")));
+    EXPECT_FALSE(less(setOf("a"), none));
+    EXPECT_FALSE(less(none, none));
+}
+
+} // namespace
+} // namespace Quorl
