@@ -12,9 +12,9 @@ namespace
 std::uint8_t encodeChannel(float light)
 {
     const float clamped = std::clamp(light, 0.0F, 1.0F);
-    const float encoded = clamped <= 0.0031308F ? 12.92F * clamped
-                                                : 1.055F * std::pow(clamped, 1.0F / 2.4F) - 0.055F;
-    return static_cast<std::uint8_t>(encoded * 255.0F + 0.5F);
+    const float encoded =
+        clamped <= 0.0031308F ? 12.92F * clamped : 1.055F * std::pow(clamped, 1.0F / 2.4F) - 0.055F;
+    return static_cast<std::uint8_t>(std::lround(encoded * 255.0F));
 }
 
 float decodeChannel(std::uint8_t channel)

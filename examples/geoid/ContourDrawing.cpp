@@ -20,7 +20,8 @@ class Mask
 {
 public:
     Mask(int width, int height)
-        : width_(width), height_(height),
+        : width_(width),
+          height_(height),
           cover_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0.0F)
     {
     }

@@ -106,8 +106,7 @@ private:
         const double x = column + 0.5 + (isEastward ? fraction : 0.0);
         const double y = row + 0.5 + (isEastward ? 0.0 : fraction);
         const std::int64_t corner = std::int64_t{row} * (field_.width() + 2) + column + 1;
-        return {2 * corner + (isEastward ? 0 : 1),
-                {static_cast<float>(x), static_cast<float>(y)}};
+        return {2 * corner + (isEastward ? 0 : 1), {static_cast<float>(x), static_cast<float>(y)}};
     }
 
     const Field& field_;

@@ -25,10 +25,7 @@ struct Field
     double latitude(int row) const { return region.north - (row + 0.5) * degreesPerRow(); }
 
     /// Degrees east of the middle of a column; not brought back below 360.
-    double longitude(int column) const
-    {
-        return region.west + (column + 0.5) * degreesPerColumn();
-    }
+    double longitude(int column) const { return region.west + (column + 0.5) * degreesPerColumn(); }
 
     friend bool operator==(const Field&, const Field&) = default;
 };

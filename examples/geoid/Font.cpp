@@ -23,7 +23,7 @@ struct Font::Face
                              FT_Set_Char_Size(face, 0, std::lround(size * 64.0), 72, 72) == 0;
         if (isReady) return;
         release(); // the destructor does not run for what was never built
-        throw GeoidError("'" + path.string() + "': is no usable font");
+        throw GeoidError::about(path, "is no usable font");
     }
 
     ~Face() { release(); }
@@ -45,10 +45,7 @@ struct Font::Face
     }
 
     /// Pixels from the letter loaded to the next one, not rounded.
-    double advance() const
-    {
-        return static_cast<double>(face->glyph->linearHoriAdvance) / 65536.0;
-    }
+    double advance() const { return static_cast<double>(face->glyph->linearHoriAdvance) / 65536.0; }
 
     FT_Library library = nullptr;
     FT_Face face = nullptr;

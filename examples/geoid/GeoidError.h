@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <stdexcept>
+#include <string>
 
 namespace Geoid
 {
@@ -12,6 +14,16 @@ class GeoidError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
+
+    /// The failure of something about a file: "'grid.gtx': no such file".
+    static GeoidError about(const std::filesystem::path& path, const std::string& reason)
+    {
+        std::string text = "'";
+        text += path.string();
+        text += "': ";
+        text += reason;
+        return GeoidError(text);
+    }
 };
 
 } // namespace Geoid

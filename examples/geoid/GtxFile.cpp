@@ -31,7 +31,7 @@ struct Header
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason)
 {
-    throw GeoidError("'" + path.string() + "': " + reason);
+    throw GeoidError::about(path, reason);
 }
 
 template <class Word>
@@ -63,12 +63,9 @@ std::uintmax_t sizeOfRegularFile(const std::filesystem::path& path)
 
 Header parseHeader(const std::array<char, kHeaderBytes>& bytes)
 {
-    return {bigEndianDouble(&bytes[0]),
-            bigEndianDouble(&bytes[8]),
-            bigEndianDouble(&bytes[16]),
-            bigEndianDouble(&bytes[24]),
-            bigEndian<std::uint32_t>(&bytes[32]),
-            bigEndian<std::uint32_t>(&bytes[36])};
+    return {bigEndianDouble(&bytes[0]),           bigEndianDouble(&bytes[8]),
+            bigEndianDouble(&bytes[16]),          bigEndianDouble(&bytes[24]),
+            bigEndian<std::uint32_t>(&bytes[32]), bigEndian<std::uint32_t>(&bytes[36])};
 }
 
 void checkPosition(const Header& header, const std::filesystem::path& path)
@@ -120,8 +117,8 @@ std::vector<float> decodeHeights(const std::vector<char>& bytes, const std::file
         if (!std::isfinite(height))
             fail(path, "sample " + std::to_string(i) + " is not a finite number");
         if (std::abs(height) > kGreatestHeight)
-            fail(path, "sample " + std::to_string(i) + " is no height of the geoid: " +
-                           std::to_string(height) + " m");
+            fail(path, "sample " + std::to_string(i) +
+                           " is no height of the geoid: " + std::to_string(height) + " m");
         heights[i] = height;
     }
     return heights;

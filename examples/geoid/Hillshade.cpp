@@ -64,17 +64,11 @@ struct Direction
 };
 
 /// Three values in a line of Horn's window, the middle one counted twice.
-double weighted(double first, double middle, double last)
-{
-    return first + 2.0 * middle + last;
-}
+double weighted(double first, double middle, double last) { return first + 2.0 * middle + last; }
 
 } // namespace
 
-double shadeOfLevelGround(const Light& light)
-{
-    return std::sin(light.altitude * kRadians);
-}
+double shadeOfLevelGround(const Light& light) { return std::sin(light.altitude * kRadians); }
 
 Field hillshade(const Field& heights, const Light& light)
 {
@@ -96,8 +90,7 @@ Field hillshade(const Field& heights, const Light& light)
                                       std::cos(heights.latitude(row) * kRadians);
         for (int column = 0; column < heights.width(); ++column)
         {
-            const Neighbours columns =
-                neighbours(column, heights.width(), heights.region.wraps());
+            const Neighbours columns = neighbours(column, heights.width(), heights.region.wraps());
             const auto w = static_cast<std::size_t>(columns.before);
             const auto c = static_cast<std::size_t>(column);
             const auto e = static_cast<std::size_t>(columns.after);

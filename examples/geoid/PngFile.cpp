@@ -18,13 +18,12 @@ static_assert(sizeof(Rgb) == 3, "rows of Rgb are handed to libpng as bytes");
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason)
 {
-    throw GeoidError("'" + path.string() + "': " + reason);
+    std::string text = "cannot be written: ";
+    text += reason;
+    throw GeoidError::about(path, text);
 }
 
-std::string systemReason(int error)
-{
-    return std::generic_category().message(error);
-}
+std::string systemReason(int error) { return std::generic_category().message(error); }
 
 /// A new file beside the target, removed at the end unless it has taken the target's place.
 class TemporaryFile
@@ -48,11 +47,10 @@ public:
     /// may come to light as late as that.
     void takeThePlaceOfTheTarget()
     {
-        if (std::fclose(std::exchange(file_, nullptr)) != 0)
-            fail(target_, "cannot be written: " + systemReason(errno));
+        if (std::fclose(std::exchange(file_, nullptr)) != 0) fail(target_, systemReason(errno));
         std::error_code error;
         std::filesystem::rename(path_, target_, error);
-        if (error) fail(target_, "cannot be written: " + error.message());
+        if (error) fail(target_, error.message());
         isDone_ = true;
     }
 
@@ -65,11 +63,11 @@ private:
         for (int attempt = 0; attempt < kAttempts && !file_; ++attempt)
         {
             path_ = target_;
-            path_ += "." + std::to_string(attempt) + ".part";
+            path_ += '.' + std::to_string(attempt) + ".part";
             file_ = std::fopen(path_.string().c_str(), "wbx");
             if (!file_ && errno != EEXIST) break;
         }
-        if (!file_) fail(target_, "cannot be written: " + systemReason(errno));
+        if (!file_) fail(target_, systemReason(errno));
     }
 
     std::filesystem::path target_;
@@ -83,9 +81,9 @@ void checkTarget(const std::filesystem::path& path)
 {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (std::filesystem::is_directory(status)) fail(path, "cannot be written: is a directory");
+    if (std::filesystem::is_directory(status)) fail(path, "is a directory");
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        fail(path, "cannot be written: is not a regular file");
+        fail(path, "is not a regular file");
 }
 
 /// libpng's description of a picture. Its simple interface reports by values, so that no exception
@@ -102,7 +100,7 @@ struct PngImage : png_image
 
 void writePng(const Image& image, const std::filesystem::path& path)
 {
-    if (image.isEmpty()) fail(path, "cannot be written: there is no picture");
+    if (image.isEmpty()) fail(path, "there is no picture");
     checkTarget(path);
 
     TemporaryFile file(path);
@@ -112,7 +110,7 @@ void writePng(const Image& image, const std::filesystem::path& path)
     png.height = static_cast<png_uint_32>(image.height());
     png.format = PNG_FORMAT_RGB;
     if (png_image_write_to_stdio(&png, file.stream(), 0, image.samples().data(), 0, nullptr) == 0)
-        fail(path, "cannot be written: " + (errno ? systemReason(errno) : png.message));
+        fail(path, errno ? systemReason(errno) : png.message);
     file.takeThePlaceOfTheTarget();
 }
 

@@ -36,8 +36,7 @@ Position between(double distance, int count)
 Position aroundTheEarth(double degreesFromFirst, const Grid& grid)
 {
     const double degrees = degreesFromFirst - 360.0 * std::floor(degreesFromFirst / 360.0);
-    const int lower =
-        std::min(static_cast<int>(degrees / grid.longitudeStep), grid.columns() - 1);
+    const int lower = std::min(static_cast<int>(degrees / grid.longitudeStep), grid.columns() - 1);
     const bool isLast = lower + 1 == grid.columns();
     const double from = lower * grid.longitudeStep;
     const double width = isLast ? 360.0 - from : grid.longitudeStep;

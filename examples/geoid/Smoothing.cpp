@@ -53,14 +53,14 @@ std::vector<double> weightInside(const std::vector<double>& weights, int count)
 /// `row` with `radius` places more at each side: the row again where it wraps, else zeros.
 void pad(std::span<const float> row, int radius, bool wraps, std::vector<double>& padded)
 {
-    const int width = static_cast<int>(row.size());
-    padded.assign(row.size() + 2 * static_cast<std::size_t>(radius), 0.0);
+    const auto reach = static_cast<std::size_t>(radius);
+    padded.assign(row.size() + 2 * reach, 0.0);
     std::copy(row.begin(), row.end(), padded.begin() + radius);
     if (!wraps) return;
-    for (int i = radius - 1; i >= 0; --i)
-        padded[static_cast<std::size_t>(i)] = padded[static_cast<std::size_t>(i + width)];
-    for (int i = radius + width; i < width + 2 * radius; ++i)
-        padded[static_cast<std::size_t>(i)] = padded[static_cast<std::size_t>(i - width)];
+    // Each place is filled from one a turn further in, which may itself have been filled so.
+    for (std::size_t i = row.size() + reach; i < padded.size(); ++i)
+        padded[i] = padded[i - row.size()];
+    for (std::size_t i = reach; i-- > 0;) padded[i] = padded[i + row.size()];
 }
 
 /// The places are the inner loop, so that the compiler can work on several at once.
@@ -147,10 +147,10 @@ Field smooth(const Field& field, double sigma)
     if (sigma == 0.0 || field.values.isEmpty()) return field;
 
     const std::vector<float> alongParallels = smoothAlongParallels(field, sigma);
-    return {field.region, Raster<float>(field.width(), field.height(),
-                                        smoothAlongMeridians(alongParallels, field.width(),
-                                                             field.height(),
-                                                             sigma / field.degreesPerRow()))};
+    return {field.region,
+            Raster<float>(field.width(), field.height(),
+                          smoothAlongMeridians(alongParallels, field.width(), field.height(),
+                                               sigma / field.degreesPerRow()))};
 }
 
 } // namespace Geoid

@@ -35,8 +35,8 @@ std::string withDecimals(double value, double step)
 {
     const double places = std::ceil(-std::log10(step) - kSlack);
     std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%.*f",
-                  static_cast<int>(std::clamp(places, 0.0, 12.0)), value);
+    std::snprintf(text.data(), text.size(), "%.*f", static_cast<int>(std::clamp(places, 0.0, 12.0)),
+                  value);
     return text.data();
 }
 

@@ -50,9 +50,9 @@ std::vector<Geoid::View> views(const Options& options)
     india.title = "Geoid south of India: height above the ellipsoid (EGM96)";
     india.region = {50.0, 100.0, -20.0, 30.0};
     india.width = india.height = options.width * 5 / 8;
-    india.light = {300.0, 40.0, 15000.0};
+    india.light = {315.0, 45.0, 18000.0};
     india.low = -110.0;
-    india.high = 60.0;
+    india.high = 0.0;
     india.interval = 5.0;
     india.picture = options.output / "india.png";
     return {world, india};

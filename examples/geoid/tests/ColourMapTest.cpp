@@ -22,15 +22,12 @@ std::vector<Oklab> coloursOf(const ColourMap& map, int count)
     return colours;
 }
 
-double chroma(const Oklab& colour)
-{
-    return std::hypot(colour.a, colour.b);
-}
+double chroma(const Oklab& colour) { return std::hypot(colour.a, colour.b); }
 
 TEST(ColourMap, TakesEvenStepsToTheEye)
 {
-    for (const ColourMap& map : {ColourMap(-100, 100), ColourMap(-110, 0), ColourMap(0, 90),
-                                 ColourMap(-110, 90)})
+    for (const ColourMap& map :
+         {ColourMap(-100, 100), ColourMap(-110, 0), ColourMap(0, 90), ColourMap(-110, 90)})
     {
         const std::vector<Oklab> colours = coloursOf(map, 200);
         std::vector<double> steps;
@@ -103,8 +100,7 @@ TEST(ColourMap, PaintsEachPixel)
 
     const LinearImage image = map.paint(field);
 
-    EXPECT_EQ(image,
-              LinearImage(2, 2, {map.at(-10.0), map.at(0.0), map.at(5.0), map.at(10.0)}));
+    EXPECT_EQ(image, LinearImage(2, 2, {map.at(-10.0), map.at(0.0), map.at(5.0), map.at(10.0)}));
     EXPECT_TRUE(map.paint({}).isEmpty());
 }
 

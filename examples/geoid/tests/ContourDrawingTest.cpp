@@ -17,9 +17,8 @@ constexpr LinearRgb kWhite{1.0F, 1.0F, 1.0F};
 LinearImage white(int width, int height)
 {
     return {width, height,
-            std::vector<LinearRgb>(static_cast<std::size_t>(width) *
-                                       static_cast<std::size_t>(height),
-                                   kWhite)};
+            std::vector<LinearRgb>(
+                static_cast<std::size_t>(width) * static_cast<std::size_t>(height), kWhite)};
 }
 
 /// One line in a picture of 20 x 20 pixels.
@@ -77,8 +76,8 @@ TEST(ContourDrawing, LeavesNoDotsWhereSegmentsMeet)
 {
     const LinearImage inOne =
         drawContours(white(20, 20), oneLine(1, {{2.0F, 10.0F}, {18.0F, 10.0F}}), {});
-    const LinearImage inTwo = drawContours(
-        white(20, 20), oneLine(1, {{2.0F, 10.0F}, {9.0F, 10.0F}, {18.0F, 10.0F}}), {});
+    const LinearImage inTwo =
+        drawContours(white(20, 20), oneLine(1, {{2.0F, 10.0F}, {9.0F, 10.0F}, {18.0F, 10.0F}}), {});
 
     EXPECT_EQ(inOne, inTwo);
 }

@@ -61,7 +61,7 @@ protected:
     std::string complaint(const std::string& bytes) const
     {
         const std::string error = errorOf([&] { readGtx(write(bytes)); });
-        const std::string name = "'" + path_.string() + "': ";
+        const std::string name = GeoidError::about(path_, "").what();
         EXPECT_EQ(error.substr(0, name.size()), name);
         return error.empty() ? error : error.substr(name.size());
     }
@@ -120,7 +120,7 @@ TEST_F(GtxFile, RefusesAMissingFile)
 {
     const std::string name = (folder_ / "none.gtx").string();
 
-    EXPECT_EQ(errorOf([&] { readGtx(name); }), "'" + name + "': no such file");
+    EXPECT_EQ(errorOf([&] { readGtx(name); }), GeoidError::about(name, "no such file").what());
 }
 
 TEST_F(GtxFile, RefusesADirectory)
@@ -128,7 +128,7 @@ TEST_F(GtxFile, RefusesADirectory)
     const std::string name = folder_.path().string();
 
     EXPECT_EQ(errorOf([&] { readGtx(name); }),
-              "'" + name + "': is a directory, not a GTX grid");
+              GeoidError::about(name, "is a directory, not a GTX grid").what());
 }
 
 TEST_F(GtxFile, RefusesAPipeWithoutWaitingForItsWriter)
@@ -136,7 +136,7 @@ TEST_F(GtxFile, RefusesAPipeWithoutWaitingForItsWriter)
     ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
 
     EXPECT_EQ(errorOf([&] { readGtx(path_); }),
-              "'" + path_.string() + "': is not a regular file");
+              GeoidError::about(path_, "is not a regular file").what());
 }
 
 TEST_F(GtxFile, RefusesATruncatedHeader)
@@ -168,8 +168,7 @@ TEST_F(GtxFile, RefusesAbsurdCountsBeforeItAsksForMemory)
               "the header claims an absurd size, 4294967295 x 4294967295 samples");
 
     parts.rows = 0;
-    EXPECT_EQ(complaint(parts.bytes()),
-              "the header claims an absurd size, 0 x 4294967295 samples");
+    EXPECT_EQ(complaint(parts.bytes()), "the header claims an absurd size, 0 x 4294967295 samples");
 
     parts.rows = 3;
     parts.columns = 1;
@@ -183,7 +182,7 @@ TEST_F(GtxFile, RefusesAbsurdCountsBeforeItAsksForMemory)
 TEST_F(GtxFile, RefusesAPositionThatIsNotFinite)
 {
     for (const double bad : {kNan, kInfinity, -kInfinity})
-        for (double Parts::*const field :
+        for (double Parts::* const field :
              {&Parts::south, &Parts::west, &Parts::latitudeStep, &Parts::longitudeStep})
         {
             Parts parts;
@@ -195,7 +194,7 @@ TEST_F(GtxFile, RefusesAPositionThatIsNotFinite)
 TEST_F(GtxFile, RefusesStepsThatAreNotPositive)
 {
     for (const double bad : {0.0, -0.0, -0.25})
-        for (double Parts::*const field : {&Parts::latitudeStep, &Parts::longitudeStep})
+        for (double Parts::* const field : {&Parts::latitudeStep, &Parts::longitudeStep})
         {
             Parts parts;
             parts.*field = bad;

@@ -22,10 +22,9 @@ double shadeOfPlane(double east, double north, const Light& light)
     const double q = light.exaggeration * north;
     const double slope = std::atan(std::hypot(p, q));
     const double downhill = std::atan2(-p, -q); // clockwise from north
-    const double shade =
-        std::sin(light.altitude * kRadians) * std::cos(slope) +
-        std::cos(light.altitude * kRadians) * std::sin(slope) *
-            std::cos(light.azimuth * kRadians - downhill);
+    const double shade = std::sin(light.altitude * kRadians) * std::cos(slope) +
+                         std::cos(light.altitude * kRadians) * std::sin(slope) *
+                             std::cos(light.azimuth * kRadians - downhill);
     return std::max(0.0, shade);
 }
 

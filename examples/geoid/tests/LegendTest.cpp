@@ -52,10 +52,10 @@ TEST(Legend, StandsOutsideTheMap)
         frameMap(plainMap(400, 200), {}, ColourMap(-110, 90), {"Geoid", "every 10 m"});
     const Found map = findMap(picture);
 
-    EXPECT_GT(map.left, 20);                                  // latitudes
-    EXPECT_GT(map.top, 20);                                   // caption
-    EXPECT_GT(picture.width(), map.left + 400 + 40);          // colour bar
-    EXPECT_GT(picture.height(), map.top + 200 + 15);          // longitudes
+    EXPECT_GT(map.left, 20);                                    // latitudes
+    EXPECT_GT(map.top, 20);                                     // caption
+    EXPECT_GT(picture.width(), map.left + 400 + 40);            // colour bar
+    EXPECT_GT(picture.height(), map.top + 200 + 15);            // longitudes
     EXPECT_EQ(picture.at(map.left - 1, map.top + 100).red, 28); // frame
 }
 

@@ -112,7 +112,7 @@ TEST(PngFile, ReportsAMissingFolder)
     const std::filesystem::path path = folder / "none" / "a.png";
 
     EXPECT_EQ(errorOf([&] { writePng(noise(5, 5), path); }),
-              "'" + path.string() + "': cannot be written: No such file or directory");
+              GeoidError::about(path, "cannot be written: No such file or directory").what());
     EXPECT_EQ(folder.count(), 0U);
 }
 
@@ -123,7 +123,7 @@ TEST(PngFile, ReportsADirectoryInItsPlace)
     std::filesystem::create_directory(path);
 
     EXPECT_EQ(errorOf([&] { writePng(noise(5, 5), path); }),
-              "'" + path.string() + "': cannot be written: is a directory");
+              GeoidError::about(path, "cannot be written: is a directory").what());
     EXPECT_EQ(folder.count(), 1U);
 }
 
@@ -145,7 +145,7 @@ TEST(PngFile, LeavesNothingBehindOnAFullDisk)
         error = errorOf([&] { writePng(noise(200, 200), path); });
     }
 
-    EXPECT_EQ(error, "'" + path.string() + "': cannot be written: File too large");
+    EXPECT_EQ(error, GeoidError::about(path, "cannot be written: File too large").what());
     EXPECT_EQ(folder.count(), 0U);
 }
 
@@ -170,7 +170,7 @@ TEST(PngFile, RefusesAnEmptyPicture)
     const std::filesystem::path path = folder / "a.png";
 
     EXPECT_EQ(errorOf([&] { writePng({}, path); }),
-              "'" + path.string() + "': cannot be written: there is no picture");
+              GeoidError::about(path, "cannot be written: there is no picture").what());
     EXPECT_EQ(folder.count(), 0U);
 }
 

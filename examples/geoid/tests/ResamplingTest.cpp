@@ -18,17 +18,13 @@ Grid gridOf(Grid grid, int columns, int rows, Function&& heightAt)
     std::vector<float> heights;
     for (int row = 0; row < rows; ++row)
         for (int column = 0; column < columns; ++column)
-            heights.push_back(
-                static_cast<float>(heightAt(grid.west + column * grid.longitudeStep,
-                                            grid.south + row * grid.latitudeStep)));
+            heights.push_back(static_cast<float>(heightAt(grid.west + column * grid.longitudeStep,
+                                                          grid.south + row * grid.latitudeStep)));
     grid.heights = Raster<float>(columns, rows, std::move(heights));
     return grid;
 }
 
-double linear(double longitude, double latitude)
-{
-    return 3.0 + 0.5 * longitude - 0.25 * latitude;
-}
+double linear(double longitude, double latitude) { return 3.0 + 0.5 * longitude - 0.25 * latitude; }
 
 double wave(double longitude, double latitude)
 {

@@ -25,9 +25,10 @@ TEST(Smoothing, KeepsAConstant)
     const auto constant = [](double, double) { return -106.3; };
     for (const Region& region : {Region{}, Region{50, 100, -20, 30}, Region{-30, 60, 60, 90}})
         for (const double sigma : {0.1, 2.0, 30.0})
-            for (const float value :
-                 smooth(fieldOf(region, 60, 40, constant), sigma).values.samples())
-                EXPECT_FLOAT_EQ(value, -106.3F);
+        {
+            const Field smoothed = smooth(fieldOf(region, 60, 40, constant), sigma);
+            for (const float value : smoothed.values.samples()) EXPECT_FLOAT_EQ(value, -106.3F);
+        }
 }
 
 TEST(Smoothing, KeepsTheMeanOfEachParallelRoundTheEarth)
@@ -78,18 +79,16 @@ TEST(Smoothing, IsAsWideOnTheGroundAtEachLatitude)
 
 TEST(Smoothing, EvensOutTheParallelsAtThePoles)
 {
-    const Field field = fieldOf({}, 360, 180, [](double longitude, double) {
-        return 10.0 * std::cos(longitude * kRadians);
-    });
-
-    const Field smoothed = smooth(field, 2.0);
-
-    for (int column = 0; column < 360; ++column)
+    for (const Region& cap : {Region{-180, 180, 89.9, 90}, Region{-180, 180, -90, -89.9}})
     {
-        EXPECT_NEAR(smoothed.values.at(column, 0), 0.0, 3.0);
-        EXPECT_TRUE(std::isfinite(smoothed.values.at(column, 179)));
+        const Field field = fieldOf(cap, 360, 2, [](double longitude, double) {
+            return 10.0 * std::cos(longitude * kRadians);
+        });
+
+        const Field smoothed = smooth(field, 2.0);
+
+        for (const float value : smoothed.values.samples()) EXPECT_NEAR(value, 0.0, 0.1);
     }
-    EXPECT_NEAR(smoothed.values.at(180, 90), field.values.at(180, 90), 0.1);
 }
 
 TEST(Smoothing, LeavesNoSeamWhereLongitudesWrap)
