@@ -19,7 +19,7 @@ add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffp-contract=off)
 
 add_compile_options(
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
-    -Wundef -Wvla -Wextra-semi
+    -Wundef -Wvla -Wextra-semi -Woverloaded-virtual
     $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
 if(QUORL_WERROR)
     add_compile_options(-Werror)

@@ -246,6 +246,7 @@ void DynPtr<T, B>::reportInconsistency(T* fresh) const
     if constexpr (!std::is_same_v<T, B>)
     {
         T* const kept = View::cached;
+        if (!kept) throw std::bad_typeid(); // what `typeid` does, but not for a final class
         ReferenceBase<B>* const object = rootBase();
         SpeakPtr::theSpeaker().InconsistentDynPtr(typeid(*kept), typeid(T), typeid(*object),
                                                   fresh, kept, object, kept);

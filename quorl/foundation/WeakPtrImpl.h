@@ -14,10 +14,17 @@ class WeakPtrImpl : public DynPtr<T, B>
 public:
     WeakPtrImpl() = default;
 
-    WeakPtrImpl(const WeakPtrImpl& source) : Handle(source)
+    WeakPtrImpl(const WeakPtrImpl& source)
     {
-        if (this == &source) reportSelfConstruction();
-        takeWeakShare();
+        // Nothing is read from itself: what stood in the storage before its constructor is no
+        // handle, and this one becomes null.
+        if (this == &source)
+            reportSelfConstruction();
+        else
+        {
+            static_cast<Handle&>(*this) = source;
+            takeWeakShare();
+        }
     }
 
     /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
@@ -80,11 +87,9 @@ private:
         this->forget();
     }
 
-    /// What stood in the storage before its constructor is no handle, so this one becomes null.
-    [[gnu::noinline, gnu::cold]] void reportSelfConstruction()
+    [[gnu::noinline, gnu::cold]] void reportSelfConstruction() const
     {
         SpeakPtr::theSpeaker().SelfConstruction(typeid(Handle), this, this->referer);
-        static_cast<Handle&>(*this) = Handle();
     }
 };
 

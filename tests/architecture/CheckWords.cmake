@@ -3,9 +3,10 @@ cmake_minimum_required(VERSION 3.25)
 # Nothing in the tree names a folder of somebody's machine.
 file(GLOB_RECURSE files
     ${SOURCES}/quorl/* ${SOURCES}/tests/* ${SOURCES}/examples/* ${SOURCES}/benchmarks/*
-    ${SOURCES}/docs/* ${SOURCES}/cmake/* ${SOURCES}/*.md)
-foreach(file IN LISTS files)
-    if(file MATCHES "/build/|\\.png$|CheckWords.cmake$")
+    ${SOURCES}/docs/* ${SOURCES}/cmake/*)
+file(GLOB top ${SOURCES}/*.md ${SOURCES}/CMake* ${SOURCES}/dev ${SOURCES}/.ci/run)
+foreach(file IN LISTS files top)
+    if(file MATCHES "\\.png$|CheckWords.cmake$")
         continue()
     endif()
     file(STRINGS ${file} lines REGEX "/(home|root|work|Users)/|/tmp/b/")

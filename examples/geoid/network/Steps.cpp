@@ -64,7 +64,7 @@ std::string PictureWriter::subtitle(const Quorl::VRequest& request) const
     const Light light = light_(request);
     std::array<char, 256> text{};
     std::snprintf(text.data(), text.size(),
-                  "contours every %g m, heavy at 0 · light from %g°, %g° high, heights × %g · "
+                  "contours every %g m, every fifth heavier · light from %g°, %g° high, heights × %g · "
                   "smoothed by %g°",
                   contours_(request).interval, light.azimuth, light.altitude, light.exaggeration,
                   sigma_(request));

@@ -1,0 +1,110 @@
+#include <quorl/foundation/Intercube.h>
+
+#include <quorl/foundation/Interface.h>
+
+#include <gtest/gtest.h>
+
+namespace Tolmen
+{
+namespace
+{
+
+struct Service : Interface<Service>
+{
+    int number = 0;
+};
+
+/// Kept under the domain of its base, whatever its own type.
+struct Special final : Service
+{
+};
+
+struct Other final : Interface<Other>
+{
+};
+
+/// Makes services on demand.
+class Making final : public Intercube
+{
+public:
+    RefPtr<InterfaceBase> createInterface(const std::type_info& domain) const override
+    {
+        ++asked;
+        if (domain != typeid(Service)) return {};
+        return RefPtr<InterfaceBase>(new Service);
+    }
+    mutable int asked = 0;
+};
+
+TEST(Intercube, FindsNothingWhileEmpty)
+{
+    Intercube cube;
+
+    EXPECT_EQ(cube.findInterface(typeid(Service)).referer, nullptr);
+    EXPECT_EQ(cube.getInterface(typeid(Service)).referer, nullptr);
+}
+
+TEST(Intercube, MakesAnInterfaceOnceByBeingAskedForIt)
+{
+    Making cube;
+    EXPECT_EQ(cube.findInterface(typeid(Service)).referer, nullptr) << "finding makes none";
+
+    const RefPtr<InterfaceBase> made = cube.getInterface(typeid(Service));
+    EXPECT_TRUE(made);
+    EXPECT_EQ(cube.getInterface(typeid(Service)), made);
+    EXPECT_EQ(cube.findInterface(typeid(Service)), made);
+    EXPECT_EQ(cube.asked, 1);
+    cube.getInterface(typeid(Other));
+    cube.getInterface(typeid(Other));
+    EXPECT_EQ(cube.asked, 3) << "at every miss";
+}
+
+TEST(Intercube, KeepsAnInterfaceUnderItsDomain)
+{
+    const Intercube cube;
+    const RefPtr<Special> special(new Special);
+    cube.addInterface(special);
+
+    const RefPtr<Service> found = cube.findInterface(typeid(Service));
+    EXPECT_EQ(found, special);
+    EXPECT_EQ(cube.findInterface(typeid(Special)).referer, nullptr);
+    EXPECT_EQ(special->getInterfaceDomain(), typeid(Service));
+}
+
+TEST(Intercube, ReplacesTheInterfaceOfADomain)
+{
+    Intercube cube;
+    WeakPtr<InterfaceBase> first;
+    {
+        const RefPtr<InterfaceBase> service(new Service);
+        first = service;
+        cube.addInterface(service);
+    }
+    EXPECT_TRUE(first) << "owned";
+    cube.addInterface(RefPtr<InterfaceBase>(new Special));
+
+    EXPECT_FALSE(first);
+    EXPECT_TRUE(RefPtr<Special>(cube.findInterface(typeid(Service))));
+}
+
+TEST(Intercube, SharesItsInterfacesWithACopy)
+{
+    Intercube cube;
+    cube.addInterface(RefPtr<InterfaceBase>(new Service));
+    const Intercube copied(cube);
+
+    EXPECT_EQ(copied.findInterface(typeid(Service)), cube.findInterface(typeid(Service)));
+}
+
+TEST(InterfaceBase, GoesOnByDefault)
+{
+    const RefPtr<Service> service(new Service);
+    const RefPtr<InterfaceIterationParameter> parameter(new InterfaceIterationParameter);
+    Intercube cube;
+
+    EXPECT_TRUE(service->apply(cube, parameter));
+    EXPECT_TRUE(service->apply_const(cube, parameter));
+}
+
+} // namespace
+} // namespace Tolmen
