@@ -1,8 +1,8 @@
 #pragma once
 
-// QUORL_API marks what a program or module outside of libquorl calls, derives from, casts to or names
-// in a typeid. QUORL_TEMPLATE_API does so for class templates: their statics and type information
-// are then one for all libraries of a process.
+// QUORL_API marks what a program or module outside of libquorl calls, derives from, casts to or
+// names in a typeid. QUORL_TEMPLATE_API does so for class templates: their statics and type
+// information are then one for all libraries of a process.
 #if defined(_WIN32)
 #    if defined(QUORL_BUILDING)
 #        define QUORL_API __declspec(dllexport)

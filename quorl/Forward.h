@@ -269,7 +269,8 @@ struct HandleRoot<Quorl::VModule> : IsHandleRoot<Quorl::VModule>
 {
 };
 template <>
-struct HandleRoot<Quorl::VParameterConnectionConstraint> : IsHandleRoot<Quorl::VParameterConnectionConstraint>
+struct HandleRoot<Quorl::VParameterConnectionConstraint>
+    : IsHandleRoot<Quorl::VParameterConnectionConstraint>
 {
 };
 template <>

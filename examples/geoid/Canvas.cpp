@@ -19,8 +19,7 @@ std::uint8_t mix(std::uint8_t from, std::uint8_t to, double part)
 } // namespace
 
 Canvas::Canvas(int width, int height, const Rgb& background)
-    : width_(width),
-      height_(height),
+    : width_(width), height_(height),
       pixels_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), background)
 {
 }
@@ -63,6 +62,9 @@ void Canvas::paste(int x, int y, const Image& image)
             if (Rgb* const target = pixel(x + column, y + row)) *target = image.at(column, row);
 }
 
-Image Canvas::finish() && { return {width_, height_, std::move(pixels_)}; }
+Image Canvas::finish() &&
+{
+    return {width_, height_, std::move(pixels_)};
+}
 
 } // namespace Geoid

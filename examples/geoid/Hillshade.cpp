@@ -64,11 +64,17 @@ struct Direction
 };
 
 /// Three values in a line of Horn's window, the middle one counted twice.
-double weighted(double first, double middle, double last) { return first + 2.0 * middle + last; }
+double weighted(double first, double middle, double last)
+{
+    return first + 2.0 * middle + last;
+}
 
 } // namespace
 
-double shadeOfLevelGround(const Light& light) { return std::sin(light.altitude * kRadians); }
+double shadeOfLevelGround(const Light& light)
+{
+    return std::sin(light.altitude * kRadians);
+}
 
 Field hillshade(const Field& heights, const Light& light)
 {

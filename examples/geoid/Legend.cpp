@@ -18,16 +18,21 @@ constexpr Rgb kPaper{255, 255, 255};
 constexpr Rgb kInk{28, 30, 36};
 constexpr Rgb kFaintInk{92, 96, 106};
 
-int roundUp(double value) { return static_cast<int>(std::ceil(value)); }
+int roundUp(double value)
+{
+    return static_cast<int>(std::ceil(value));
+}
 
-int round(double value) { return static_cast<int>(std::lround(value)); }
+int round(double value)
+{
+    return static_cast<int>(std::lround(value));
+}
 
 /// A text that is no wider than `room`, in a smaller size if need be.
 struct Line
 {
     Line(std::string words, Font::Weight weight, double size, double room)
-        : text(std::move(words)),
-          font(weight, fittingSize(text, weight, size, room)),
+        : text(std::move(words)), font(weight, fittingSize(text, weight, size, room)),
           height(text.empty() ? 0.0 : font.capitalHeight())
     {
     }
@@ -50,14 +55,9 @@ class Frame
 {
 public:
     Frame(const Image& map, const Region& region, const ColourMap& colours, const Caption& caption)
-        : map_(map),
-          region_(region),
-          colours_(colours),
-          scale_(scaleFor(map)),
-          thickness_(std::max(1, round(1.4 * scale_))),
-          tick_(round(7.0 * scale_)),
-          labels_(Font::Weight::Regular, 15.5 * scale_),
-          units_(Font::Weight::Bold, 15.5 * scale_),
+        : map_(map), region_(region), colours_(colours), scale_(scaleFor(map)),
+          thickness_(std::max(1, round(1.4 * scale_))), tick_(round(7.0 * scale_)),
+          labels_(Font::Weight::Regular, 15.5 * scale_), units_(Font::Weight::Bold, 15.5 * scale_),
           title_(caption.title, Font::Weight::Bold, 23.0 * scale_, map.width()),
           subtitle_(caption.subtitle, Font::Weight::Regular, 15.5 * scale_, map.width()),
           latitudes_(degreeTicks(region.south, region.north, ticksIn(map.height(), 74.0))),

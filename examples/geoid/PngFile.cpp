@@ -23,7 +23,10 @@ static_assert(sizeof(Rgb) == 3, "rows of Rgb are handed to libpng as bytes");
     throw GeoidError::about(path, text);
 }
 
-std::string systemReason(int error) { return std::generic_category().message(error); }
+std::string systemReason(int error)
+{
+    return std::generic_category().message(error);
+}
 
 /// A new file beside the target, removed at the end unless it has taken the target's place.
 class TemporaryFile

@@ -137,10 +137,11 @@ int fail(const std::string& reason, int status)
 int main(int argc, char** argv)
 {
     Options options;
-    CLI::App app("Draws the geoid, the height of the sea level over the ellipsoid, of the Earth and "
-                 "of the low south of India, as two contexts of one network. Prints what each "
-                 "request ran, with ages, and checks that nothing ran in vain.",
-                 "geoid");
+    CLI::App app(
+        "Draws the geoid, the height of the sea level over the ellipsoid, of the Earth and "
+        "of the low south of India, as two contexts of one network. Prints what each "
+        "request ran, with ages, and checks that nothing ran in vain.",
+        "geoid");
     app.add_option("-i,--input", options.input, "the EGM96 grid, a GTX file")
         ->capture_default_str();
     app.add_option("-o,--output", options.output,

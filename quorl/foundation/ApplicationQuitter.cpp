@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ApplicationQuitter>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

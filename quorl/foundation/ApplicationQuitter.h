@@ -24,4 +24,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ApplicationQuitter>;
-}
+} // namespace Tolmen

@@ -109,8 +109,7 @@ public:
     /// Drops a weak share; the last one frees the block and clears the pointer.
     void wunref()
     {
-        if (referer && referer->weak.fetch_sub(1, std::memory_order_acq_rel) == 1)
-            freeReferer();
+        if (referer && referer->weak.fetch_sub(1, std::memory_order_acq_rel) == 1) freeReferer();
     }
 
     /// \return the object, null if it is not alive. For `T` different from `B` a fresh cast is made
@@ -158,10 +157,7 @@ protected:
     /// as the share is gone, so it is not looked at again, neither by the check above.
     void forget() { referer = nullptr; }
 
-    ReferenceBase<B>* rootBase() const
-    {
-        return static_cast<ReferenceBase<B>*>(referer->object);
-    }
+    ReferenceBase<B>* rootBase() const { return static_cast<ReferenceBase<B>*>(referer->object); }
     B* root() const { return static_cast<B*>(rootBase()); }
 
 private:
@@ -248,8 +244,8 @@ void DynPtr<T, B>::reportInconsistency(T* fresh) const
         T* const kept = View::cached;
         if (!kept) throw std::bad_typeid(); // what `typeid` does, but not for a final class
         ReferenceBase<B>* const object = rootBase();
-        SpeakPtr::theSpeaker().InconsistentDynPtr(typeid(*kept), typeid(T), typeid(*object),
-                                                  fresh, kept, object, kept);
+        SpeakPtr::theSpeaker().InconsistentDynPtr(typeid(*kept), typeid(T), typeid(*object), fresh,
+                                                  kept, object, kept);
     }
 }
 

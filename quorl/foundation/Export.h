@@ -1,8 +1,8 @@
 #pragma once
 
-// TOLMEN_API marks what a program or module outside of libtolmen calls, derives from, casts to or names
-// in a typeid. TOLMEN_TEMPLATE_API does so for class templates: their statics and type information
-// are then one for all libraries of a process.
+// TOLMEN_API marks what a program or module outside of libtolmen calls, derives from, casts to or
+// names in a typeid. TOLMEN_TEMPLATE_API does so for class templates: their statics and type
+// information are then one for all libraries of a process.
 #if defined(_WIN32)
 #    if defined(TOLMEN_BUILDING)
 #        define TOLMEN_API __declspec(dllexport)

@@ -41,7 +41,7 @@ inline constexpr std::int32_t kExtremeUnction = 0x35000000; ///< so large that n
 /// that can be recognised.
 inline void* poisonedObject()
 {
-    return reinterpret_cast<void*>(std::uintptr_t{0x1234});
+    return reinterpret_cast<void*>(std::uintptr_t{0x1234}); // NOLINT(performance-no-int-to-ptr)
 }
 
 extern TOLMEN_API std::int32_t RefererObjects;         ///< count blocks alive

@@ -63,8 +63,7 @@ void SpeakPtr::InconsistentDynPtr(const std::type_info& behind, const std::type_
                                   const std::type_info& actual, const void* fresh,
                                   const void* cached, const void* object, const void* /*cached2*/)
 {
-    std::fprintf(stderr,
-                 "a handle to %s keeps %p (%s), but the object %p (%s) is now cast to %p\n",
+    std::fprintf(stderr, "a handle to %s keeps %p (%s), but the object %p (%s) is now cast to %p\n",
                  Typename(wanted).c_str(), cached, Typename(behind).c_str(), object,
                  Typename(actual).c_str(), fresh);
 }

@@ -34,7 +34,7 @@ std::uint64_t fromLittleEndian(const LengthBytes& bytes)
 
 std::string fgetstring(std::FILE* file)
 {
-    constexpr std::uint64_t kBlock = 64 * 1024;
+    constexpr std::uint64_t kBlock = 65536;
     LengthBytes bytes{};
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return {};
 

@@ -11,9 +11,9 @@ namespace Tolmen
 
 struct TypeInfo::Record
 {
-    std::string name;                    // mangled, our own copy
-    const char* identity;                // tells types of one name apart if `isInternal`
-    bool isInternal;                     // of an unnamed namespace: equal only to itself
+    std::string name;                     // mangled, our own copy
+    const char* identity;                 // tells types of one name apart if `isInternal`
+    bool isInternal;                      // of an unnamed namespace: equal only to itself
     mutable const std::type_info* latest; // may dangle after its module is unloaded
 };
 

@@ -7,13 +7,14 @@
 namespace Tolmen
 {
 
-/// A mutual exclusion lock that can be taken through a constant reference, by `std::lock_guard<const
-/// mutex>`. Recursive: a visitor that is called under a container's lock may ask that container.
+/// A mutual exclusion lock that can be taken through a constant reference, by
+/// `std::lock_guard<const mutex>`. Recursive: a visitor that is called under a container's lock may
+/// ask that container.
 class TOLMEN_API mutex
 {
 public:
-    mutex();
-    ~mutex();
+    mutex() = default;
+    ~mutex() = default;
     mutex(const mutex&) = delete;
     mutex& operator=(const mutex&) = delete;
 

@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::RequestExecutor::MaxRequestExecutor>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

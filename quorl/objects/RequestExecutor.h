@@ -42,4 +42,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::RequestExecutor::MaxRequestExecutor>;
-}
+} // namespace Tolmen

@@ -62,8 +62,7 @@ void RequestTrace::recursionStopped() const
 {
     if (!isTalking()) return;
     indent();
-    std::printf("   TOP: VObject[%s]: Recursive request, no action taken here!\n",
-                nameOf(object_));
+    std::printf("   TOP: VObject[%s]: Recursive request, no action taken here!\n", nameOf(object_));
 }
 
 void RequestTrace::occupied() const

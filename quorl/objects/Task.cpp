@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::Task>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

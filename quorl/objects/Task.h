@@ -20,4 +20,4 @@ struct QUORL_API Task : Tolmen::ReferenceBase<Task>, virtual Tolmen::Intercube
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::Task>;
-}
+} // namespace Tolmen

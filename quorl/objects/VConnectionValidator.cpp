@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VConnectionValidator>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -32,4 +32,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VConnectionValidator>;
-}
+} // namespace Tolmen

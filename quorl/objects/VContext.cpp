@@ -7,7 +7,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VContext::Addendum>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -2,8 +2,8 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
-#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/mutex.h>
 
@@ -75,4 +75,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VContext::Addendum>;
-}
+} // namespace Tolmen

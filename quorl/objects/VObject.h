@@ -23,16 +23,16 @@
 namespace Quorl
 {
 
-/// The unit of the network: a managed, named object with inputs and outputs, which keeps a state for
-/// each context and is brought up to date by requests.
+/// The unit of the network: a managed, named object with inputs and outputs, which keeps a state
+/// for each context and is brought up to date by requests.
 ///
 /// A request walks upstream, depth first: the object asks the objects behind its inputs, then
 /// decides by ages whether it has to run. After a successful update it is exactly as young as the
 /// newest of what it was made from, so that the same request a second time runs nothing. Nothing is
 /// pushed: a changed object stays stale until it is asked.
 ///
-/// The registry owns each object from its construction to `remove`. It is no input to anybody before
-/// `enableRequestProcessing`.
+/// The registry owns each object from its construction to `remove`. It is no input to anybody
+/// before `enableRequestProcessing`.
 ///
 /// Threads: the walk takes no lock and lets one evaluation at a time into an object; the object's
 /// mutex is held during its update functions and `update` alone.
@@ -127,7 +127,8 @@ public:
                                 const RefPtr<VSlot>& slot, const string& name,
                                 Tolmen::Intercube& context);
 
-    static std::int32_t VERBOSE_REQUEST; ///< how much requests tell on standard output; 0 is nothing
+    static std::int32_t
+        VERBOSE_REQUEST; ///< how much requests tell on standard output; 0 is nothing
 
     bool RequestProcessing = false;
     WeakPtr<VCreatorBase> Creator; ///< what made this object; may be null

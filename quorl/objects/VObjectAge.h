@@ -11,8 +11,8 @@
 namespace Quorl
 {
 
-/// The ages of objects in one context. What never ran there has the age `Ooooold`. Entries are never
-/// removed, so a reference to an age is good for as long as the map lives.
+/// The ages of objects in one context. What never ran there has the age `Ooooold`. Entries are
+/// never removed, so a reference to an age is good for as long as the map lives.
 class QUORL_API VObjectAge : public std::map<WeakPtr<VSlotContainer>, Ageable, std::less<>>
 {
 public:

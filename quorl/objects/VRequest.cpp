@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VRequest::ID>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {
@@ -40,7 +40,8 @@ VRequest::VRequest(const RefPtr<ValuePool>& pool, bool flag)
 {
 }
 
-VRequest::VRequest(const VRequest& other)
+// A ticket of its own: neither its moment nor its mutex is the other's.
+VRequest::VRequest(const VRequest& other) // NOLINT(bugprone-copy-constructor-init)
     : Ageable(), Tolmen::mutex(), Flag(other.Flag), Pool(other.Pool), Id(other.Id)
 {
 }

@@ -91,4 +91,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VRequest::ID>;
-}
+} // namespace Tolmen

@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VStateCreatorBase::State>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {
@@ -46,8 +46,7 @@ void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
     states_->erase(pool);
 }
 
-RefPtr<Tolmen::InterfaceBase>
-VStateCreatorBase::hasLocalInterface(const std::type_info& type) const
+RefPtr<Tolmen::InterfaceBase> VStateCreatorBase::hasLocalInterface(const std::type_info& type) const
 {
     for (const auto& [pool, state] : *states_)
     {

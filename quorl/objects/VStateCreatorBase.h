@@ -65,4 +65,4 @@ private:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VStateCreatorBase::State>;
-}
+} // namespace Tolmen

@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VAcceptInfo>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

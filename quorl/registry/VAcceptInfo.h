@@ -33,4 +33,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VAcceptInfo>;
-}
+} // namespace Tolmen

@@ -53,8 +53,7 @@ VCreationPreferences::VCreationPreferences(const string& a, const string& b, con
 }
 
 VCreationPreferences::VCreationPreferences(const VCreationPreferences& other) = default;
-VCreationPreferences&
-VCreationPreferences::operator=(const VCreationPreferences& other) = default;
+VCreationPreferences& VCreationPreferences::operator=(const VCreationPreferences& other) = default;
 
 VCreationPreferences::VCreationPreferences(const RefPtr<VCreationPreferences>& other)
 {

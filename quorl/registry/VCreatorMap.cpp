@@ -8,7 +8,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VCreatorMap>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {
@@ -26,7 +26,8 @@ bool VCreatorMap::remove(const string& name)
         removePriority(removed);
         return false;
     }
-    const RefPtr<VCreatorBaseInfo> info = entry->second; // ends the object when the tables are whole
+    const RefPtr<VCreatorBaseInfo> info =
+        entry->second; // ends the object when the tables are whole
     erase(entry);
     removePriority(removed);
     return true;

@@ -97,4 +97,4 @@ QUORL_API VCreatorMap* VCreators(const std::type_info& type);
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VCreatorMap>;
-}
+} // namespace Tolmen

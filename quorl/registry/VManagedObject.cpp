@@ -39,7 +39,7 @@ string freeName(const VCreatorMap& domain, const string& name)
 
 } // namespace
 
-constinit string VManagedObject::CurrentLoadModule;
+string VManagedObject::CurrentLoadModule;
 
 VManagedObject::ModuleIterator::~ModuleIterator() = default;
 VManagedObject::VRemoveItem::~VRemoveItem() = default;

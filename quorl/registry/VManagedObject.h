@@ -90,8 +90,8 @@ public:
     static int size(const std::type_info& domain);
     static int count(); ///< over all domains
 
-    /// The object of that name. If its module is not loaded, this loads it, and tells so on standard
-    /// output. \return null if there is none, or the module did not supply it.
+    /// The object of that name. If its module is not loaded, this loads it, and tells so on
+    /// standard output. \return null if there is none, or the module did not supply it.
     static RefPtr<VManagedObject> find(const std::type_info& domain, const string& name);
 
     /// Visits the live objects with a priority in [from, to), lowest first, equal ones in the order
@@ -100,14 +100,14 @@ public:
                         int from = kFirstPriority, int to = kLastPriority);
 
     /// The same. \throws std::bad_function_call for an empty function, at the first object.
-    static int iterate(const std::type_info& domain, const Visit& visit,
-                       int from = kFirstPriority, int to = kLastPriority);
+    static int iterate(const std::type_info& domain, const Visit& visit, int from = kFirstPriority,
+                       int to = kLastPriority);
 
     /// Takes an object out of a domain by its name. \return whether there was one.
     static bool remove(const std::type_info& domain, const string& name);
 
-    /// Visits the entries whose module is not loaded, domain by domain, by name. False ends the walk
-    /// of that domain. \return the number of visits that answered true.
+    /// Visits the entries whose module is not loaded, domain by domain, by name. False ends the
+    /// walk of that domain. \return the number of visits that answered true.
     static int iterateModules(ModuleIterator& visitor);
     static int iterateModules(const ModuleVisit& visit);
 

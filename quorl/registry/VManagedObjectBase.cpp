@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VManagedObjectBase>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -21,4 +21,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VManagedObjectBase>;
-}
+} // namespace Tolmen

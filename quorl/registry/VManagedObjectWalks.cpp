@@ -56,7 +56,8 @@ int walkEntries(Show&& show)
     {
         if (!domain) continue;
         string name;
-        for (auto entry = domain->begin(); entry != domain->end(); entry = domain->upper_bound(name))
+        for (auto entry = domain->begin(); entry != domain->end();
+             entry = domain->upper_bound(name))
         {
             name = entry->first;
             const RefPtr<VCreatorBaseInfo> info = entry->second;
@@ -74,9 +75,11 @@ int walkEntries(Show&& show)
 int VManagedObject::traverse(const std::type_info& domain, VManagedObjectIterator& visitor,
                              int from, int to)
 {
-    return walkPriorities(*VCreators(domain), from, to,
-                          [&](int priority, const RefPtr<VManagedObject>& object,
-                              const string& name) { return visitor.apply(priority, object, name); });
+    return walkPriorities(
+        *VCreators(domain), from, to,
+        [&](int priority, const RefPtr<VManagedObject>& object, const string& name) {
+            return visitor.apply(priority, object, name);
+        });
 }
 
 int VManagedObject::iterate(const std::type_info& domain, const Visit& visit, int from, int to)

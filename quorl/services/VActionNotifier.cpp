@@ -12,7 +12,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VActionNotifier>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

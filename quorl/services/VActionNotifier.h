@@ -2,8 +2,8 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
-#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/RefPtr.h>
 
 namespace Quorl
@@ -15,8 +15,9 @@ namespace Quorl
 /// A subscriber listens, with two exceptions: `attachPrefix` can object, and `progress` can ask for
 /// a stop. There is no way to withdraw but to end. Exceptions of a subscriber pass to the sender.
 ///
-/// Threads: no lock; subscribers are called on the thread of the sender, the oldest first, each held
-/// by a strong handle in its call. One that is activated meanwhile is reached by the same walk.
+/// Threads: no lock; subscribers are called on the thread of the sender, the oldest first, each
+/// held by a strong handle in its call. One that is activated meanwhile is reached by the same
+/// walk.
 class QUORL_API VActionNotifier : public Tolmen::ReferenceBase<VActionNotifier>
 {
 public:
@@ -56,13 +57,13 @@ public:
     virtual bool attachPrefix(const RefPtr<VParameter>& parameter, const RefPtr<VSlot>& slot);
     virtual void attachPostfix(const RefPtr<VSlot>& slot);
     virtual void changeParameter(const WeakPtr<VParameter>& parameter,
-                                 const RefPtr<ValuePool>& context,
-                                 const WeakPtr<VValueBase>& value, const string& member);
+                                 const RefPtr<ValuePool>& context, const WeakPtr<VValueBase>& value,
+                                 const string& member);
 
     // What is sent
 
-    /// An object was made. Its own user info becomes that of `info`, if there is one, before anybody
-    /// hears of it.
+    /// An object was made. Its own user info becomes that of `info`, if there is one, before
+    /// anybody hears of it.
     static void VObjectCreation(const RefPtr<VObject>& object, const Tolmen::Intercube& info,
                                 const WeakPtr<VCreatorBase>& creator);
     static void VObjectDeletion(const string& name);
@@ -78,8 +79,8 @@ public:
                                       const RefPtr<VSlot>& slot);
     static void AttachParameterPostfix(const RefPtr<VSlot>& slot);
     static void ChangeParameter(const WeakPtr<VParameter>& parameter,
-                                const RefPtr<ValuePool>& context,
-                                const WeakPtr<VValueBase>& value, const string& member);
+                                const RefPtr<ValuePool>& context, const WeakPtr<VValueBase>& value,
+                                const string& member);
 
     static unsigned long getNewProgressID(); ///< 1, 2, ...
 };
@@ -89,4 +90,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VActionNotifier>;
-}
+} // namespace Tolmen

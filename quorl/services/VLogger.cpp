@@ -13,7 +13,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VLogger>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

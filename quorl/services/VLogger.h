@@ -7,9 +7,9 @@
 namespace Quorl
 {
 
-/// A subscriber of messages, and the channel on which they are sent, each with the scope in which it
-/// arose. The kernel sends none: it is for applications and modules. Without a subscriber a message
-/// vanishes; the levels gate nothing.
+/// A subscriber of messages, and the channel on which they are sent, each with the scope in which
+/// it arose. The kernel sends none: it is for applications and modules. Without a subscriber a
+/// message vanishes; the levels gate nothing.
 ///
 /// There is no way to withdraw but to end.
 ///
@@ -37,8 +37,8 @@ public:
     /// \return false, and nothing comes, while no strong handle holds this object.
     bool activate();
 
-    /// Gets a message; prints it on standard output by default, with a prefix that tells file, line,
-    /// function and level, and one line end. An empty message prints nothing.
+    /// Gets a message; prints it on standard output by default, with a prefix that tells file,
+    /// line, function and level, and one line end. An empty message prints nothing.
     /// \param indent blanks ahead of the message.
     /// \param thread the task that sent it; null outside of all.
     virtual void printmsg(const string& message, int level, int indent, const string& file,
@@ -72,4 +72,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VLogger>;
-}
+} // namespace Tolmen

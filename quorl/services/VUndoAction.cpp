@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VUndoAction>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -25,4 +25,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VUndoAction>;
-}
+} // namespace Tolmen

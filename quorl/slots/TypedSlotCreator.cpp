@@ -9,7 +9,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::TypedSlotCreator>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

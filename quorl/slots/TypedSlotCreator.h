@@ -19,7 +19,7 @@ public:
     struct InternalTypeCreatorAccessory; ///< the kernel's own access to both tables
 
     TypedSlotCreator();
-    virtual ~TypedSlotCreator() override;
+    ~TypedSlotCreator() override;
 
     /// Makes a slot with a parameter of the type and enters it in `owner`.
     virtual RefPtr<VSlot> createSlot(VSlotContainer* owner, const string& name,
@@ -44,4 +44,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::TypedSlotCreator>;
-}
+} // namespace Tolmen

@@ -9,8 +9,7 @@ namespace Quorl
 VConnectable::VConnectable() = default;
 VConnectable::~VConnectable() = default;
 
-RefPtr<VParameter>
-VConnectable::CreatedFilteredConnection(const RefPtr<VParameter>& /*parameter*/)
+RefPtr<VParameter> VConnectable::CreatedFilteredConnection(const RefPtr<VParameter>& /*parameter*/)
 {
     return {};
 }

@@ -82,8 +82,7 @@ void VParameter::Globalize(const RefPtr<ValuePool>& pool)
     const RefPtr<VValueBase> value = pool ? getValue(pool, "") : RefPtr<VValueBase>();
     removeAllShadows();
     if (value) setGlobalValue(value, "");
-    notify(defaultValue, WeakPtr<ValuePool>(), WeakPtr<ValueNotifier>(), nullptr,
-           properties.get());
+    notify(defaultValue, WeakPtr<ValuePool>(), WeakPtr<ValueNotifier>(), nullptr, properties.get());
 }
 
 RefPtr<VValueBase> VParameter::getLocalValue(const RefPtr<ValuePool>& pool, const string& member,
@@ -162,8 +161,7 @@ void VParameter::notifyValueChange(const RefPtr<VValueBase>& value, const RefPtr
 
 void VParameter::NotifyActionChangeParameter(const WeakPtr<ValueNotifierList>& parameter,
                                              const RefPtr<ValuePool>& pool,
-                                             const WeakPtr<VValueBase>& value,
-                                             const string& member)
+                                             const WeakPtr<VValueBase>& value, const string& member)
 {
     VActionNotifier::ChangeParameter(WeakPtr<VParameter>(parameter), pool, value, member);
 }

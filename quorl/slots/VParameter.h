@@ -154,8 +154,8 @@ public:
 
     WeakPtr<VSlotContainer> creator; ///< the object that made it
     RefPtr<VCreationPreferences> preferences;
-    RefPtr<VValueBase> defaultValue; ///< the global value, and the prototype of local ones
-    string name;                     ///< the bare name
+    RefPtr<VValueBase> defaultValue;      ///< the global value, and the prototype of local ones
+    string name;                          ///< the bare name
     std::unique_ptr<ValueMap> properties; ///< null until the first is set
     WeakPtr<VSlotContainer> source;       ///< the object that provides it
     bool local = false;

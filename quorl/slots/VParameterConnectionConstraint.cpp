@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VParameterConnectionConstraint>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -23,4 +23,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VParameterConnectionConstraint>;
-}
+} // namespace Tolmen

@@ -14,7 +14,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VSlot>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -83,13 +83,13 @@ public:
     string Name;
     string Member; ///< what of a structured parameter is meant; empty means all of it
     Ageable ConnectionTime{Ageable::Ooooold}; ///< when it last got a parameter
-    bool Propagates : 1 = false; ///< `connectSlots` may pass it on
-    bool Cached : 1 = false;     ///< `YoungestUncachedInput` passes over it
-    bool Unbound : 1 = false;    ///< made without a container
+    bool Propagates : 1 = false;              ///< `connectSlots` may pass it on
+    bool Cached : 1 = false;                  ///< `YoungestUncachedInput` passes over it
+    bool Unbound : 1 = false;                 ///< made without a container
     bool Spare : 1 = false;
     std::int32_t InputClass = 0;
-    string Text1; ///< for modules
-    string Text2; ///< for modules
+    string Text1;                              ///< for modules
+    string Text2;                              ///< for modules
     std::set<RefPtr<ValueNotifier>> Notifiers; ///< bound to the slot, released with it
 };
 
@@ -98,4 +98,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VSlot>;
-}
+} // namespace Tolmen

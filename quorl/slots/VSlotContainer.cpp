@@ -14,7 +14,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VSlotContainer::SetupFunctor>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {
@@ -49,8 +49,7 @@ void VSlotContainer::addSetupFunction(SetupFunction function)
     SetupFunctions.insert(function);
 }
 
-void VSlotContainer::addSetupFunctor(
-    const Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>& functor)
+void VSlotContainer::addSetupFunctor(const Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>& functor)
 {
     SetupFunctors.insert(functor);
 }
@@ -171,8 +170,8 @@ int VSlotContainer::getNumberOfParameters(int maxExpertLevel) const
 
 int VSlotContainer::iterateParameters(int maxExpertLevel, VSlotIterator& visitor) const
 {
-    Vprintf(kTraceVerbosity, "VSlotContainer::iterateInputs(%d): Have %d inputs.\n",
-            maxExpertLevel, static_cast<int>(Slots->Inputs.size()));
+    Vprintf(kTraceVerbosity, "VSlotContainer::iterateInputs(%d): Have %d inputs.\n", maxExpertLevel,
+            static_cast<int>(Slots->Inputs.size()));
     int finishedLevels = 0;
     for (const auto& [level, slots] : Slots->Inputs)
     {

@@ -268,4 +268,4 @@ QUORL_API RefPtr<VSlot> addSlot(VSlotContainer* container, const RefPtr<VSlot>& 
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VSlotContainer::SetupFunctor>;
-}
+} // namespace Tolmen

@@ -88,24 +88,25 @@ bool VSlotContainer::registerOutput(const RefPtr<VParameter>& parameter, const s
     return true;
 }
 
-bool VSlotContainer::registerOutput(const RefPtr<VParameter>& parameter,
-                                    const std::type_info& type, const string& member)
+bool VSlotContainer::registerOutput(const RefPtr<VParameter>& parameter, const std::type_info& type,
+                                    const string& member)
 {
     return registerOutput(parameter, "", type, member);
 }
 
 RefPtr<VSlot> VSlotContainer::getOutput(const string& name) const
 {
-    return searchOutputs(*Slots, typeid(void), [&](const std::type_info&, const RefPtr<VSlot>& slot) {
-        return slot->Name == name;
-    });
+    return searchOutputs(
+        *Slots, typeid(void),
+        [&](const std::type_info&, const RefPtr<VSlot>& slot) { return slot->Name == name; });
 }
 
 RefPtr<VSlot> VSlotContainer::findOutputSlot(const RefPtr<VParameter>& parameter) const
 {
-    return searchOutputs(*Slots, typeid(void), [&](const std::type_info&, const RefPtr<VSlot>& slot) {
-        return slot->Parameter == parameter;
-    });
+    return searchOutputs(*Slots, typeid(void),
+                         [&](const std::type_info&, const RefPtr<VSlot>& slot) {
+                             return slot->Parameter == parameter;
+                         });
 }
 
 int VSlotContainer::getNumberOfOutputs() const
@@ -144,8 +145,7 @@ bool VSlotContainer::provides(const RefPtr<VSlot>& slot) const
     return slot && slot->Parameter && VSlotContainer::implements(slot->getType());
 }
 
-RefPtr<VParameter> VSlotContainer::getImplementation(const std::type_info& type,
-                                                     const string& name,
+RefPtr<VParameter> VSlotContainer::getImplementation(const std::type_info& type, const string& name,
                                                      const string& member) const
 {
     const RefPtr<VSlot> slot = getImplementationSlot(type, name, member);

@@ -20,9 +20,9 @@ public:
 
     /// The same for an object; if that is no slot container, the new slot belongs to nobody, which
     /// its constructor reports.
-    static RefPtr<VSlot> addParameter(const WeakPtr<VManagedObjectBase>& object,
-                                      const string& name, int expertLevel,
-                                      const RefPtr<VParameter>& parameter, bool replace);
+    static RefPtr<VSlot> addParameter(const WeakPtr<VManagedObjectBase>& object, const string& name,
+                                      int expertLevel, const RefPtr<VParameter>& parameter,
+                                      bool replace);
 
     /// As `VSlotContainer::addSlot`.
     static RefPtr<VSlot> addSlot(VSlotContainer* container, const RefPtr<VSlot>& slot,

@@ -17,8 +17,7 @@ public:
     /// \pre `initialValue` is alive.
     VValueParameter(const RefPtr<VValue<T>>& initialValue, const string& parameterName,
                     const RefPtr<VCreationPreferences>& creationPreferences = {})
-        : VParameter(initialValue, parameterName, creationPreferences),
-          value(initialValue.rawptr())
+        : VParameter(initialValue, parameterName, creationPreferences), value(initialValue.rawptr())
     {
     }
 
@@ -53,8 +52,7 @@ RefPtr<VValueBase> VValueParameter<T>::createLocalVariable(const RefPtr<ValuePoo
 }
 
 template <class T>
-bool VValueParameter<T>::setGlobalValue(const RefPtr<VValueBase>& given,
-                                        const string& member) const
+bool VValueParameter<T>::setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const
 {
     const RefPtr<VValueBase> target = value->component(member);
     return target && target->getValueFrom(given);

@@ -8,8 +8,8 @@
 namespace
 {
 
-constexpr long kCountedDigits = 18;       // what two integers of nine digits hold
-constexpr long kLargestExponent = 511;    // the sum of the table's powers
+constexpr long kCountedDigits = 18;        // what two integers of nine digits hold
+constexpr long kLargestExponent = 511;     // the sum of the table's powers
 constexpr long kExponentLimit = 100000000; // beyond it, digits change nothing any more
 
 bool isBlank(char c)

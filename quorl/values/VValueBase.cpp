@@ -6,7 +6,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VValueBase>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -77,4 +77,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VValueBase>;
-}
+} // namespace Tolmen

@@ -7,7 +7,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::VValueCreator>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -34,4 +34,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::VValueCreator>;
-}
+} // namespace Tolmen

@@ -2,8 +2,8 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
-#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/RefPtr.h>
 
 #include <map>

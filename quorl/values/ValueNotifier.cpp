@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValueNotifier>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -29,4 +29,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ValueNotifier>;
-}
+} // namespace Tolmen

@@ -12,7 +12,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValueNotifierList>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

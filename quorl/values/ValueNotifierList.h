@@ -88,7 +88,8 @@ public:
 private:
     struct Record;
 
-    const std::shared_ptr<Record> record_; // shared with walks, which an observer's deeds may outlive
+    const std::shared_ptr<Record>
+        record_; // shared with walks, which an observer's deeds may outlive
 };
 
 } // namespace Quorl
@@ -96,4 +97,4 @@ private:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ValueNotifierList>;
-}
+} // namespace Tolmen

@@ -13,7 +13,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValuePool>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -97,4 +97,4 @@ private:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ValuePool>;
-}
+} // namespace Tolmen

@@ -3,7 +3,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValuePoolCreator>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

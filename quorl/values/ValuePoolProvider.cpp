@@ -5,7 +5,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValuePoolProvider>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

@@ -28,4 +28,4 @@ public:
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ValuePoolProvider>;
-}
+} // namespace Tolmen

@@ -6,7 +6,7 @@
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::ValueSet>;
-}
+} // namespace Tolmen
 
 namespace Quorl
 {

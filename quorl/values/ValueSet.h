@@ -33,4 +33,4 @@ struct QUORL_API lessValueSetPtr
 namespace Tolmen
 {
 extern template class ReferenceBase<Quorl::ValueSet>;
-}
+} // namespace Tolmen

@@ -168,8 +168,8 @@ TEST(LastKnownSourceCodeLine, KeepsThePointerForEachThread)
 
 TEST(FileInfo, TellsWhenAFileWasChanged)
 {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("quorl-file-info-" + std::to_string(::getpid()));
+    const auto path =
+        std::filesystem::temp_directory_path() / ("quorl-file-info-" + std::to_string(::getpid()));
     EXPECT_TRUE(FileInfo(path.string()).invalid);
     EXPECT_TRUE(FileInfo().invalid);
     std::ofstream(path) << "x";

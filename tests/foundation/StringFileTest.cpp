@@ -28,8 +28,8 @@ std::string bytesOf(std::FILE* file)
 TEST(StringFile, ReadsBackWhatItWrote)
 {
     const TemporaryFile temporary;
-    const std::string texts[] = {"", "text", std::string("with\0zero", 9),
-                                 std::string(200000, 'x'), "last"};
+    const std::string texts[] = {"", "text", std::string("with\0zero", 9), std::string(200000, 'x'),
+                                 "last"};
     for (const std::string& text : texts) EXPECT_TRUE(fputstring(text, temporary.file));
     std::rewind(temporary.file);
 
@@ -52,7 +52,9 @@ TEST(StringFile, WritesTheLengthInEightBytesLittleEndian)
 TEST(StringFile, GivesWhatThereIsOfATextThatEndsEarly)
 {
     const TemporaryFile temporary;
-    std::fwrite("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F" "abc", 1, 11, temporary.file);
+    std::fwrite("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F"
+                "abc",
+                1, 11, temporary.file);
     std::rewind(temporary.file);
     EXPECT_EQ(fgetstring(temporary.file), "abc") << "the stated length is not believed";
 

@@ -65,10 +65,10 @@ TEST(RequestTrace, TellsRequestsAndUpdatesAtVerbosityOne)
     const std::string id = number(request);
     EXPECT_EQ(
         text,
-        ">>> \tVObject: sink::request(Request " + id + ", prec=0.5)\tt=-1, (connected at t=" +
-            connection + ", inputs=1, outputs=0)\n" + " >>> \tVObject: source::request(Request " +
-            id + ", prec=1)\tt=-1, (connected at t=" + sourceConnection +
-            ", inputs=0, outputs=1)\n" +
+        ">>> \tVObject: sink::request(Request " + id +
+            ", prec=0.5)\tt=-1, (connected at t=" + connection + ", inputs=1, outputs=0)\n" +
+            " >>> \tVObject: source::request(Request " + id +
+            ", prec=1)\tt=-1, (connected at t=" + sourceConnection + ", inputs=0, outputs=1)\n" +
             " **OBJECT UPDATE[QuorlTest::Node]: Call source->update() newest input is " +
             sourceConnection + ", current age is -1  ... because an action happened: " +
             "Connections/Parameters have changed\n" +
@@ -104,21 +104,20 @@ TEST(RequestTrace, TellsEachInputAtTheHighestVerbosity)
             ", (connected at t=" + connection + ", inputs=1, outputs=0)\n" +
             " ==> sink->x [object input]\n" + "   sink(t=" + sinkAge +
             "): ACTION: AHA! Input [x(t=" + now + ")] is newer!\n" + "   sink(t=" + sinkAge +
-            "): [x] has t=" + now + " (newest so far is " + now + ")\n" +
-            "    \t\t      sink(t=" + sinkAge + ") input [x(t=" + now +
-            ")] as owned by object source(t=" + sourceAge + ")\t[member ''] - REQUIRES UPDATE\n" +
-            " >>> \tVObject: source::request(Request " + id + ", prec=1)\tt=" + sourceAge +
-            ", (connected at t=" + sourceConnection + ", inputs=0, outputs=1)\n" +
-            "       \tObject: NO action indicated for source\n" +
-            "Object: source NOT updated.\n" + " sink(t=" + sinkAge + "): Parameter 'source(t=" +
-            sourceAge + ")' remained constant, so no update .\n" +
+            "): [x] has t=" + now + " (newest so far is " + now + ")\n" + "    \t\t      sink(t=" +
+            sinkAge + ") input [x(t=" + now + ")] as owned by object source(t=" + sourceAge +
+            ")\t[member ''] - REQUIRES UPDATE\n" + " >>> \tVObject: source::request(Request " + id +
+            ", prec=1)\tt=" + sourceAge + ", (connected at t=" + sourceConnection +
+            ", inputs=0, outputs=1)\n" + "       \tObject: NO action indicated for source\n" +
+            "Object: source NOT updated.\n" + " sink(t=" + sinkAge +
+            "): Parameter 'source(t=" + sourceAge + ")' remained constant, so no update .\n" +
             "      \tObject: ACTION indicated for sink\n" +
             "**OBJECT UPDATE[QuorlTest::Node]: Call sink->update() newest input is " + now +
-            ", current age is " + sinkAge +
-            " ... because an action happened: Input x is newer\n" + "[0]  sink->update() T=" +
-            sinkAge + "\n" + "Object: sink update called successfully for newest input t=" + now +
-            ", it has aged to t=" + now + " now.\n" + "      INFO: sink::update() changed from t=" +
-            sinkAge + " to t=" + now + " now.\n");
+            ", current age is " + sinkAge + " ... because an action happened: Input x is newer\n" +
+            "[0]  sink->update() T=" + sinkAge + "\n" +
+            "Object: sink update called successfully for newest input t=" + now +
+            ", it has aged to t=" + now + " now.\n" +
+            "      INFO: sink::update() changed from t=" + sinkAge + " to t=" + now + " now.\n");
 }
 
 TEST(RequestTrace, TellsOfAModifiedSourceAboveFive)
@@ -237,9 +236,9 @@ TEST(RequestTrace, TellsOfAFailedUpdate)
 
     const std::string text = spoken(1, [&] { ask(object, makePool()); });
 
-    EXPECT_NE(text.find("Object: object update FAILED for t=" + connection +
-                        ", it has t=-1 now.\n"),
-              std::string::npos)
+    EXPECT_NE(
+        text.find("Object: object update FAILED for t=" + connection + ", it has t=-1 now.\n"),
+        std::string::npos)
         << text;
 }
 

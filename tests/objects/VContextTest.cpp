@@ -41,8 +41,7 @@ TEST(VContext, TakesTheLaterOfTwoPinnedMoments)
 {
     const RefPtr<VContext::Addendum> addendum(new VContext::Addendum);
     addendum->setNow();
-    const RefPtr<Tolmen::InterfaceBase> first =
-        addendum->findInterface(typeid(VContext::RealTime));
+    const RefPtr<Tolmen::InterfaceBase> first = addendum->findInterface(typeid(VContext::RealTime));
     addendum->setNow();
 
     EXPECT_FALSE(addendum->findInterface(typeid(VContext::RealTime)) == first);

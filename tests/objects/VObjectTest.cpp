@@ -79,8 +79,9 @@ TEST(VObject, TellsItsRemovalWhileItIsStillThere)
     EXPECT_FALSE(VManagedObject::find(typeid(VObject), "leaving"));
 }
 
-constexpr const char* kWarning = "**WARNING** VObject::remove(const string&s): for some yet unknown "
-                                 "reason this function is not working.\n";
+constexpr const char* kWarning =
+    "**WARNING** VObject::remove(const string&s): for some yet unknown "
+    "reason this function is not working.\n";
 
 TEST(VObject, WarnsAtEachRemovalByNameAndTellsOnlySuccess)
 {

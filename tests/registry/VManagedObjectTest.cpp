@@ -111,8 +111,8 @@ TEST(VManagedObject, NumbersDuplicatesOnesFirst)
     Names names;
     for (int i = 0; i < 13; ++i) names.push_back(domain.add("X")->getName());
 
-    EXPECT_EQ(names, (Names{"X", "X1", "X2", "X3", "X4", "X5", "X6", "X7", "X8", "X9", "X01",
-                            "X11", "X21"}));
+    EXPECT_EQ(names, (Names{"X", "X1", "X2", "X3", "X4", "X5", "X6", "X7", "X8", "X9", "X01", "X11",
+                            "X21"}));
     for (const string& name : names) EXPECT_EQ(domain.find(name)->getName(), name);
 }
 
@@ -139,8 +139,7 @@ TEST(VManagedObject, RemovesTheLiveNamesakeOfARefusedObject)
     class Named final : public VManagedDomainObject<Thing<Tag>>
     {
     public:
-        explicit Named(const string& wantedName)
-            : VManagedDomainObject<Thing<Tag>>(wantedName, 0)
+        explicit Named(const string& wantedName) : VManagedDomainObject<Thing<Tag>>(wantedName, 0)
         {
             insert(wantedName, 0);
         }
@@ -467,13 +466,12 @@ TEST(VManagedObjectModules, AreVisitedDomainByDomainWhereTheyAreNotLoaded)
     a.addCached("unseen", "1");
     b.add("live");
     Names seen;
-    const VManagedObject::ModuleVisit visit = [&](const string& module,
-                                                  const RefPtr<VManagedObject>& object,
-                                                  const string& name) {
-        if (name == "after" || name == "stop" || name == "unseen" || name == "live")
-            seen.push_back(module + name + (object ? "!" : "?"));
-        return name != "stop";
-    };
+    const VManagedObject::ModuleVisit visit =
+        [&](const string& module, const RefPtr<VManagedObject>& object, const string& name) {
+            if (name == "after" || name == "stop" || name == "unseen" || name == "live")
+                seen.push_back(module + name + (object ? "!" : "?"));
+            return name != "stop";
+        };
     const int all = VManagedObject::iterateModules(visit);
 
     // Which of the two domains comes first is up to the linker.

@@ -45,8 +45,8 @@ RefPtr<Listener> activated()
     return listener;
 }
 
-void printDirectly(const string& message, int level, int indent, const string& file,
-                   unsigned line, const string& function)
+void printDirectly(const string& message, int level, int indent, const string& file, unsigned line,
+                   const string& function)
 {
     VLogger::print(message, level, indent, file, line, {}, function);
 }
@@ -54,9 +54,8 @@ void printDirectly(const string& message, int level, int indent, const string& f
 TEST(VLogger, SendsNothingAnywhereWithoutSubscribers)
 {
     verbosity_level = 100;
-    const string text = outputOf([] {
-        EXPECT_EQ(QuorlTest::errorOutputOf([] { VLogger::print(-5, "lost"); }), "");
-    });
+    const string text = outputOf(
+        [] { EXPECT_EQ(QuorlTest::errorOutputOf([] { VLogger::print(-5, "lost"); }), ""); });
     verbosity_level = 0;
 
     EXPECT_EQ(text, "");

@@ -56,7 +56,9 @@ TEST_F(VUndoStackTest, AnswersFalseWhileEmpty)
 TEST_F(VUndoStackTest, UndoesNewestFirst)
 {
     for (const char* label : {"A", "B", "C"}) add(stack, label);
-    while (stack->undo()) {}
+    while (stack->undo())
+    {
+    }
 
     EXPECT_EQ(taken, "CBA");
     EXPECT_EQ(stack->size(), 0);
@@ -104,7 +106,9 @@ TEST_F(VUndoStackTest, IsCutToItsNewest)
     EXPECT_EQ(stack->size(), 5);
     EXPECT_EQ(stack->setSize(2), 2);
     EXPECT_EQ(stack->setSize(9), 2);
-    while (stack->undo()) {}
+    while (stack->undo())
+    {
+    }
     EXPECT_EQ(taken, "ED");
     EXPECT_EQ(stack->setSize(0), 0);
 }
@@ -116,7 +120,9 @@ TEST_F(VUndoStackTest, IsUndoneGloballyInReverseOrderOfAllStacks)
     add(other, "2");
     add(other, "3");
     add(stack, "4");
-    while (global.undo()) {}
+    while (global.undo())
+    {
+    }
 
     EXPECT_EQ(taken, "4321");
     EXPECT_EQ(stack->size() + other->size(), 0);

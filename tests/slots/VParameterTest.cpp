@@ -196,8 +196,8 @@ TEST(VParameterSetting, TellsTheNewDatumWithTheOldAgeAndTouchesThen)
 
 TEST(VParameterSetting, TellsNobodyAndMovesNoAgeIfTheTextIsRefused)
 {
-    const RefPtr<VParameter> parameter(new VValueParameter<char>(
-        RefPtr<VValue<char>>(new VValue<char>('x')), "letter"));
+    const RefPtr<VParameter> parameter(
+        new VValueParameter<char>(RefPtr<VValue<char>>(new VValue<char>('x')), "letter"));
     const auto observer = makeObserver();
     parameter->addNotifier(observer);
 

@@ -122,9 +122,7 @@ TEST_F(VSlotContainerAttachParameter, TakesANullParameterToEmptyASlot)
 
 TEST_F(VSlotContainerAttach, AnswersZeroForAParameterAndItself)
 {
-    EXPECT_EQ(ticksOf([&] {
-                  EXPECT_EQ(object->attach(slot->Parameter, slot->Parameter, ""), 0);
-              }),
+    EXPECT_EQ(ticksOf([&] { EXPECT_EQ(object->attach(slot->Parameter, slot->Parameter, ""), 0); }),
               0);
 }
 

@@ -76,8 +76,7 @@ TEST(VSlotContainer, HasATextForEachCodeOfAnAttachment)
     EXPECT_EQ(message(1), "Attachment not allowed");
     EXPECT_EQ(message(2), "Attachment done to output parameter");
     EXPECT_EQ(message(-1), "Attachment not possible because source parameter not found");
-    EXPECT_EQ(message(-2),
-              "Attachment not possible because invalid (null) destination parameter");
+    EXPECT_EQ(message(-2), "Attachment not possible because invalid (null) destination parameter");
     EXPECT_EQ(message(-3), "Attachment not possible because invalid (null) source parameter");
     EXPECT_EQ(message(-4), "Attachment not possible because destination parameter not found");
     EXPECT_EQ(message(-5), "Attachment not possible because incompatible parameter types");
@@ -101,10 +100,9 @@ TEST_F(VSlotContainerInputs, AreRefusedUnderATakenNameWhichCountsAsAChangeToo)
 {
     const auto first = object->input("x");
 
-    EXPECT_EQ(ticksOf([&] {
-                  EXPECT_FALSE(object->addSlot(makeSlot(object.rawptr(), "x"), 0, false));
-              }),
-              1);
+    EXPECT_EQ(
+        ticksOf([&] { EXPECT_FALSE(object->addSlot(makeSlot(object.rawptr(), "x"), 0, false)); }),
+        1);
     EXPECT_EQ(object->findSlot(first->Parameter), first);
 }
 
@@ -140,8 +138,8 @@ TEST_F(VSlotContainerInputs, AreFoundByTheirParameter)
 {
     const auto slot = object->input("x");
     object->input("y");
-    const auto empty = object->addSlot(RefPtr<VSlot>(new VSlot(object.rawptr(), {}, "z", "")), 2,
-                                       false);
+    const auto empty =
+        object->addSlot(RefPtr<VSlot>(new VSlot(object.rawptr(), {}, "z", "")), 2, false);
 
     EXPECT_EQ(object->findSlot(slot->Parameter), slot);
     EXPECT_EQ(object->getSlotName(slot->Parameter), "x");
@@ -209,11 +207,11 @@ TEST_F(VSlotContainerInputs, AreCountedWhereAFunctionAnswersTrue)
     object->input("b", 1);
     object->input("c", 2);
     string seen;
-    const std::function<bool(const RefPtr<VSlot>&, int)> byHandle =
-        [&](const RefPtr<VSlot>& slot, int level) {
-            seen += slot->Name + std::to_string(level);
-            return true;
-        };
+    const std::function<bool(const RefPtr<VSlot>&, int)> byHandle = [&](const RefPtr<VSlot>& slot,
+                                                                        int level) {
+        seen += slot->Name + std::to_string(level);
+        return true;
+    };
     const std::function<bool(VSlot&, int)> byReference = [&](VSlot& slot, int) {
         seen += slot.Name;
         return slot.Name != "b";
@@ -268,8 +266,9 @@ TEST_F(VSlotContainerInputs, HaveNoLevelsByName)
 
     const string text = outputOf([&] { EXPECT_EQ(object->setExpertLevel("x", 5), 0); });
 
-    EXPECT_EQ(text,
-              "int VSlotContainer::setExpertLevel(const ParameterID&s, int EL): NOT IMPLEMENTED!\n");
+    EXPECT_EQ(
+        text,
+        "int VSlotContainer::setExpertLevel(const ParameterID&s, int EL): NOT IMPLEMENTED!\n");
     EXPECT_EQ(object->getExpertLevel(slot), 3);
     EXPECT_EQ(object->getExpertLevel("x"), 0);
     EXPECT_EQ(object->getExpertLevel("none"), 0);
@@ -615,8 +614,8 @@ TEST_F(VSlotContainerSetup, RunsOverrideThenFunctionsThenFunctors)
     prepared->addSetupFunction(nullptr);
     prepared->addSetupFunctor(functor);
     prepared->addSetupFunctor(functor);
-    prepared->addSetupFunctor(WeakPtr<VSlotContainer::SetupFunctor>(
-        RefPtr<VSlotContainer::SetupFunctor>(new Functor)));
+    prepared->addSetupFunctor(
+        WeakPtr<VSlotContainer::SetupFunctor>(RefPtr<VSlotContainer::SetupFunctor>(new Functor)));
 
     order.clear();
     prepared->initialize();
@@ -665,7 +664,8 @@ TEST(VSlotSet, VisitsItsSlotsByNameWithTheLevelGiven)
     Network network;
     const auto object = network.node("object");
     VSlotSet slots;
-    for (const char* name : {"b", "a", "c"}) slots.insertSlot(makeSlot(object.rawptr(), name), false);
+    for (const char* name : {"b", "a", "c"})
+        slots.insertSlot(makeSlot(object.rawptr(), name), false);
     Visit all;
     Visit stopped("b");
 

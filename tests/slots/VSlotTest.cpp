@@ -251,8 +251,8 @@ TEST(TypedSlotCreator, ReplacesAnotherAndIsRemovedByItsOwnHandleOnly)
 
     EXPECT_FALSE(TypedSlotCreator::unregisterTypedSlotCreator(typeid(long), first));
     EXPECT_EQ(TypedSlotCreator::getTypedSlotCreator(typeid(long)), second);
-    EXPECT_FALSE(TypedSlotCreator::registerTypedSlotCreator(typeid(long),
-                                                            WeakPtr<TypedSlotCreator>()));
+    EXPECT_FALSE(
+        TypedSlotCreator::registerTypedSlotCreator(typeid(long), WeakPtr<TypedSlotCreator>()));
     EXPECT_TRUE(TypedSlotCreator::unregisterTypedSlotCreator(typeid(long), second));
 }
 
@@ -261,7 +261,8 @@ TEST(VSlotGlobals, AddsToContainersThatAreOnlyDeclared)
     Network network;
     const auto object = network.node("object");
 
-    const auto first = VSlotGlobals::addParameter(object.rawptr(), "x", 2, makeParameter("x"), false);
+    const auto first =
+        VSlotGlobals::addParameter(object.rawptr(), "x", 2, makeParameter("x"), false);
     const auto second = VSlotGlobals::addParameter(WeakPtr<VManagedObjectBase>(object), "y", 0,
                                                    makeParameter("y"), false);
     const auto third = makeSlot(object.rawptr(), makeParameter("z"), "z");

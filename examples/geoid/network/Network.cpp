@@ -130,6 +130,7 @@ std::vector<std::string> Network::sourcesOf(const std::string& object) const
 std::vector<std::string> Network::objects() const
 {
     std::vector<std::string> names;
+    names.reserve(steps_.size());
     for (const RefPtr<Step>& step : steps_) names.push_back(step->getName());
     return names;
 }

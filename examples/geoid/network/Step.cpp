@@ -3,7 +3,8 @@
 namespace Geoid
 {
 
-Step::Step(const std::string& stepName, Journal& journal) : VObject(stepName, 0, {}), journal_(journal)
+Step::Step(const std::string& stepName, Journal& journal)
+    : VObject(stepName, 0, {}), journal_(journal)
 {
     enableRequestProcessing();
 }

@@ -52,8 +52,8 @@ void ContourTracer::compute(const Quorl::VRequest& request)
 void PictureWriter::compute(const Quorl::VRequest& request)
 {
     const Field shade = shade_(request);
-    const LinearImage shaded = shadeColours(colours_(request), shade,
-                                            shadeOfLevelGround(light_(request)), contrast_(request));
+    const LinearImage shaded = shadeColours(
+        colours_(request), shade, shadeOfLevelGround(light_(request)), contrast_(request));
     const LinearImage map = drawContours(shaded, contours_(request), {});
     const Caption caption{title_(request), subtitle(request)};
     writePng(frameMap(encode(map), shade.region, map_(request), caption), file_(request));
@@ -63,11 +63,12 @@ std::string PictureWriter::subtitle(const Quorl::VRequest& request) const
 {
     const Light light = light_(request);
     std::array<char, 256> text{};
-    std::snprintf(text.data(), text.size(),
-                  "contours every %g m, every fifth heavier · light from %g°, %g° high, heights × %g · "
-                  "smoothed by %g°",
-                  contours_(request).interval, light.azimuth, light.altitude, light.exaggeration,
-                  sigma_(request));
+    std::snprintf(
+        text.data(), text.size(),
+        "contours every %g m, every fifth heavier · light from %g°, %g° high, heights × %g · "
+        "smoothed by %g°",
+        contours_(request).interval, light.azimuth, light.altitude, light.exaggeration,
+        sigma_(request));
     return text.data();
 }
 

@@ -73,8 +73,8 @@ struct VValueTrait<Geoid::ColourMap> : Geoid::NotReadable<Geoid::ColourMap>
 {
     static string Text(const Geoid::ColourMap& map)
     {
-        return "colours from " + std::to_string(map.low()) + " m to " +
-               std::to_string(map.high()) + " m";
+        return "colours from " + std::to_string(map.low()) + " m to " + std::to_string(map.high()) +
+               " m";
     }
 };
 

@@ -22,7 +22,10 @@ std::vector<Oklab> coloursOf(const ColourMap& map, int count)
     return colours;
 }
 
-double chroma(const Oklab& colour) { return std::hypot(colour.a, colour.b); }
+double chroma(const Oklab& colour)
+{
+    return std::hypot(colour.a, colour.b);
+}
 
 TEST(ColourMap, TakesEvenStepsToTheEye)
 {

@@ -142,7 +142,8 @@ TEST_F(GeoidProgram, ComplainsOfAnOutputThatCannotBeWritten)
 
 TEST_F(GeoidProgram, ComplainsOfWrongOptions)
 {
-    for (const char* arguments : {"--colour", "--width 1", "--width many", "--verbosity -1", "extra"})
+    for (const char* arguments :
+         {"--colour", "--width 1", "--width many", "--verbosity -1", "extra"})
     {
         run(arguments);
         EXPECT_EQ(status, 2) << arguments;

@@ -24,7 +24,10 @@ Grid gridOf(Grid grid, int columns, int rows, Function&& heightAt)
     return grid;
 }
 
-double linear(double longitude, double latitude) { return 3.0 + 0.5 * longitude - 0.25 * latitude; }
+double linear(double longitude, double latitude)
+{
+    return 3.0 + 0.5 * longitude - 0.25 * latitude;
+}
 
 double wave(double longitude, double latitude)
 {

@@ -12,7 +12,10 @@ const LinearImage
     kColours(2, 2,
              {{0.1F, 0.2F, 0.3F}, {0.4F, 0.5F, 0.6F}, {0.5F, 0.5F, 0.5F}, {0.2F, 0.2F, 0.2F}});
 
-Field shadeOf(std::vector<float> values) { return {{}, Raster<float>(2, 2, std::move(values))}; }
+Field shadeOf(std::vector<float> values)
+{
+    return {{}, Raster<float>(2, 2, std::move(values))};
+}
 
 TEST(Shading, KeepsTheColoursOfLevelGround)
 {
