@@ -1,0 +1,79 @@
+#include <benchmarks/Topology.h>
+
+#include <numeric>
+
+namespace QuorlBenchmark
+{
+
+std::int64_t Topology::visits() const
+{
+    std::vector<std::int64_t> paths(objects(), 0);
+    paths.back() = 1;
+    std::int64_t sum = 0;
+    for (std::size_t object = objects(); object-- > 0;)
+    {
+        sum += paths[object];
+        for (const std::size_t source : inputs[object]) paths[source] += paths[object];
+    }
+    return sum;
+}
+
+Topology Topology::chain(std::size_t length)
+{
+    Topology shape{{{}}};
+    for (std::size_t object = 1; object < length; ++object) shape.inputs.push_back({object - 1});
+    return shape;
+}
+
+Topology Topology::fanIn(std::size_t width)
+{
+    return chains(width, 1);
+}
+
+Topology Topology::binaryTree(std::size_t objects)
+{
+    // A heap, told backwards: its root comes last.
+    Topology shape;
+    for (std::size_t place = objects; place-- > 0;)
+    {
+        std::vector<std::size_t> children;
+        for (std::size_t child = 2 * place + 1; child <= 2 * place + 2; ++child)
+            if (child < objects) children.push_back(objects - 1 - child);
+        shape.inputs.push_back(children);
+    }
+    return shape;
+}
+
+Topology Topology::chains(std::size_t count, std::size_t length)
+{
+    Topology shape;
+    std::vector<std::size_t> ends;
+    for (std::size_t chain = 0; chain < count; ++chain)
+    {
+        shape.inputs.emplace_back();
+        for (std::size_t place = 1; place < length; ++place)
+            shape.inputs.push_back({shape.objects() - 1});
+        ends.push_back(shape.objects() - 1);
+    }
+    shape.inputs.push_back(ends);
+    return shape;
+}
+
+Topology Topology::layers(std::size_t count)
+{
+    constexpr std::size_t kWidth = 10;
+    Topology shape{std::vector<std::vector<std::size_t>>(kWidth)};
+    for (std::size_t layer = 1; layer < count; ++layer)
+        for (std::size_t place = 0; place < kWidth; ++place)
+        {
+            const std::size_t before = (layer - 1) * kWidth;
+            shape.inputs.push_back(
+                {before + place, before + (place + 1) % kWidth, before + (place + 3) % kWidth});
+        }
+    std::vector<std::size_t> last(kWidth);
+    std::iota(last.begin(), last.end(), (count - 1) * kWidth);
+    shape.inputs.push_back(last);
+    return shape;
+}
+
+} // namespace QuorlBenchmark
