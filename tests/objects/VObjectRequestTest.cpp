@@ -725,5 +725,49 @@ TEST(VObjectRequest, TellsTheValidatorsOfEachObjectThatItVisits)
     EXPECT_EQ(static_cast<Ageable&>(*validator), a->ConnectionAge());
 }
 
+TEST(VObjectRequest, EvaluatesAThousandContextsSideBySide)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    const auto local = source->input("local");
+    local->Parameter->Localize();
+    network.connect(source, object, "x");
+    std::vector<RefPtr<ValuePool>> pools;
+    for (int i = 0; i < 1000; ++i)
+    {
+        pools.push_back(makePool());
+        local->Parameter->setValueFromText("1", pools.back(), "", true, {}, nullptr, nullptr);
+        EXPECT_TRUE(ask(object, pools.back()));
+    }
+    network.takeLog();
+    local->Parameter->setValueFromText("2", pools[500], "", true, {}, nullptr, nullptr);
+
+    int modified = 0;
+    for (const auto& pool : pools) modified += ask(object, pool) ? 1 : 0;
+
+    EXPECT_EQ(modified, 1);
+    EXPECT_EQ(network.takeLog(), (Names{"source", "object"}));
+}
+
+TEST(VObjectRequest, WalksAHundredThousandObjects)
+{
+    Network network;
+    const auto sink = network.node("sink");
+    const auto pool = makePool();
+    constexpr int kObjects = 100000;
+    for (int i = 0; i < kObjects; ++i)
+    {
+        const std::string name = std::to_string(i);
+        const auto source = network.node(name);
+        sink->addParameter(name, 0, source->output(name), false);
+    }
+
+    EXPECT_TRUE(ask(sink, pool));
+    EXPECT_EQ(network.takeLog().size(), kObjects + 1U);
+    EXPECT_FALSE(ask(sink, pool));
+    EXPECT_TRUE(network.log.empty());
+}
+
 } // namespace
 } // namespace Quorl

@@ -24,13 +24,13 @@ CalendarTime localCalendarTime()
 std::uint64_t ticksSince1601(const CalendarTime& time)
 {
     using namespace std::chrono;
-    const auto day = [](int y, int m, int d) {
-        return sys_days(year(y) / month(static_cast<unsigned>(m)) / static_cast<unsigned>(d));
+    const auto dateOf = [](int y, int m, int d) {
+        return sys_days(year(y) / month(static_cast<unsigned>(m)) / day(static_cast<unsigned>(d)));
     };
     const auto sinceMidnight = hours{time.hour} + minutes{time.minute} + seconds{time.second} +
                                milliseconds{time.millisecond};
     const milliseconds elapsed =
-        day(time.year, time.month, time.day) - day(1601, 1, 1) + sinceMidnight;
+        dateOf(time.year, time.month, time.day) - dateOf(1601, 1, 1) + sinceMidnight;
     return static_cast<std::uint64_t>(elapsed.count()) * 10'000;
 }
 
