@@ -90,7 +90,6 @@ int main(int argc, char** argv)
     }
     const std::size_t stackSize = static_cast<std::size_t>(mebibytes) * kBytesPerMebibyte;
     const std::size_t length = longestChain(stackSize);
-
     std::printf("%ld MiB of stack: a chain of %zu objects, %zu bytes each\n", mebibytes, length,
                 stackSize / length);
 }
