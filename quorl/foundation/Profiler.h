@@ -14,9 +14,9 @@ class TOLMEN_API Profiler
 public:
     struct Section
     {
-        const char* file;
+        std::string file;
         int line;
-        const char* function;
+        std::string function;
         std::string object; ///< the name of what works in the section
         int detail;
     };
@@ -30,7 +30,7 @@ public:
         virtual void closed(const Section& section, double seconds) = 0;
     };
 
-    /// The texts `file` and `function` must outlive the section; literals do.
+    /// The texts are copied if somebody listens.
     Profiler(const char* file, int line, const char* function, const std::string& object,
              int detail)
     {
