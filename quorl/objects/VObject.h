@@ -140,4 +140,6 @@ public:
     string UserInfo; ///< who made this object; not read in the kernel
 };
 
+extern template class VManagedDomainObject<VObject>;
+
 } // namespace Quorl

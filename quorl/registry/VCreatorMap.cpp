@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace Tolmen
 {
@@ -31,6 +32,12 @@ bool VCreatorMap::remove(const string& name)
     erase(entry);
     removePriority(removed);
     return true;
+}
+
+void VCreatorMap::addPriority(int priority, const string& name)
+{
+    const auto line = priorities.emplace(priority, name);
+    for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
 void VCreatorMap::removePriority(const string& name)
@@ -64,7 +71,14 @@ void PriorityWalk::leave(Line removed)
 {
     if (line_ != removed) return;
     ++line_;
+    if (!hasLeft_) leftPriority_ = removed->first;
     hasLeft_ = true;
+}
+
+/// A line between the one that is gone and the one behind it is the next to be shown.
+void PriorityWalk::noteAdded(Line added)
+{
+    if (hasLeft_ && std::next(added) == line_ && added->first >= leftPriority_) line_ = added;
 }
 
 RefPtr<VManagedObjectBase> VCreatorMap::liveCreator(const string& name) const

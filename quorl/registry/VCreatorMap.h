@@ -40,6 +40,10 @@ public:
     /// \return whether there was one, which is said on standard output if there was none.
     bool remove(const string& name);
 
+    /// Adds a line to the priority index, behind those of equal priority. Walks that stand ahead of
+    /// it will reach it.
+    void addPriority(int priority, const string& name);
+
     /// Erases the first line with that name in the priority index. Walks that stand on it go on
     /// behind it.
     void removePriority(const string& name);
@@ -55,8 +59,8 @@ private:
     std::list<PriorityWalk*> walks_; // under way; not owned
 };
 
-/// A walk over a priority index that stays valid while lines are added and removed by
-/// `removePriority`. It sees what an undisturbed walk sees, lines added behind it included.
+/// A walk over a priority index that stays valid while lines are added by `addPriority` and removed
+/// by `removePriority`. It sees what an undisturbed walk sees, lines added behind it included.
 class PriorityWalk
 {
 public:
@@ -77,10 +81,12 @@ private:
     using Line = std::multimap<int, string>::const_iterator;
 
     void leave(Line removed);
+    void noteAdded(Line added);
 
     VCreatorMap& domain_;
     Line line_;
     bool hasLeft_ = false; // the line that was shown is gone, and this is the one behind it
+    int leftPriority_ = 0; // of the line that is gone
 };
 
 /// The table of all domains. They are never removed.

@@ -80,7 +80,7 @@ void VManagedObject::insert(const string& wantedName, int givenPriority)
     // Straight into the record: a strong handle in passing would end this object, which nobody
     // holds yet.
     info->Creator = static_cast<const VManagedObjectBase*>(this)->self;
-    domainMap->priorities.emplace(givenPriority, candidate);
+    domainMap->addPriority(givenPriority, candidate);
     priority = givenPriority;
 }
 
@@ -96,7 +96,7 @@ void VManagedObject::setPriority(int newPriority)
 {
     VCreatorMap* const domain = Vmap();
     domain->removePriority(name);
-    domain->priorities.emplace(newPriority, name);
+    domain->addPriority(newPriority, name);
     priority = newPriority;
 }
 

@@ -7,6 +7,7 @@
 #include <quorl/values/VValueBase.h>
 #include <quorl/values/ValuePool.h>
 
+#include <cstdint>
 #include <list>
 
 namespace Tolmen
@@ -164,6 +165,7 @@ void VActionNotifier::StatusInfo(const string& text)
 bool VActionNotifier::AttachParameterPrefix(const RefPtr<VParameter>& parameter,
                                             const RefPtr<VSlot>& slot)
 {
+    if (!ActionNotifierListIsAvailable) return false; // and the owner may be ending
     const RefPtr<VSlotContainer> owner = slot->Owner; // not to vanish in a subscriber's call
     return broadcast([&](VActionNotifier& to) { return to.attachPrefix(parameter, slot); });
 }

@@ -19,8 +19,11 @@ public:
 
     bool undo() override
     {
-        const RefPtr<VUndoStack> stack = stack_;
-        return stack && stack->undo();
+        if (!stack_) return false;
+        // Lest the stack end in its own undo. One that nobody owns would end by being held.
+        RefPtr<VUndoStack> held;
+        if (stack_.referer->strong > 0) held = stack_;
+        return stack_->undo();
     }
 
 private:

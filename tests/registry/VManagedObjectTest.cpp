@@ -298,6 +298,46 @@ TEST(VManagedObjectTraverse, SurvivesVisitorsThatRemoveAndInsert)
     EXPECT_EQ(visit.seen, (Names{"a0", "c0", "d0", "e0"}));
 }
 
+TEST(VManagedObjectTraverse, ReachesWhatIsAddedRightBehindALineThatWasRemoved)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    for (const char* name : {"before", "a", "b"}) domain.add(name);
+    domain.add("last", 9);
+    Visit visit;
+    visit.between = [&](const string& name) {
+        if (name != "a") return true;
+        VManagedObject::remove(domain.type(), "a");
+        VManagedObject::remove(domain.type(), "b");
+        domain.add("higher", 5);
+        domain.add("equal", 0);
+        domain.add("lower", -1);
+        VManagedObject::remove(domain.type(), "before");
+        return true;
+    };
+
+    VManagedObject::traverse(domain.type(), visit);
+
+    EXPECT_EQ(visit.seen, (Names{"before0", "a0", "equal0", "higher5", "last9"}));
+}
+
+TEST(VManagedObjectTraverse, ReachesTheSuccessorOfTheOnlyObject)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    domain.add("a");
+    Visit visit;
+    visit.between = [&](const string& name) {
+        if (name != "a") return true;
+        VManagedObject::remove(domain.type(), "a");
+        domain.add("b");
+        return true;
+    };
+
+    EXPECT_EQ(VManagedObject::traverse(domain.type(), visit), 2);
+    EXPECT_EQ(visit.seen, (Names{"a0", "b0"}));
+}
+
 TEST(VManagedObjectTraverse, CountsWalksUnderWay)
 {
     struct Tag;

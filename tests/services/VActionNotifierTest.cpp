@@ -119,6 +119,8 @@ TEST_F(VActionNotifierThree, TellsAllInTheOrderOfActivation)
     VActionNotifier::Warning("w");
     VActionNotifier::StatusInfo("s");
     VActionNotifier::AttachParameterPostfix(slot);
+    EXPECT_EQ(log, "a:delete o;b:delete o;c:delete o;a:warn w;b:warn w;c:warn w;"
+                   "a:status s;b:status s;c:status s;a:postfix;b:postfix;c:postfix;");
     subscribers.resize(1);
     log.clear();
     VActionNotifier::Warning(VActionNotifier::WarnInfo{"o", "t", "d"});
@@ -236,6 +238,7 @@ struct Late
         const RefPtr<VActionNotifier> subscriber(new VActionNotifier);
         const bool isSilent = !VActionNotifier::ProgressInfo(1, "", 0, 0) &&
                               !VActionNotifier::AttachParameterPrefix({}, slot) &&
+                              !VActionNotifier::AttachParameterPrefix({}, {}) && // asks no slot
                               !subscriber->activate();
         VActionNotifier::VObjectDeletion("harmless");
         std::_Exit(isSilent ? 7 : 8);

@@ -172,6 +172,25 @@ TEST_F(VUndoStackTest, LeavesAnEntryThatAnswersFalseWhenItEnds)
     EXPECT_EQ(taken, "");
 }
 
+TEST_F(VUndoStackTest, IsUndoneGloballyAlsoWhereNobodyOwnsIt)
+{
+    VUndoStack onTheStack;
+    onTheStack.AddAction(new Append(taken, "A"));
+
+    EXPECT_TRUE(global.undo());
+    EXPECT_EQ(taken, "A");
+    EXPECT_EQ(onTheStack.size(), 0);
+}
+
+TEST_F(VUndoStackTest, MayEndInItsOwnGlobalUndo)
+{
+    add(stack, "A")->whenUndone = [&] { stack = RefPtr<VUndoStack>(); };
+
+    EXPECT_TRUE(global.undo());
+    EXPECT_EQ(taken, "A");
+    EXPECT_EQ(global.size(), 0);
+}
+
 TEST_F(VUndoStackTest, CanBeAnInterfaceOfACube)
 {
     EXPECT_EQ(stack->getInterfaceDomain(), typeid(VUndoStack));
