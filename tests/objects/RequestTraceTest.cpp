@@ -202,6 +202,45 @@ TEST(RequestTrace, TellsOfAnOldStateAndOfAMissingPool)
     EXPECT_NE(text.find("Object local state is old, object needs to update\n"), std::string::npos);
 }
 
+TEST(RequestTrace, GivesTheLastReasonAStateOverInputsAndConnectionsOverAll)
+{
+    Network network;
+    const auto object = network.node("object");
+    const RefPtr<VSlot> slot = object->input("x");
+    const auto pool = makePool();
+    object->myState(pool)->touch();
+    object->age(pool) = QuorlTest::tick();
+
+    slot->Parameter->touchValue(pool);
+    const std::string state = spoken(1, [&] { ask(object, pool); });
+    slot->Parameter->touchValue(pool);
+    object->touchInputSetAge();
+    const std::string connections = spoken(1, [&] { ask(object, pool); });
+
+    EXPECT_NE(state.find("because an action happened: Object local state is old, object needs to "
+                         "update\n"),
+              std::string::npos)
+        << state;
+    EXPECT_NE(
+        connections.find("because an action happened: Connections/Parameters have changed\n"),
+        std::string::npos)
+        << connections;
+}
+
+TEST(RequestTrace, FindsAnyInputNewerInAContextThatNeverRanTheObject)
+{
+    Network network;
+    const auto object = network.node("object");
+    const RefPtr<VSlot> slot = object->input("x");
+    const std::string parameter = number(slot->Parameter->age({}));
+
+    const std::string text = spoken(3, [&] { ask(object, makePool()); });
+
+    EXPECT_NE(text.find("   object(t=-1): ACTION: AHA! Input [x(t=" + parameter + ")] is newer!\n"),
+              std::string::npos)
+        << text;
+}
+
 TEST(RequestTrace, TellsThatAnObjectMustUpdate)
 {
     struct Demanding final : QuorlTest::Node

@@ -109,5 +109,20 @@ TEST(VContext, TakesTheProvidersPoolIfThereIsOne)
     EXPECT_EQ(VContext(RefPtr<ValuePoolProvider>()).Pool.referer, nullptr);
 }
 
+TEST(VContext, TreatsADeadAddendumOrProviderLikeANullOne)
+{
+    const RefPtr<VContext::Addendum> addendum(new VContext::Addendum);
+    addendum->setNow();
+    const RefPtr<ValuePoolProvider> provider(
+        new ValuePoolProvider(RefPtr<ValuePool>(new ValuePool)));
+    delete addendum.rawptr();
+    delete provider.rawptr();
+
+    EXPECT_GT(VContext(addendum).Time.Year, 2000);
+    const VContext context(provider);
+    EXPECT_EQ(context.Pool.referer, nullptr);
+    EXPECT_GT(context.Time.Year, 2000);
+}
+
 } // namespace
 } // namespace Quorl

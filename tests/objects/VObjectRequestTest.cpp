@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdio>
 #include <stdexcept>
 #include <thread>
@@ -86,6 +87,40 @@ TEST(VObjectRequest, LeavesTheObjectAsYoungAsItsNewestInputAndNotAsTheClock)
 
     EXPECT_EQ(object->age(pool), newest);
     EXPECT_LT(object->age(pool), Ageable::GlobalTime);
+}
+
+TEST(VObjectRequest, TakesTheAgeOfAnOutputThatItsSourceTouchedInTheWalk)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    const auto slot = network.connect(source, object, "x");
+    source->whenUpdated = [&](VRequest& request) {
+        touchInput(slot, request.Pool);
+        return true;
+    };
+    const auto pool = makePool();
+
+    EXPECT_TRUE(ask(object, pool));
+
+    EXPECT_EQ(object->age(pool), slot->Parameter->age(pool));
+    EXPECT_LT(source->age(pool), object->age(pool));
+    EXPECT_FALSE(ask(object, pool));
+}
+
+TEST(VObjectRequest, KeepsAnAgeThatTheUpdateItselfHasRaised)
+{
+    Network network;
+    const auto object = network.node("object");
+    const auto pool = makePool();
+    object->whenUpdated = [&](VRequest&) {
+        object->age(pool) = tick();
+        return true;
+    };
+
+    EXPECT_TRUE(ask(object, pool));
+
+    EXPECT_EQ(object->age(pool), Ageable::GlobalTime) << "an age never falls";
 }
 
 TEST(VObjectRequest, UpdatesAFreshlyConnectedObjectThoughAllInputsAreOld)
@@ -199,6 +234,45 @@ TEST(VObjectRequest, ShutsAnotherEvaluationOutAndSaysSo)
     EXPECT_EQ(a->updates, 1);
 }
 
+TEST(VObjectRequest, NotesTheConnectionsAlsoOfAnObjectThatShutsItOut)
+{
+    Network network;
+    const auto object = network.node("object");
+    const VRequest inside(makePool(), false);
+    object->addRequest(inside);
+    VRequest request(makePool(), false);
+
+    outputOf([&] { EXPECT_TRUE(object->init_request(request, 1.0)); });
+
+    EXPECT_EQ(request.NewestConnection, object->ConnectionAge());
+    EXPECT_EQ(request.NewestConnectionObject, object->ID);
+    EXPECT_EQ(object->updates, 0);
+    EXPECT_EQ(object->Latest, inside.Id);
+}
+
+TEST(VObjectRequest, IsInsideAnObjectForTheWalkAndNotForTheUpdate)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    network.connect(source, object, "x");
+    bool wasInsideInWalk = false;
+    bool wasInsideInUpdate = true;
+    source->whenUpdated = [&](VRequest& request) {
+        wasInsideInWalk = object->hasRequest(request);
+        return true;
+    };
+    object->whenUpdated = [&](VRequest& request) {
+        wasInsideInUpdate = object->hasRequest(request);
+        return true;
+    };
+
+    ask(object, makePool());
+
+    EXPECT_TRUE(wasInsideInWalk);
+    EXPECT_FALSE(wasInsideInUpdate);
+}
+
 TEST(VObjectRequest, SkipsASourceThatIsNotReadyThoughItsParameterCounts)
 {
     Network network;
@@ -258,6 +332,49 @@ TEST(VObjectRequest, EndsTheWalkOfACancelledRequestAtTheNextSlot)
 
     EXPECT_EQ(network.takeLog(), (Names{"first"}));
     EXPECT_FALSE(object->Current) << "the object is free again";
+}
+
+TEST(VObjectRequest, DoesNotUpdateIfItIsCancelledAtTheLastInput)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    network.connect(source, object, "x");
+    Cancellable request(makePool(), false);
+    source->whenUpdated = [&](VRequest&) { return request.cancelled = true; };
+
+    EXPECT_FALSE(object->init_request(request, 1.0));
+
+    EXPECT_EQ(network.takeLog(), (Names{"source"}));
+    EXPECT_FALSE(object->Current);
+}
+
+/// Notes the inputs that it is asked about.
+class Choosy final : public Node
+{
+public:
+    using Node::Node;
+    bool ignoreInput(const RefPtr<VSlot>& slot) const override
+    {
+        asked.push_back(slot->Name);
+        return true;
+    }
+    mutable Names asked;
+};
+
+TEST(VObjectRequest, MayIgnoreOnlyInputsOfTheClassesThatItKnows)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.adopt(new Choosy("object"));
+    network.connect(source, object, "known");
+    network.connect(source, object, "other")->InputClass = 77;
+    object->addParameter("empty", 0, makeParameter("e"), false)->Parameter = {};
+
+    ask(object, makePool());
+
+    EXPECT_EQ(object->asked, (Names{"known"}));
+    EXPECT_EQ(network.takeLog(), (Names{"object"}));
 }
 
 TEST(VObjectRequest, IgnoresInputsOfOtherClasses)
@@ -324,6 +441,43 @@ TEST(VObjectRequest, WalksASharedSourceTwiceAndUpdatesItOnce)
     EXPECT_EQ(network.takeLog(), (Names{"source", "left", "right", "sink"}));
     EXPECT_EQ(request.Id->levels().at(source->ID).Count, 2);
     EXPECT_FALSE(ask(sink, pool));
+}
+
+/// Notes who asks it, and what it answers.
+class Recording final : public Node
+{
+public:
+    using Node::Node;
+    bool request(VRequest& request, double precision, const WeakVObjectPtr& caller,
+                 const WeakVObjectPtr& origin) override
+    {
+        callers.push_back(caller);
+        origins.push_back(origin);
+        answers.push_back(Node::request(request, precision, caller, origin));
+        return answers.back();
+    }
+    std::vector<WeakVObjectPtr> callers;
+    std::vector<WeakVObjectPtr> origins;
+    std::vector<bool> answers;
+};
+
+TEST(VObjectRequest, AnswersFalseOnTheSecondPathToAnObject)
+{
+    Network network;
+    const auto source = network.adopt(new Recording("source"));
+    const auto sink = network.adopt(new Recording("sink"));
+    const auto middle = network.node("middle");
+    network.connect(source, middle, "x");
+    network.connect(middle, sink, "1");
+    network.connect(source, sink, "2");
+
+    EXPECT_TRUE(ask(sink, makePool()));
+
+    EXPECT_EQ(source->answers, (std::vector<bool>{true, false}));
+    EXPECT_EQ(source->callers, (std::vector<WeakVObjectPtr>{middle, sink}));
+    EXPECT_EQ(source->origins, (std::vector<WeakVObjectPtr>{sink, sink}));
+    EXPECT_EQ(sink->callers, (std::vector<WeakVObjectPtr>{sink}));
+    EXPECT_EQ(sink->origins, (std::vector<WeakVObjectPtr>{sink}));
 }
 
 TEST(VObjectRequest, RecordsDepthsOfAllButTheObjectWhereItStarts)
@@ -396,6 +550,45 @@ TEST(VObjectRequest, LeavesWhatIsConnectedMeanwhileToTheNextRequest)
     EXPECT_FALSE(ask(object, pool));
     source->whenUpdated = nullptr;
     EXPECT_TRUE(ask(object, pool));
+}
+
+TEST(VObjectRequest, ComparesInputsWithThePresentAgeOfTheObject)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    network.connect(source, object, "1");
+    const auto pure = object->input("2");
+    const auto pool = makePool();
+    ask(object, pool);
+    touchInput(pure, pool);
+    source->touchInputSetAge();
+    source->whenUpdated = [&](VRequest&) {
+        object->age(pool) = tick();
+        return false;
+    };
+
+    EXPECT_FALSE(ask(object, pool)) << "the second input is not newer any more";
+    EXPECT_EQ(object->updates, 1);
+}
+
+TEST(VObjectRequest, JudgesItsConnectionsByItsAgeOfBeforeTheWalk)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    network.connect(source, object, "x");
+    const auto pool = makePool();
+    ask(object, pool);
+    source->touchInputSetAge();
+    object->touchInputSetAge();
+    source->whenUpdated = [&](VRequest&) {
+        object->age(pool) = tick();
+        return false;
+    };
+
+    EXPECT_TRUE(ask(object, pool)) << "though it is younger than its connections by now";
+    EXPECT_EQ(object->updates, 2);
 }
 
 TEST(VObjectRequest, UpdatesForAStateThatWasTouchedBeforeTheObjectRan)
@@ -511,6 +704,64 @@ TEST(VObjectRequest, RunsTheUnlockedPartThenTheFunctionsThenTheUpdate)
     EXPECT_EQ(order, "u");
 }
 
+/// Notes in its three parts whether another thread can take its lock.
+class Locked final : public Node
+{
+public:
+    using Node::Node;
+    bool unsychronized_update(VRequest&, double) override
+    {
+        std::thread([&] { // would wait for ever
+            lock();
+            unlock();
+        }).join();
+        return true;
+    }
+    bool update(VRequest&, double) override
+    {
+        noteAttempt();
+        return true;
+    }
+    static bool tryInFunction(VObject* object, VRequest&, double)
+    {
+        static_cast<Locked*>(object)->noteAttempt();
+        return true;
+    }
+
+    std::vector<std::thread> attempts; // to be joined when the lock is free again
+    std::atomic<int> succeeded = 0;
+    int succeededInside = 0;
+
+private:
+    void noteAttempt()
+    {
+        std::atomic<bool> hasBegun = false;
+        attempts.emplace_back([&] {
+            hasBegun = true;
+            lock();
+            ++succeeded;
+            unlock();
+        });
+        while (!hasBegun) std::this_thread::yield();
+        for (int i = 0; i < 100; ++i) std::this_thread::yield();
+        succeededInside += succeeded;
+    }
+};
+
+TEST(VObjectRequest, HoldsTheMutexForTheFunctionsAndTheUpdateAlone)
+{
+    Network network;
+    const auto object = network.adopt(new Locked("object"));
+    object->insertUpdateFunction(&Locked::tryInFunction);
+    VRequest request({}, false);
+
+    EXPECT_TRUE(object->perform_update(request, 1.0));
+    for (std::thread& attempt : object->attempts) attempt.join();
+
+    EXPECT_EQ(object->succeededInside, 0);
+    EXPECT_EQ(object->succeeded, 2);
+}
+
 TEST(VObjectRequest, CountsRequestsAndUpdatesInProgress)
 {
     Network network;
@@ -614,6 +865,25 @@ TEST(VObjectRequest, NamesTheObjectThatRanOutOfMemory)
     }
     EXPECT_EQ(source->UpdateCounter.value(), 0);
     EXPECT_EQ(object->RequestCounter.value(), 0);
+}
+
+TEST(VObjectRequest, NamesTheLastObjectWhoseUpdateThatFailurePassed)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    source->whenUpdated = [](VRequest&) -> bool { throw Tolmen::Cache::OutOfMemory(); };
+    object->whenUpdated = [&](VRequest& request) { return source->init_request(request, 1.0); };
+
+    try
+    {
+        ask(object, makePool());
+        FAIL() << "it passes to whoever started the evaluation";
+    }
+    catch (const VObjectIsOutOfMemory& failure)
+    {
+        EXPECT_EQ(failure.Object, object);
+    }
 }
 
 TEST(VObjectRequest, LeavesAnObjectOccupiedThatAnExceptionPassesOnItsWalk)

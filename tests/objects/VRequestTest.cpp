@@ -86,6 +86,19 @@ TEST(VRequest, KeepsWhatIsAttachedInOneTask)
     EXPECT_FALSE(request.Attachments->findInterface(typeid(Service)) == service) << "replaced";
 }
 
+TEST(VRequest, AttachesToANewTaskWhereTheOldOneIsDead)
+{
+    VRequest request(makePool(), false);
+    request.addInterface(new Service);
+    const RefPtr<Task> dead = request.Attachments;
+    delete dead.rawptr();
+
+    request.addInterface(new Service);
+
+    EXPECT_FALSE(request.Attachments == dead);
+    EXPECT_TRUE(request.Attachments->findInterface(typeid(Service)));
+}
+
 TEST(VRequestID, KeepsTheFirstCallerOfALevel)
 {
     VRequest::ID id;
@@ -164,6 +177,10 @@ TEST(VTraceRequestID, ComparesIdentitiesOfTheDeadAndTheNull)
     EXPECT_TRUE(trace.hasRequest(request)) << "null and null";
     trace.Current = id;
     EXPECT_FALSE(trace.hasRequest(request));
+    request.Id = id;
+    delete id.rawptr();
+    EXPECT_FALSE(trace.Current);
+    EXPECT_TRUE(trace.hasRequest(request)) << "dead, but the same";
 }
 
 /// Lets an evaluation through that reached these objects at these depths.
@@ -216,6 +233,16 @@ TEST(VTraceRequestIDGraph, HasChangedForANewObjectOrDepth)
     EXPECT_TRUE(trace.ExecutionGraphHasChanged()) << "another largest depth";
     pass(trace, {{1, 2}, {1, 5}, {1, 3}});
     EXPECT_FALSE(trace.ExecutionGraphHasChanged()) << "how often does not count";
+}
+
+TEST(VTraceRequestIDGraph, HasChangedWhereAnEvaluationIsDead)
+{
+    VTraceRequestID trace;
+    pass(trace, {{1, 1}});
+    pass(trace, {{1, 1}});
+    delete trace.Previous.rawptr();
+
+    EXPECT_EQ(outputOf([&] { EXPECT_TRUE(trace.ExecutionGraphHasChanged()); }), "");
 }
 
 TEST(RequestExecutor, GoesOneDeeperWhenCopied)
