@@ -221,9 +221,8 @@ TEST(RequestTrace, GivesTheLastReasonAStateOverInputsAndConnectionsOverAll)
                          "update\n"),
               std::string::npos)
         << state;
-    EXPECT_NE(
-        connections.find("because an action happened: Connections/Parameters have changed\n"),
-        std::string::npos)
+    EXPECT_NE(connections.find("because an action happened: Connections/Parameters have changed\n"),
+              std::string::npos)
         << connections;
 }
 

@@ -714,7 +714,8 @@ public:
         std::thread([&] { // would wait for ever
             lock();
             unlock();
-        }).join();
+        })
+            .join();
         return true;
     }
     bool update(VRequest&, double) override
