@@ -33,9 +33,9 @@ const char* nameOf(const VObject& object)
 }
 
 /// The class bears the name of its own number, which is the base's.
-long numberOf(const VRequest::ID& evaluation)
+long numberOf(const VRequest& request)
 {
-    return evaluation.Tolmen::ReferenceBase<VRequest::ID>::ID;
+    return request.Id ? request.Id->Tolmen::ReferenceBase<VRequest::ID>::ID : 0;
 }
 
 long ticks(const Ageable& age)
@@ -53,7 +53,7 @@ void RequestTrace::begin(double precision) const
     indent();
     std::printf(">>> \tVObject: %s::request(Request %ld, prec=%lg)\tt=%ld, (connected at t=%ld, "
                 "inputs=%d, outputs=%d)\n",
-                nameOf(object_), numberOf(*request_.Id), precision, ticks(age_),
+                nameOf(object_), numberOf(request_), precision, ticks(age_),
                 ticks(object_.ConnectionAge()), object_.getNumberOfParameters(0),
                 object_.getNumberOfOutputs());
 }

@@ -60,13 +60,18 @@ VContext::~VContext() = default;
 void VContext::setTime()
 {
     Spare = 0;
-    if (Extra)
-        if (const RefPtr<TimeInterface> pinned = Extra->findInterface(typeid(RealTime)))
-        {
-            Time = *pinned;
-            return;
-        }
-    Time.setNow();
+    if (const RealTime* const pinned = pinnedTime())
+        Time = *pinned;
+    else
+        Time.setNow();
+}
+
+/// Whatever stands for a moment in the addendum, be it a `TimeInterface` or a class of its own.
+const VContext::RealTime* VContext::pinnedTime() const
+{
+    if (!Extra) return nullptr;
+    const RefPtr<Tolmen::InterfaceBase> found = Extra->findInterface(typeid(RealTime));
+    return dynamic_cast<const RealTime*>(found.rawptr());
 }
 
 } // namespace Quorl

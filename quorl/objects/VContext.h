@@ -68,6 +68,9 @@ public:
     std::int64_t Spare = 0; ///< for users; cleared by `setTime`
     RefPtr<ValuePool> Pool; ///< may be null
     RefPtr<Addendum> Extra; ///< may be null
+
+private:
+    const RealTime* pinnedTime() const;
 };
 
 } // namespace Quorl

@@ -147,11 +147,12 @@ RefPtr<VManagedObject> VManagedObject::find(const std::type_info& domain, const 
     std::printf("VCreatorBaseInfo: No Creator, need to load [%s]\n", module.c_str());
     if (!LoadVModule(module))
         std::printf("VCreatorBaseInfo: ERROR: Could not load [%s]!!\n", module.c_str());
-    if (!info->getCreator())
+    const RefPtr<VManagedObjectBase> loaded = map->liveCreator(wantedName);
+    if (!loaded)
         std::printf("VCreatorBaseInfo: Merde, module [%s] could not provide requested Creator. "
                     "This is not good. Really not good.\n",
                     module.c_str());
-    return info->getCreator();
+    return loaded;
 }
 
 bool VManagedObject::remove(const std::type_info& domain, const string& objectName)

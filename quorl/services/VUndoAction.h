@@ -17,7 +17,7 @@ public:
     /// Takes the change back. \return what that means is the action's affair.
     virtual bool undo() = 0;
 
-    const string text; ///< describes the change
+    string text; ///< describes the change
 };
 
 } // namespace Quorl
