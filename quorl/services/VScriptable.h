@@ -2,26 +2,47 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/RefPtr.h>
 
+#include <map>
 #include <memory>
 
 namespace Quorl
 {
 
-/// Something that offers functors to scripts. A copy begins with none: functors belong to the
-/// object that they were made for.
+/// Something that offers functors to scripts, by name.
+///
+/// A copy begins with none, and an assignment changes nothing: functors belong to the object that
+/// they were made for. Threads: no lock.
 class QUORL_API VScriptable
 {
 public:
+    /// Visits functors, which may be null; true goes on.
+    class QUORL_API iterator
+    {
+    public:
+        virtual ~iterator();
+        virtual bool apply(const string& name, const RefPtr<VScriptFunctor>& functor) = 0;
+    };
+
     VScriptable();
     VScriptable(const VScriptable& other);
     VScriptable& operator=(const VScriptable& other);
     virtual ~VScriptable();
 
-private:
-    struct Functors;
+    /// Puts a functor in the place of an earlier one of the name. \return the functor.
+    RefPtr<VScriptFunctor> insertFunctor(const string& name, const RefPtr<VScriptFunctor>& functor);
+    void removeFunctor(const string& name);
+    RefPtr<VScriptFunctor> findFunctor(const string& name) const; ///< null if there is none
+    unsigned long long nFunctors() const;
 
-    const std::unique_ptr<Functors> functors_;
+    /// Visits the functors in the order of names. \return whether the walk reached the end.
+    bool iterate(iterator& visitor);
+
+private:
+    using Table = std::map<string, RefPtr<VScriptFunctor>>;
+
+    const std::unique_ptr<Table> functors_;
 };
 
 } // namespace Quorl

@@ -1,0 +1,34 @@
+#include <quorl/modules/ZelmSaver.h>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::ZelmSaver>;
+} // namespace Tolmen
+
+namespace Quorl
+{
+
+ZelmSaver::ZelmSaver(const string& suffix) : extension(suffix) {}
+ZelmSaver::~ZelmSaver() = default;
+
+bool ZelmSaver::Save(const string& file)
+{
+    const string written = file; // `file` may be `lastFile`, and the format may change that
+    if (!saveAndTouch(written)) return false;
+    lastFile = written;
+    return true;
+}
+
+bool ZelmSaver::autosave()
+{
+    return !lastFile.empty() && saveAndTouch(lastFile);
+}
+
+bool ZelmSaver::saveAndTouch(const string& file)
+{
+    if (!save(file)) return false;
+    touch();
+    return true;
+}
+
+} // namespace Quorl
