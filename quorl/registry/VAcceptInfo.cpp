@@ -21,4 +21,20 @@ VAcceptInfo::VAcceptInfo(const std::type_info& outputType,
 
 VAcceptInfo::~VAcceptInfo() = default;
 
+void VAcceptInfo::accept_info_check(const string& /*name*/, const std::type_info& /*type*/) {}
+void VAcceptInfo::accept_info_check_yes(const string& /*name*/, const std::type_info& /*type*/) {}
+void VAcceptInfo::accept_info_check_no(const string& /*name*/, const std::type_info& /*type*/) {}
+
+VAcceptInfoList operator&(const VAcceptInfoList& list, const string& text)
+{
+    for (const RefPtr<VAcceptInfo>& info : list) info->suffix += text;
+    return list;
+}
+
+VAcceptInfoList operator*(const VAcceptInfoList& list, double factor)
+{
+    for (const RefPtr<VAcceptInfo>& info : list) info->weight *= factor;
+    return list;
+}
+
 } // namespace Quorl
