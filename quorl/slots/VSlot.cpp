@@ -1,6 +1,7 @@
 #include <quorl/slots/VSlot.h>
 
 #include <quorl/objects/VObject.h> // an object makes the inputs of its slots
+#include <quorl/registry/VCreatorBase.h>
 #include <quorl/registry/VManagedObject.h>
 #include <quorl/slots/VInputClass.h>
 #include <quorl/slots/VParameter.h>
@@ -116,7 +117,9 @@ RefPtr<VObject> VSlot::createInput(const WeakPtr<VInputCreatorBase>& inputCreato
                                    const string& name, Tolmen::Intercube& context)
 {
     const RefPtr<VObject> object = Owner;
-    return object ? object->createInput(inputCreator, this, name, context) : RefPtr<VObject>();
+    const WeakPtr<VCreatorBase> creator = inputCreator;
+    if (!object || !creator) return {};
+    return object->createInput(creator, this, name, context);
 }
 
 } // namespace Quorl

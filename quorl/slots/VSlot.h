@@ -74,7 +74,7 @@ public:
     static WeakPtr<VManagedObjectBase> getVObjectPtr(VObject* object); ///< null for null
 
     /// Has the owner make and attach a new upstream object for this slot.
-    /// \return null if the owner is no `VObject`, or could not.
+    /// \return null if the owner is no `VObject`, if the creator makes no objects, or could not.
     RefPtr<VObject> createInput(const WeakPtr<VInputCreatorBase>& inputCreator, const string& name,
                                 Tolmen::Intercube& context);
 

@@ -233,6 +233,12 @@ public:
                                            const RefPtr<VParameter>& destination,
                                            const string& name, int expertLevel);
 
+    /// The first input, by level, then by name, whose parameter may be replaced by `parameter`: of
+    /// its type, without a constraint against it, and allowed by `allowParameterReplacement`.
+    /// Whether it is connected does not matter.
+    /// \return null if there is none, and for a null parameter.
+    RefPtr<VSlot> findReplaceableSlot(const RefPtr<VParameter>& parameter);
+
     /// Attaches what the propagating inputs show to the inputs of `other` with the same name and
     /// type. Prints a reminder on standard output.
     /// \return the number of attachments, objections included; 0 for a dead `other`.
