@@ -1,12 +1,23 @@
 #include <quorl/objects/VObject.h>
 
+#include <quorl/foundation/Typename.h>
+#include <quorl/objects/VObjectParametersFunctor.h>
+#include <quorl/registry/VAcception.h>
+#include <quorl/registry/VCreatorBase.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/slots/VSlot.h>
+#include <quorl/tasks/VScheduler.h> // objects are put on the list there
 
 #include <cstdio>
 
 namespace Quorl
 {
+namespace
+{
+
+constexpr char kEndOfBaseName = 30; // the character behind which the registry and creators add
+
+} // namespace
 
 template class VManagedDomainObject<VObject>;
 
@@ -17,18 +28,78 @@ VObject::ExecutionStatus::ExecutionStatus(unsigned statusNumber, const string& m
 
 VObject::ExecutionStatus::~ExecutionStatus() = default;
 
+VObject::OutputObjectIterator::~OutputObjectIterator() = default;
+VObjectIterator::~VObjectIterator() = default;
+
 VObject::VObject(const string& wantedName, int givenPriority,
                  const RefPtr<VCreationPreferences>& preferences)
     : VManagedDomainObject<VObject>(wantedName, givenPriority), CreationPreferences(preferences)
 {
     insert(wantedName, givenPriority);
+    insertFunctor("getNumberOfParameters",
+                  RefPtr<VScriptFunctor>(new VObjectParametersFunctor(WeakVObjectPtr(this))));
 }
 
 VObject::~VObject() = default;
 
+bool VObject::schedule(double precision, const RefPtr<ValuePool>& pool)
+{
+    return VScheduler::schedule(RefPtr<VObject>(this), precision, pool);
+}
+
+const char* VObject::gimp_icon() const
+{
+    return nullptr;
+}
+
+const char* VObject::xpm_icon() const
+{
+    return nullptr;
+}
+
+RefPtr<VObject> VObject::copy() const
+{
+    return {};
+}
+
+string VObject::type_key() const
+{
+    return Tolmen::Typename(typeid(*this));
+}
+
 string VObject::CreateParameterName(const string& parameterName) const
 {
     return getName() + "." + parameterName;
+}
+
+string VObject::BaseName() const
+{
+    return BaseName(getName());
+}
+
+string VObject::BaseName(const string& objectName)
+{
+    return Tolmen::MutableName::BaseName(objectName, kEndOfBaseName);
+}
+
+string VObject::createChildname(const string& /*childName*/) const
+{
+    return {};
+}
+
+string VObject::makeChildname(const VCreatorBase& /*creator*/, const string& /*childName*/) const
+{
+    return {};
+}
+
+void VObject::setCreator(const WeakPtr<VCreatorBase>& creator)
+{
+    Creator = creator;
+}
+
+string VObject::CreatorName() const
+{
+    return Creator ? Creator->getName() : string();
 }
 
 void VObject::remove()
@@ -47,11 +118,9 @@ bool VObject::remove(const string& objectName)
     return true;
 }
 
-RefPtr<VObject> VObject::createInput(const WeakPtr<VInputCreatorBase>& /*creator*/,
-                                     const RefPtr<VSlot>& /*slot*/, const string& /*name*/,
-                                     Tolmen::Intercube& /*context*/)
+std::list<VAcception> VObject::accept(const RefPtr<VObject>& /*candidate*/) const
 {
-    return {}; // no creator can make objects yet
+    return {};
 }
 
 } // namespace Quorl

@@ -18,7 +18,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <set>
+#include <typeinfo>
+#include <utility>
 
 namespace Quorl
 {
@@ -65,22 +68,33 @@ public:
         string text;
     };
 
+    /// What `help` tells; any other number is the plain description.
+    enum HelpType : int
+    {
+        HelpPlain = 0,
+        HelpURL = 1,
+        HelpOrigin = 2,
+        HelpRichName = 4,
+    };
+
+    /// Visits outputs, or inputs, of other objects; true goes on.
+    class QUORL_API OutputObjectIterator
+    {
+    public:
+        virtual ~OutputObjectIterator();
+        virtual bool apply(const RefPtr<VObject>& object, const std::type_info& type,
+                           const RefPtr<VSlot>& slot) = 0;
+    };
+
+    using ObjectAndSlot = std::pair<RefPtr<VObject>, RefPtr<VSlot>>;
+
     /// Enters the object in the registry, which may change its name to a free one.
     VObject(const string& name, int priority, const RefPtr<VCreationPreferences>& preferences);
     ~VObject() override;
 
     using VConnectable::attach;
-
-    /// The full name of a parameter of this object.
-    virtual string CreateParameterName(const string& parameterName) const;
-
-    /// Tells the observers of the action channel, then leaves the registry. The object lives on
-    /// until its last owner goes.
-    void remove();
-
-    /// Removes the object of that name, then tells the observers. Prints a warning each time.
-    /// \return whether there was one.
-    static bool remove(const string& name);
+    using VManagedObject::iterate;
+    using VScriptable::iterate;
 
     // Being brought up to date
 
@@ -121,12 +135,113 @@ public:
     void enableRequestProcessing();  ///< from now on downstream objects ask this one
     void disableRequestProcessing(); ///< and no more; a direct request still works
 
-    /// Makes and attaches an upstream object for an input of this object.
-    /// \return null if there is none.
-    RefPtr<VObject> createInput(const WeakPtr<VInputCreatorBase>& creator,
-                                const RefPtr<VSlot>& slot, const string& name,
-                                Tolmen::Intercube& context);
+    /// Has `VScheduler` run this object, in its coming `execute`. \return whether in that one; see
+    /// `VScheduler::schedule`.
+    bool schedule(double precision, const RefPtr<ValuePool>& pool);
 
+    // What it is
+
+    virtual const char* gimp_icon() const; ///< null by default; owned by the class
+    virtual const char* xpm_icon() const;  ///< null by default; owned by the class
+
+    /// A description for people: HTML, except for the plain one and the address.
+    virtual string help(HelpType type) const;
+
+    /// A copy of the object; null, the default, if it cannot be copied.
+    virtual RefPtr<VObject> copy() const;
+
+    virtual string type_key() const; ///< the readable name of the dynamic type
+
+    /// The full name of a parameter of this object.
+    virtual string CreateParameterName(const string& parameterName) const;
+
+    string BaseName() const; ///< the name without what was added to make it unique
+    static string BaseName(const string& objectName);
+
+    /// Deliberate: both are empty. Children are named by their creators.
+    string createChildname(const string& childName) const;
+    string makeChildname(const VCreatorBase& creator, const string& childName) const;
+
+    void setCreator(const WeakPtr<VCreatorBase>& creator);
+    string CreatorName() const; ///< empty if the creator is gone
+
+    /// Tells the observers of the action channel, then leaves the registry. The object lives on
+    /// until its last owner goes.
+    void remove();
+
+    /// Removes the object of that name, then tells the observers. Prints a warning each time.
+    /// \return whether there was one.
+    static bool remove(const string& name);
+
+    // What is around it. The walks over the registry are linear in the number of objects.
+
+    /// Shows all outputs of a type, of all objects in the registry, by priority.
+    /// \return the number of outputs shown, the one that ended the walk included.
+    static int findOutputObjects(const std::type_info& type, OutputObjectIterator& visitor);
+
+    /// The output parameter of that type which some object of the registry has, the first of them
+    /// by priority.
+    /// \param preferences not used.
+    /// \param unique whether several candidates are as good as none.
+    static RefPtr<VParameter>
+    findUniqueOutputObject(const std::type_info& type,
+                           const RefPtr<VCreationPreferences>& preferences, bool unique);
+
+    /// Visits the objects behind the inputs up to a level, once for each input, with the input's
+    /// type and slot.
+    void iterateParents(VObjectIterator& visitor, int maxExpertLevel) const;
+
+    /// Visits the objects of the registry with an input that shows an output of this object, except
+    /// itself, with the output's type and the first such input.
+    /// \return the number of outputs that were looked at, not of visits.
+    int iterateChildren(OutputObjectIterator& visitor) const;
+
+    // Making what comes upstream of it
+
+    /// Has a creator make an object for an input, and attaches its first output of that type.
+    /// `context` is told the slot (`VActionNotifier::CreationSource`).
+    /// \return the new object, also if it could not be attached; null if there is none, and for a
+    /// null slot or a dead creator.
+    RefPtr<VObject> createInput(const WeakPtr<VCreatorBase>& creator, const RefPtr<VSlot>& slot,
+                                const string& name, Tolmen::Intercube& context);
+
+    /// Behind a successful `createInput`; does nothing.
+    /// \param slotParameter what the slot showed before.
+    virtual void InputCreation(const RefPtr<VParameter>& slotParameter,
+                               const RefPtr<VObject>& newObject,
+                               const RefPtr<VParameter>& newParameter);
+
+    /// The same with the creator that scores best for the input's type; `context` is told the
+    /// preferences.
+    /// \return an `AttachErrorCode`; -1 also for an empty slot, and if nothing could be made.
+    int attachNewObject(const RefPtr<VSlot>& slot, const string& name,
+                        const Tolmen::Intercube& context,
+                        const RefPtr<VCreationPreferences>& preferences);
+
+    /// Makes an object of its own, called `name` and the slot's name, that shows what an input
+    /// shows, and provides it unless another object does, which is said on standard output. This
+    /// object stays as it is.
+    /// \return null if the slot shows nothing.
+    RefPtr<VObject> extractSlot(const RefPtr<VSlot>& slot, const Tolmen::Intercube& context,
+                                const string& name) const;
+
+    // Making what comes downstream of it
+
+    /// Connects an output of this object, or else the interface of `info`, to an input of a child.
+    /// The child is initialised with that slot.
+    /// \return the child and the slot; an empty pair if it did not work. Then the subscribers of
+    /// the action channel are warned of a child that refuses; that there is nothing to connect is
+    /// said on standard output.
+    ObjectAndSlot connectChild(const RefPtr<VObject>& child, const RefPtr<VAcceptInfo>& info);
+    ObjectAndSlot connectAsChild(const RefPtr<VObject>& child, const VAcception& acception);
+
+    /// Has a creator make a child in the way that it accepted, and connects it. A child that
+    /// refuses the connection stays in the registry.
+    ObjectAndSlot createChild(const VAcception& acception, const Tolmen::Intercube& context);
+
+    std::list<VAcception> accept(const RefPtr<VObject>& candidate) const; ///< Deliberate: empty.
+
+    static string HelpServer; ///< the address of the help server, without a slash at its end
     static std::int32_t
         VERBOSE_REQUEST; ///< how much requests tell on standard output; 0 is nothing
 
@@ -141,5 +256,15 @@ public:
 };
 
 extern template class VManagedDomainObject<VObject>;
+
+/// Visits the objects upstream of another, with the input that takes something from them; true goes
+/// on.
+class QUORL_API VObjectIterator
+{
+public:
+    virtual ~VObjectIterator();
+    virtual bool apply(const RefPtr<VObject>& object, const std::type_info& type,
+                       const RefPtr<VSlot>& slot) = 0;
+};
 
 } // namespace Quorl
