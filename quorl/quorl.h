@@ -38,6 +38,9 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
+#include <quorl/kit/TypedSlot.h>
+#include <quorl/kit/VCreator.h>
+#include <quorl/kit/ValueTraits.h>
 #include <quorl/modules/LoadVModule.h>
 #include <quorl/modules/VSaveable.h>
 #include <quorl/modules/ZelmSaver.h>

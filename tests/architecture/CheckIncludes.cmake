@@ -12,6 +12,7 @@ set(order_objects 4)
 set(order_registry 5)
 set(order_modules 6)
 set(order_tasks 6)
+set(order_kit 7)
 
 set(exceptions
     # The kernel's and the foundation's declarations stand on nothing.

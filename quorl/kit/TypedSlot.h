@@ -1,0 +1,128 @@
+#pragma once
+
+#include <quorl/Forward.h>
+#include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Typename.h>
+#include <quorl/objects/VObject.h>
+#include <quorl/registry/VCreationPreferences.h>
+#include <quorl/slots/VSlot.h>
+#include <quorl/slots/VSlotGlobals.h>
+#include <quorl/slots/VValueParameter.h>
+
+#include <optional>
+
+namespace Quorl
+{
+
+/// The preferences of a parameter that has a value of its own in each context.
+inline RefPtr<VCreationPreferences> perContext()
+{
+    return RefPtr<VCreationPreferences>(new VCreationPreferences("local"));
+}
+
+/// A slot that an object declares as a member, with values of the type `T`. Use `InputSlot` and
+/// `OutputSlot`:
+///
+///     const InputSlot<Field> heights{*this, "heights"};
+///     const InputSlot<double> azimuth{*this, "azimuth", 315.0, perContext()};
+///     const OutputSlot<Field> shade{*this, "shade"};
+///
+/// It must not outlive its object.
+template <class T>
+class TypedSlot
+{
+public:
+    /// What stands here in the context of a request.
+    /// \throws VObject::ExecutionStatus, which ends the update as failed, if that is no `T`.
+    T operator()(const VRequest& request) const;
+
+    /// The same in a pool, or the default for a null one; nothing if there is no `T`.
+    /// That is told to `VSlotGlobals::assertionFail`.
+    std::optional<T> read(const RefPtr<ValuePool>& pool) const;
+
+    const RefPtr<VSlot>& slot() const { return slot_; }
+
+protected:
+    static RefPtr<VParameter> makeParameter(VSlotContainer& owner, const string& name,
+                                            const T& initial,
+                                            const RefPtr<VCreationPreferences>& preferences);
+
+    RefPtr<VSlot> slot_;
+};
+
+/// An input with a parameter of its own, in whose place another's can be plugged.
+template <class T>
+class InputSlot : public TypedSlot<T>
+{
+public:
+    /// \param initial what stands here until something is set or plugged in.
+    /// \param preferences of the parameter; with the word "local" it has a value in each context.
+    /// \param expertLevel lower means more basic.
+    InputSlot(VSlotContainer& owner, const string& name, const T& initial = T(),
+              const RefPtr<VCreationPreferences>& preferences = {}, int expertLevel = 0)
+    {
+        this->slot_ = owner.addParameter(
+            name, expertLevel, this->makeParameter(owner, name, initial, preferences), false);
+    }
+};
+
+/// An output of an object: what it computes, by default in each context for itself.
+template <class T>
+class OutputSlot : public TypedSlot<T>
+{
+public:
+    OutputSlot(VSlotContainer& owner, const string& name, const T& initial = T(),
+               const RefPtr<VCreationPreferences>& preferences = perContext())
+    {
+        const RefPtr<VParameter> parameter = this->makeParameter(owner, name, initial, preferences);
+        owner.registerOutput(parameter, name);
+        this->slot_ = owner.findOutputSlot(parameter);
+    }
+
+    /// Gives the output its value in the context of a request, tells whoever follows it, and makes
+    /// it younger than all that is.
+    void set(const VRequest& request, const T& datum) const { set(request.Pool, datum); }
+
+    /// The same in a pool, or for all contexts with a null one.
+    void set(const RefPtr<ValuePool>& pool, const T& datum) const
+    {
+        const RefPtr<VParameter>& parameter = this->slot_->Parameter;
+        const RefPtr<VTypedValueBase<T>> value = parameter->getValue(pool, "");
+        value->setValue(datum);
+        parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
+    }
+};
+
+template <class T>
+std::optional<T> TypedSlot<T>::read(const RefPtr<ValuePool>& pool) const
+{
+    const RefPtr<VTypedValueBase<T>> value = slot_->getValueBase(pool);
+    T datum{};
+    if (value && value->getValue(datum)) return datum;
+    VSlotGlobals::assertionFail(slot_, typeid(T));
+    return std::nullopt;
+}
+
+template <class T>
+T TypedSlot<T>::operator()(const VRequest& request) const
+{
+    constexpr unsigned kFailed = 5;
+    if (std::optional<T> datum = read(request.Pool)) return *datum;
+    throw VObject::ExecutionStatus(kFailed, "The slot " + slot_->Name + " shows " +
+                                                Tolmen::Typename(slot_->getType()) + ", not " +
+                                                Tolmen::Typename(typeid(T)) + ".");
+}
+
+template <class T>
+RefPtr<VParameter> TypedSlot<T>::makeParameter(VSlotContainer& owner, const string& name,
+                                               const T& initial,
+                                               const RefPtr<VCreationPreferences>& preferences)
+{
+    const RefPtr<VParameter> parameter(
+        new VValueParameter<T>(RefPtr<VValue<T>>(new VValue<T>(initial)), name, preferences));
+    parameter->setCreator(&owner);
+    if (preferences && preferences->contains("local")) parameter->Localize();
+    return parameter;
+}
+
+} // namespace Quorl
