@@ -1,7 +1,6 @@
 #pragma once
 
-#include <quorl/Forward.h>
-#include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Interface.h>
 #include <quorl/objects/VObject.h>
 
 #include <utility>
@@ -10,11 +9,13 @@
 namespace Geoid
 {
 
-/// What ran, in the order in which it did. Keeps the objects alive.
-class Journal
+/// What ran under a request that it is attached to, in the order in which it did. Keeps the objects
+/// alive.
+class Journal final : public Tolmen::Interface<Journal>
 {
 public:
-    void note(const Quorl::RefPtr<Quorl::VObject>& object) { runs_.push_back(object); }
+    /// An update function: notes the object in the journal of the request, if there is one.
+    static bool noteRun(Quorl::VObject* object, Quorl::VRequest& request, double precision);
 
     /// Gives what was noted since the last call.
     std::vector<Quorl::RefPtr<Quorl::VObject>> take() { return std::exchange(runs_, {}); }

@@ -1,5 +1,12 @@
 #include "network/Network.h"
 
+#include "GeoidError.h"
+
+#include <quorl/registry/VAcceptInfo.h>
+#include <quorl/registry/VCreatorBase.h>
+#include <quorl/slots/VParameter.h>
+#include <quorl/slots/VSlot.h>
+#include <quorl/values/VValueTrait.h>
 #include <quorl/values/ValuePool.h>
 
 #include <algorithm>
@@ -11,6 +18,9 @@ namespace
 {
 
 using Quorl::RefPtr;
+using Quorl::VCreatorBase;
+using Quorl::VManagedObject;
+using Quorl::VObject;
 using Quorl::VSlotContainer;
 
 std::string text(double number)
@@ -21,40 +31,56 @@ std::string text(double number)
 } // namespace
 
 Network::Network(const std::filesystem::path& gridFile)
-    : steps_{new GridReader(journal_),   new RegionSampler(journal_), new Smoother(journal_),
-             new Hillshader(journal_),   new Colourer(journal_),      new ContourTracer(journal_),
-             new PictureWriter(journal_)}
 {
-    connect("reader", "grid", "region", "grid");
-    connect("region", "heights", "smoothing", "heights");
-    connect("smoothing", "smoothed", "hillshade", "heights");
-    connect("smoothing", "smoothed", "colours", "heights");
-    connect("smoothing", "smoothed", "contours", "heights");
-    connect("colours", "colours", "picture", "colours");
-    connect("colours", "map", "picture", "map");
-    connect("hillshade", "shade", "picture", "shade");
-    connect("hillshade", "light", "picture", "light");
-    connect("contours", "contours", "picture", "contours");
+    make("reader", "Grid/Reader");
+    make("region", "Grid/Region");
+    make("smoothing", "Grid/Smoothing");
+    make("hillshade", "Grid/Hillshade");
+    make("colours", "Picture/Colours");
+    make("contours", "Grid/Contours");
+    make("picture", "Picture/Writer");
 
-    // A parameter that is no output can be shared as well: the picture tells how it was smoothed.
-    find("picture")->attach(findInput("picture", "sigma"), findInput("smoothing", "sigma"), "");
+    connect("reader", "region");
+    connect("region", "smoothing");
+    for (const char* const drawing : {"hillshade", "colours", "contours"})
+    {
+        connect("smoothing", drawing);
+        connect(drawing, "picture");
+    }
+    share("smoothing", "picture", "sigma"); // the picture tells how it was smoothed
 
     setEverywhere("reader", "file", gridFile.string());
 }
 
 Network::~Network()
 {
-    for (const RefPtr<Step>& step : steps_) step->remove();
+    for (const RefPtr<VObject>& step : steps_) step->remove();
 }
 
-void Network::connect(const std::string& from, const std::string& output, const std::string& to,
-                      const std::string& input)
+void Network::make(const std::string& name, const std::string& creator)
 {
-    const RefPtr<Quorl::VSlot> slot = find(from)->getOutput(output);
-    const auto code = find(to)->attach(findInput(to, input),
-                                       slot ? slot->Parameter : RefPtr<Quorl::VParameter>(), "");
+    const RefPtr<VCreatorBase> found =
+        VManagedObject::find(typeid(Quorl::VInputCreatorBase), creator);
+    if (!found) throw GeoidError("there is no creator " + creator);
+    steps_.push_back(found->create(name, Tolmen::Intercube()));
+    steps_.back()->insertUpdateFunction(&Journal::noteRun);
+}
+
+/// In all ways in which the creator of the child accepts the parent.
+void Network::connect(const std::string& parent, const std::string& child)
+{
+    const RefPtr<VCreatorBase> creator = find(child)->Creator;
+    for (const RefPtr<Quorl::VAcceptInfo>& way : creator->accept(find(parent)))
+        if (!find(parent)->connectChild(find(child), way).second)
+            throw GeoidError(child + " does not take " + way->name + " of " + parent);
+}
+
+/// Lets an object use the parameter of another.
+void Network::share(const std::string& from, const std::string& to, const std::string& parameter)
+{
+    const auto code = find(to)->attach(parameter, *find(from), parameter);
     if (code != VSlotContainer::AttachOk)
-        throw GeoidError(from + "." + output + " to " + to + "." + input + ": " +
+        throw GeoidError(from + "." + parameter + " to " + to + ": " +
                          VSlotContainer::AttachErrorCodeMessage(code));
 }
 
@@ -83,10 +109,11 @@ std::vector<Run> Network::request(const std::string& context)
     const RefPtr<Quorl::ValuePool> pool = Quorl::ValuePool::getValuePool(context);
     if (!pool) throw GeoidError("there is no context " + context);
     Quorl::VRequest request(pool, false);
+    request.addInterface(journal_);
     find("picture")->init_request(request, 1.0);
 
     std::vector<Run> runs;
-    for (const RefPtr<Quorl::VObject>& object : journal_.take())
+    for (const RefPtr<VObject>& object : journal_->take())
         runs.push_back({object->getName(), object->age(pool).stamp()});
     return runs;
 }
@@ -108,7 +135,7 @@ void Network::setEverywhere(const std::string& object, const std::string& parame
 void Network::set(const RefPtr<Quorl::ValuePool>& pool, const std::string& object,
                   const std::string& parameter, const std::string& newText)
 {
-    const RefPtr<Quorl::VParameter> found = findInput(object, parameter);
+    const RefPtr<Quorl::VParameter> found = find(object)->getParameter(parameter);
     if (!found) throw GeoidError(object + " has no parameter " + parameter);
     if (!found->setValueFromText(newText, pool, "", true, {}, nullptr, nullptr))
         throw GeoidError(found->Name() + " cannot be \"" + newText + "\"");
@@ -131,21 +158,15 @@ std::vector<std::string> Network::objects() const
 {
     std::vector<std::string> names;
     names.reserve(steps_.size());
-    for (const RefPtr<Step>& step : steps_) names.push_back(step->getName());
+    for (const RefPtr<VObject>& step : steps_) names.push_back(step->getName());
     return names;
 }
 
-const RefPtr<Step>& Network::find(const std::string& object) const
+const RefPtr<VObject>& Network::find(const std::string& object) const
 {
     const auto step = std::ranges::find(steps_, object, [](const auto& s) { return s->getName(); });
     if (step == steps_.end()) throw GeoidError("there is no object " + object);
     return *step;
-}
-
-RefPtr<Quorl::VParameter> Network::findInput(const std::string& object,
-                                             const std::string& parameter) const
-{
-    return find(object)->getParameter(parameter);
 }
 
 } // namespace Geoid

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Hillshade.h"
 #include "Region.h"
 #include "network/Journal.h"
-#include "network/Steps.h"
 
 #include <filesystem>
 #include <string>
@@ -63,16 +63,15 @@ public:
     std::vector<std::string> objects() const;
 
 private:
-    void connect(const std::string& from, const std::string& output, const std::string& to,
-                 const std::string& input);
+    void make(const std::string& name, const std::string& creator);
+    void connect(const std::string& parent, const std::string& child);
+    void share(const std::string& from, const std::string& to, const std::string& parameter);
     void set(const Quorl::RefPtr<Quorl::ValuePool>& pool, const std::string& object,
              const std::string& parameter, const std::string& text);
-    const Quorl::RefPtr<Step>& find(const std::string& object) const;
-    Quorl::RefPtr<Quorl::VParameter> findInput(const std::string& object,
-                                               const std::string& parameter) const;
+    const Quorl::RefPtr<Quorl::VObject>& find(const std::string& object) const;
 
-    Journal journal_;
-    std::vector<Quorl::RefPtr<Step>> steps_;
+    const Quorl::RefPtr<Journal> journal_{new Journal};
+    std::vector<Quorl::RefPtr<Quorl::VObject>> steps_;
     std::vector<Quorl::RefPtr<Quorl::ValuePool>> pools_;
 };
 

@@ -14,42 +14,48 @@
 namespace Geoid
 {
 
-void GridReader::compute(const Quorl::VRequest& request)
+bool GridReader::update(Quorl::VRequest& request, double /*precision*/)
 {
     grid_.set(request, readGtx(file_(request)));
+    return true;
 }
 
-void RegionSampler::compute(const Quorl::VRequest& request)
+bool RegionSampler::update(Quorl::VRequest& request, double /*precision*/)
 {
     const Region region{west_(request), east_(request), south_(request), north_(request)};
     heights_.set(request, resample(grid_(request), region, width_(request), height_(request)));
+    return true;
 }
 
-void Smoother::compute(const Quorl::VRequest& request)
+bool Smoother::update(Quorl::VRequest& request, double /*precision*/)
 {
     smoothed_.set(request, smooth(heights_(request), sigma_(request)));
+    return true;
 }
 
-void Hillshader::compute(const Quorl::VRequest& request)
+bool Hillshader::update(Quorl::VRequest& request, double /*precision*/)
 {
     const Light light{azimuth_(request), altitude_(request), exaggeration_(request)};
     shade_.set(request, hillshade(heights_(request), light));
     light_.set(request, light);
+    return true;
 }
 
-void Colourer::compute(const Quorl::VRequest& request)
+bool Colourer::update(Quorl::VRequest& request, double /*precision*/)
 {
     const ColourMap map(low_(request), high_(request));
     colours_.set(request, map.paint(heights_(request)));
     map_.set(request, map);
+    return true;
 }
 
-void ContourTracer::compute(const Quorl::VRequest& request)
+bool ContourTracer::update(Quorl::VRequest& request, double /*precision*/)
 {
     contours_.set(request, traceContours(heights_(request), interval_(request)));
+    return true;
 }
 
-void PictureWriter::compute(const Quorl::VRequest& request)
+bool PictureWriter::update(Quorl::VRequest& request, double /*precision*/)
 {
     const Field shade = shade_(request);
     const LinearImage shaded = shadeColours(
@@ -57,6 +63,7 @@ void PictureWriter::compute(const Quorl::VRequest& request)
     const LinearImage map = drawContours(shaded, contours_(request), {});
     const Caption caption{title_(request), subtitle(request)};
     writePng(frameMap(encode(map), shade.region, map_(request), caption), file_(request));
+    return true;
 }
 
 std::string PictureWriter::subtitle(const Quorl::VRequest& request) const

@@ -1,124 +1,125 @@
 #pragma once
 
-#include "network/Step.h"
 #include "network/Values.h"
 
+#include <quorl/kit/TypedSlot.h>
+
 /// The seven steps from a grid file to a picture. Angles are in degrees, heights in metres.
+///
+/// What a step cannot do is thrown as GeoidError, through all requests that wait for it.
 namespace Geoid
 {
 
+using Quorl::InputSlot;
+using Quorl::OutputSlot;
+using Quorl::perContext;
+
 /// Reads a grid file.
-class GridReader final : public Step
+class GridReader final : public Quorl::VObject
 {
 public:
-    explicit GridReader(Journal& journal) : Step("reader", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<std::string> file_{*this, "file", Scope::Everywhere};
-    const Output<Grid> grid_{*this, "grid"};
+    const InputSlot<std::string> file_{*this, "file"};
+    const OutputSlot<Grid> grid_{*this, "grid"};
 };
 
 /// Lays a region out in pixels.
-class RegionSampler final : public Step
+class RegionSampler final : public Quorl::VObject
 {
 public:
-    explicit RegionSampler(Journal& journal) : Step("region", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<Grid> grid_{*this, "grid", Scope::PerContext};
-    const Input<double> west_{*this, "west", Scope::PerContext, -180.0};
-    const Input<double> east_{*this, "east", Scope::PerContext, 180.0};
-    const Input<double> south_{*this, "south", Scope::PerContext, -90.0};
-    const Input<double> north_{*this, "north", Scope::PerContext, 90.0};
-    const Input<int> width_{*this, "width", Scope::PerContext, 1440};  // pixels
-    const Input<int> height_{*this, "height", Scope::PerContext, 720}; // pixels
-    const Output<Field> heights_{*this, "heights"};
+    const InputSlot<Grid> grid_{*this, "grid", {}, perContext()};
+    const InputSlot<double> west_{*this, "west", -180.0, perContext()};
+    const InputSlot<double> east_{*this, "east", 180.0, perContext()};
+    const InputSlot<double> south_{*this, "south", -90.0, perContext()};
+    const InputSlot<double> north_{*this, "north", 90.0, perContext()};
+    const InputSlot<int> width_{*this, "width", 1440, perContext()};  // pixels
+    const InputSlot<int> height_{*this, "height", 720, perContext()}; // pixels
+    const OutputSlot<Field> heights_{*this, "heights"};
 };
 
 /// Takes the finest detail away.
-class Smoother final : public Step
+class Smoother final : public Quorl::VObject
 {
 public:
-    explicit Smoother(Journal& journal) : Step("smoothing", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<Field> heights_{*this, "heights", Scope::PerContext};
-    const Input<double> sigma_{*this, "sigma", Scope::Everywhere, 0.5};
-    const Output<Field> smoothed_{*this, "smoothed"};
+    const InputSlot<Field> heights_{*this, "heights", {}, perContext()};
+    const InputSlot<double> sigma_{*this, "sigma", 0.5};
+    const OutputSlot<Field> smoothed_{*this, "smoothed"};
 };
 
 /// Lights the heights as if they were mountains.
-class Hillshader final : public Step
+class Hillshader final : public Quorl::VObject
 {
 public:
-    explicit Hillshader(Journal& journal) : Step("hillshade", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<Field> heights_{*this, "heights", Scope::PerContext};
-    const Input<double> azimuth_{*this, "azimuth", Scope::PerContext, 315.0};
-    const Input<double> altitude_{*this, "altitude", Scope::PerContext, 45.0};
-    const Input<double> exaggeration_{*this, "exaggeration", Scope::PerContext, 20000.0};
-    const Output<Field> shade_{*this, "shade"};
-    const Output<Light> light_{*this, "light"};
+    const InputSlot<Field> heights_{*this, "heights", {}, perContext()};
+    const InputSlot<double> azimuth_{*this, "azimuth", 315.0, perContext()};
+    const InputSlot<double> altitude_{*this, "altitude", 45.0, perContext()};
+    const InputSlot<double> exaggeration_{*this, "exaggeration", 20000.0, perContext()};
+    const OutputSlot<Field> shade_{*this, "shade"};
+    const OutputSlot<Light> light_{*this, "light"};
 };
 
 /// Colours the heights.
-class Colourer final : public Step
+class Colourer final : public Quorl::VObject
 {
 public:
-    explicit Colourer(Journal& journal) : Step("colours", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<Field> heights_{*this, "heights", Scope::PerContext};
-    const Input<double> low_{*this, "low", Scope::PerContext, -110.0};
-    const Input<double> high_{*this, "high", Scope::PerContext, 90.0};
-    const Output<LinearImage> colours_{*this, "colours"};
-    const Output<ColourMap> map_{*this, "map"};
+    const InputSlot<Field> heights_{*this, "heights", {}, perContext()};
+    const InputSlot<double> low_{*this, "low", -110.0, perContext()};
+    const InputSlot<double> high_{*this, "high", 90.0, perContext()};
+    const OutputSlot<LinearImage> colours_{*this, "colours"};
+    const OutputSlot<ColourMap> map_{*this, "map"};
 };
 
 /// Finds the lines of equal height.
-class ContourTracer final : public Step
+class ContourTracer final : public Quorl::VObject
 {
 public:
-    explicit ContourTracer(Journal& journal) : Step("contours", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
-
-    const Input<Field> heights_{*this, "heights", Scope::PerContext};
-    const Input<double> interval_{*this, "interval", Scope::PerContext, 10.0};
-    const Output<ContourSet> contours_{*this, "contours"};
+    const InputSlot<Field> heights_{*this, "heights", {}, perContext()};
+    const InputSlot<double> interval_{*this, "interval", 10.0, perContext()};
+    const OutputSlot<ContourSet> contours_{*this, "contours"};
 };
 
 /// Puts colours, shade and contours together, frames them, and writes the picture.
-class PictureWriter final : public Step
+class PictureWriter final : public Quorl::VObject
 {
 public:
-    explicit PictureWriter(Journal& journal) : Step("picture", journal) {}
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
 
 private:
-    void compute(const Quorl::VRequest& request) override;
     std::string subtitle(const Quorl::VRequest& request) const;
 
-    const Input<LinearImage> colours_{*this, "colours", Scope::PerContext};
-    const Input<ColourMap> map_{*this, "map", Scope::PerContext};
-    const Input<Field> shade_{*this, "shade", Scope::PerContext};
-    const Input<Light> light_{*this, "light", Scope::PerContext};
-    const Input<ContourSet> contours_{*this, "contours", Scope::PerContext};
-    const Input<double> sigma_{*this, "sigma", Scope::Everywhere}; // the smoothing's, to be told
-    const Input<double> contrast_{*this, "contrast", Scope::Everywhere, 0.8};
-    const Input<std::string> title_{*this, "title", Scope::PerContext};
-    const Input<std::string> file_{*this, "file", Scope::PerContext};
+    const InputSlot<LinearImage> colours_{*this, "colours", {}, perContext()};
+    const InputSlot<ColourMap> map_{*this, "map", {}, perContext()};
+    const InputSlot<Field> shade_{*this, "shade", {}, perContext()};
+    const InputSlot<Light> light_{*this, "light", {}, perContext()};
+    const InputSlot<ContourSet> contours_{*this, "contours", {}, perContext()};
+    const InputSlot<double> sigma_{*this, "sigma"}; // the smoothing's, to be told
+    const InputSlot<double> contrast_{*this, "contrast", 0.8};
+    const InputSlot<std::string> title_{*this, "title", {}, perContext()};
+    const InputSlot<std::string> file_{*this, "file", {}, perContext()};
 };
 
 } // namespace Geoid
