@@ -2,9 +2,9 @@
 
 #include <quorl/registry/VCreatorBaseInfo.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <limits>
 
 namespace Tolmen
 {
@@ -37,15 +37,18 @@ bool VCreatorMap::remove(const string& name)
 void VCreatorMap::addPriority(int priority, const string& name)
 {
     const auto line = priorities.emplace(priority, name);
+    linesByName_.emplace(std::pair(name, priority), line);
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
 void VCreatorMap::removePriority(const string& name)
 {
-    const auto line = std::ranges::find(priorities, name, &std::pair<const int, string>::second);
-    if (line == priorities.end()) return;
-    for (PriorityWalk* const walk : walks_) walk->leave(line);
-    priorities.erase(line);
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    const auto first = linesByName_.lower_bound(std::pair(name, kLowest));
+    if (first == linesByName_.end() || first->first.first != name) return;
+    for (PriorityWalk* const walk : walks_) walk->leave(first->second);
+    priorities.erase(first->second);
+    linesByName_.erase(first);
 }
 
 PriorityWalk::PriorityWalk(VCreatorMap& domain, int from)

@@ -10,6 +10,7 @@
 #include <list>
 #include <map>
 #include <typeinfo>
+#include <utility>
 
 namespace Quorl
 {
@@ -51,10 +52,16 @@ public:
     /// The object of that name; null if there is none that is alive.
     RefPtr<VManagedObjectBase> liveCreator(const string& name) const;
 
-    std::multimap<int, string> priorities; ///< equal ones in the order of insertion
+    /// Equal ones in the order of insertion. Changed by `addPriority` and `removePriority` alone.
+    std::multimap<int, string> priorities;
 
 private:
     friend class PriorityWalk;
+    using Line = std::multimap<int, string>::const_iterator;
+
+    // The lines of each name in the order in which they stand in the index, so that the first is
+    // found without a walk.
+    std::multimap<std::pair<string, int>, Line> linesByName_;
 
     std::list<PriorityWalk*> walks_; // under way; not owned
 };
