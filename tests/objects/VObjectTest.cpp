@@ -134,15 +134,5 @@ TEST(VObject, BelongsToADomainThatIsThereFromTheStart)
         testing::ExitedWithCode(7), "");
 }
 
-TEST(VObject, MakesNoInputsWithoutCreators)
-{
-    QuorlTest::Network network;
-    const auto object = network.node("object");
-    const auto slot = object->input("x");
-    Tolmen::Intercube context;
-
-    EXPECT_FALSE(slot->createInput(WeakPtr<VInputCreatorBase>(), "new", context));
-}
-
 } // namespace
 } // namespace Quorl
