@@ -1,11 +1,13 @@
 #pragma once
 
+#include <quorl/Export.h>
 #include <quorl/foundation/Forward.h>
 
 #include <string>
 
 /// Declarations of the kernel, and the root of the handles of each of its classes: with this header
-/// alone, `RefPtr<VObject>` can be named, copied and dropped.
+/// alone, `RefPtr<VObject>` can be named, copied and dropped. They are exported here already, or
+/// what templates make of a class that is only declared would be hidden.
 namespace Quorl
 {
 
@@ -14,96 +16,96 @@ using Tolmen::Ageable;
 using Tolmen::RefPtr;
 using Tolmen::WeakPtr;
 
-class ApplicationQuitter;
-class DownloadHandler;
-struct lessValueSetPtr;
-class NotifiedValueIterator;
-struct Task;
-class TypedSlotCreator;
-class VAcceptInfo;
-class VAcception;
-class VAcceptList;
-class VActionNotifier;
-class ValueActionBase;
-class ValueCache;
-class ValueMap;
-class ValueNotifier;
-class ValueNotifierList;
-class ValuePool;
-class ValuePoolCreator;
-class ValuePoolProvider;
-class ValueSet;
-class ValueShadowIterator;
-class VConnectable;
-class VConnectionValidator;
-class VConnectionValidatorList;
-class VContext;
-class VCreationPreferences;
-class VCreatorBase;
-class VCreatorBaseInfo;
-class VCreatorCategory;
-class VCreatorMap;
-class VCreatorProperties;
-class VDataFlowGraph;
-class VGlobals;
-class VGraph;
-class VInputBase;
+class QUORL_API ApplicationQuitter;
+class QUORL_API DownloadHandler;
+struct QUORL_API lessValueSetPtr;
+class QUORL_API NotifiedValueIterator;
+struct QUORL_API Task;
+class QUORL_API TypedSlotCreator;
+class QUORL_API VAcceptInfo;
+class QUORL_API VAcception;
+class QUORL_API VAcceptList;
+class QUORL_API VActionNotifier;
+class QUORL_API ValueActionBase;
+class QUORL_API ValueCache;
+class QUORL_API ValueMap;
+class QUORL_API ValueNotifier;
+class QUORL_API ValueNotifierList;
+class QUORL_API ValuePool;
+class QUORL_API ValuePoolCreator;
+class QUORL_API ValuePoolProvider;
+class QUORL_API ValueSet;
+class QUORL_API ValueShadowIterator;
+class QUORL_API VConnectable;
+class QUORL_API VConnectionValidator;
+class QUORL_API VConnectionValidatorList;
+class QUORL_API VContext;
+class QUORL_API VCreationPreferences;
+class QUORL_API VCreatorBase;
+class QUORL_API VCreatorBaseInfo;
+class QUORL_API VCreatorCategory;
+class QUORL_API VCreatorMap;
+class QUORL_API VCreatorProperties;
+class QUORL_API VDataFlowGraph;
+class QUORL_API VGlobals;
+class QUORL_API VGraph;
+class QUORL_API VInputBase;
 class VInputClass;
-class VInputClassRecognition;
-class VInputCreatorBase;
-class VLoader;
-class VLoaderInfo;
-class VLogger;
-class VManagedObject;
-class VManagedObjectBase;
-class VManagedObjectIterator;
-class VModule;
-class VObject;
-class VObjectAge;
-class VObjectException;
-class VObjectIterator;
-class VObjectUserInfo;
-class VOutputIterator;
-class VParameter;
-class VParameterConnectionConstraint;
-class VParameterObjectCreator;
-class VRequest;
-class VSaveable;
-class VScheduler;
-class VScriptable;
-class VScriptFunctor;
-class VScriptParameters;
-class VScriptTypedValue;
-class VScriptValue;
-class VSkale;
-class VSlot;
-class VSlotContainer;
-class VSlotIterator;
-class VSlotSet;
-class VStateCreatorBase;
-class VTask;
-class VTaskMessage;
-class VThreadCreator;
-class VThreadManager;
-class VTraceRequestID;
-class VUndoAction;
-class VUndoStack;
-class VValueBase;
-class VValueCreator;
-class ZelmSaver;
+class QUORL_API VInputClassRecognition;
+class QUORL_API VInputCreatorBase;
+class QUORL_API VLoader;
+class QUORL_API VLoaderInfo;
+class QUORL_API VLogger;
+class QUORL_API VManagedObject;
+class QUORL_API VManagedObjectBase;
+class QUORL_API VManagedObjectIterator;
+class QUORL_API VModule;
+class QUORL_API VObject;
+class QUORL_API VObjectAge;
+class QUORL_API VObjectException;
+class QUORL_API VObjectIterator;
+class QUORL_API VObjectUserInfo;
+class QUORL_API VOutputIterator;
+class QUORL_API VParameter;
+class QUORL_API VParameterConnectionConstraint;
+class QUORL_API VParameterObjectCreator;
+class QUORL_API VRequest;
+class QUORL_API VSaveable;
+class QUORL_API VScheduler;
+class QUORL_API VScriptable;
+class QUORL_API VScriptFunctor;
+class QUORL_API VScriptParameters;
+class QUORL_API VScriptTypedValue;
+class QUORL_API VScriptValue;
+class QUORL_API VSkale;
+class QUORL_API VSlot;
+class QUORL_API VSlotContainer;
+class QUORL_API VSlotIterator;
+class QUORL_API VSlotSet;
+class QUORL_API VStateCreatorBase;
+class QUORL_API VTask;
+class QUORL_API VTaskMessage;
+class QUORL_API VThreadCreator;
+class QUORL_API VThreadManager;
+class QUORL_API VTraceRequestID;
+class QUORL_API VUndoAction;
+class QUORL_API VUndoStack;
+class QUORL_API VValueBase;
+class QUORL_API VValueCreator;
+class QUORL_API ZelmSaver;
 
 template <class T>
-class VManagedDomainObject;
+class QUORL_TEMPLATE_API VManagedDomainObject;
 template <class T, class Base>
-class VInputCreator;
+class QUORL_TEMPLATE_API VInputCreator;
 template <class T>
-class TypedValueCreator;
+class QUORL_TEMPLATE_API TypedValueCreator;
 template <class T>
-class VTypedValueBase;
+class QUORL_TEMPLATE_API VTypedValueBase;
 template <class T>
-class VValue;
+class QUORL_TEMPLATE_API VValue;
 template <class T>
-class VValueParameter;
+class QUORL_TEMPLATE_API VValueParameter;
 template <class T>
 struct VValueTrait;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <quorl/foundation/Export.h>
+
 #include <cstdint>
 #include <string>
 
@@ -11,7 +13,7 @@ namespace Tolmen
 using std::string;
 
 struct Referer;
-class SpeakPtr;
+class TOLMEN_API SpeakPtr;
 
 template <class T>
 class ReferenceBase;
@@ -22,17 +24,17 @@ class WeakPtrImpl;
 template <class T, class B>
 class StrongPtr;
 
-class Ageable;
-class Attributes;
-class Cacheable;
-class ChunkBase;
+class TOLMEN_API Ageable;
+class TOLMEN_API Attributes;
+class TOLMEN_API Cacheable;
+class TOLMEN_API ChunkBase;
 class Counter;
-class Intercube;
-class InterfaceBase;
-class InterfaceIterationParameter;
-class StringList;
-class TypeInfo;
-class mutex;
+class TOLMEN_API Intercube;
+class TOLMEN_API InterfaceBase;
+class TOLMEN_API InterfaceIterationParameter;
+class TOLMEN_API StringList;
+class TOLMEN_API TypeInfo;
+class TOLMEN_API mutex;
 
 template <class T>
 class TypedChunkBase;
