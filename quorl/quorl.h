@@ -38,10 +38,14 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
+#include <quorl/kit/Module.h>
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
 #include <quorl/kit/ValueTraits.h>
-#include <quorl/modules/LoadVModule.h>
+#include <quorl/modules/VCreatorCache.h>
+#include <quorl/modules/VInitialization.h>
+#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModules.h>
 #include <quorl/modules/VSaveable.h>
 #include <quorl/modules/ZelmSaver.h>
 #include <quorl/objects/RequestExecutor.h>

@@ -1,45 +1,22 @@
 #include <quorl/foundation/StringFile.h>
 
+#include <quorl/foundation/BinaryFile.h>
+
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 namespace Tolmen
 {
-namespace
-{
-
-using LengthBytes = std::array<unsigned char, 8>;
-
-LengthBytes littleEndian(std::uint64_t number)
-{
-    LengthBytes bytes;
-    for (unsigned char& byte : bytes)
-    {
-        byte = static_cast<unsigned char>(number & 0xFF);
-        number >>= 8;
-    }
-    return bytes;
-}
-
-std::uint64_t fromLittleEndian(const LengthBytes& bytes)
-{
-    std::uint64_t number = 0;
-    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) number = number << 8 | *byte;
-    return number;
-}
-
-} // namespace
 
 std::string fgetstring(std::FILE* file)
 {
     constexpr std::uint64_t kBlock = 65536;
-    LengthBytes bytes{};
-    if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return {};
+    std::uint64_t missing = 0;
+    fgetnumber(missing, file);
 
     std::string text;
-    for (std::uint64_t missing = fromLittleEndian(bytes); missing > 0;)
+    while (missing > 0)
     {
         const auto wanted = static_cast<std::size_t>(std::min(missing, kBlock));
         const std::size_t before = text.size();
@@ -54,8 +31,7 @@ std::string fgetstring(std::FILE* file)
 
 bool fputstring(const std::string& text, std::FILE* file)
 {
-    const LengthBytes bytes = littleEndian(text.size());
-    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
+    return fputnumber(std::uint64_t{text.size()}, file) &&
            std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 

@@ -1,19 +1,19 @@
 #include <quorl/foundation/VGlobals.h>
 
+#include <quorl/modules/VModule.h> // completes the record of a module
 #include <quorl/values/ValuePool.h>
 #include <quorl/values/ValuePoolCreator.h>
 
 namespace Quorl
 {
 
-/// What is known of a module file.
-struct VGlobals::ModuleInfo
-{
-};
-
 VGlobals::VGlobals() : modules(new ModuleTable) {}
 
-VGlobals::~VGlobals() = default;
+/// The tables end before the registry does, and so would the modules' code before their objects.
+VGlobals::~VGlobals()
+{
+    VModule::keepAllLoaded();
+}
 
 VGlobals& VGlobals::theGlobals()
 {

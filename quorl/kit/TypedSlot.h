@@ -3,6 +3,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Typename.h>
+#include <quorl/modules/VModule.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreationPreferences.h>
 #include <quorl/slots/VSlot.h>
@@ -19,6 +20,27 @@ inline RefPtr<VCreationPreferences> perContext()
 {
     return RefPtr<VCreationPreferences>(new VCreationPreferences("local"));
 }
+
+/// The parameter of a slot of the kit. It takes its values out of the pools when it ends, so that
+/// none is left behind there whose type belongs to a module; and its copies keep that module
+/// loaded, as it does itself.
+template <class T>
+class SlotParameter final : public VValueParameter<T>
+{
+public:
+    using VValueParameter<T>::VValueParameter;
+    ~SlotParameter() override { this->removeAllShadows(); }
+
+    RefPtr<VParameter> copy() const override
+    {
+        const RefPtr<SlotParameter> copied(
+            new SlotParameter(RefPtr<VValue<T>>(this->newValue()), this->name, this->preferences));
+        copied->local = this->local;
+        if (this->local) copied->copyShadows(this);
+        if (const auto hold = this->findInterface(typeid(VModuleHold))) copied->addInterface(hold);
+        return copied;
+    }
+};
 
 /// A slot that an object declares as a member, with values of the type `T`. Use `InputSlot` and
 /// `OutputSlot`:
@@ -119,7 +141,7 @@ RefPtr<VParameter> TypedSlot<T>::makeParameter(VSlotContainer& owner, const stri
                                                const RefPtr<VCreationPreferences>& preferences)
 {
     const RefPtr<VParameter> parameter(
-        new VValueParameter<T>(RefPtr<VValue<T>>(new VValue<T>(initial)), name, preferences));
+        new SlotParameter<T>(RefPtr<VValue<T>>(new VValue<T>(initial)), name, preferences));
     parameter->setCreator(&owner);
     if (preferences && preferences->contains("local")) parameter->Localize();
     return parameter;

@@ -2,12 +2,17 @@
 
 #include <quorl/Forward.h>
 #include <quorl/foundation/TypeInfo.h>
+#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/services/VActionNotifier.h>
+#include <quorl/slots/VParameter.h>
+#include <quorl/slots/VSlot.h>
 
 #include <concepts>
+#include <functional>
 #include <vector>
 
 namespace Quorl
@@ -52,6 +57,7 @@ public:
     ~VCreator() override;
 
     /// Makes an object that is ready for requests, and tells the subscribers of the action channel.
+    /// The module that the creator comes from stays loaded for as long as the object lives.
     /// \param name if empty, the identifier.
     RefPtr<VObject> create(const string& name, const Tolmen::Intercube& context) override;
 
@@ -60,6 +66,7 @@ public:
 
 private:
     static VCreatorProperties propertiesOf(const string& key, const CreatorTraits& traits);
+    void keepLoaded(const RefPtr<VObject>& object) const;
 
     const std::vector<Tolmen::TypeInfo> accepts_;
     const std::vector<Tolmen::TypeInfo> provides_;
@@ -91,10 +98,42 @@ RefPtr<VObject> VCreator<Object>::create(const string& wantedName, const Tolmen:
     RefPtr<VObject> object(
         new Object(wantedName.empty() ? element[Name] : wantedName, kObjectPriority, wanted));
     object->setCreator(myself);
+    keepLoaded(object);
     object->initialize();
     object->enableRequestProcessing();
     VActionNotifier::VObjectCreation(object, context, myself);
     return object;
+}
+
+/// The object, and each of its parameters, which others may show when it has ended.
+template <Creatable Object>
+void VCreator<Object>::keepLoaded(const RefPtr<VObject>& object) const
+{
+    const RefPtr<VModule> module = VModules::find(getLoadModule());
+    if (!module) return;
+    const RefPtr<VModuleHold> hold(new VModuleHold(module));
+    object->addInterface(hold);
+    const auto keep = [&](const RefPtr<VSlot>& slot) {
+        if (slot->Parameter && slot->Parameter->creator == object)
+            slot->Parameter->addInterface(hold);
+    };
+    const std::function<bool(const RefPtr<VSlot>&, int)> keepInput = [&](const RefPtr<VSlot>& slot,
+                                                                         int) {
+        keep(slot);
+        return true;
+    };
+    object->iterate_inputs(keepInput);
+    struct KeepOutputs final : VOutputIterator
+    {
+        explicit KeepOutputs(const decltype(keep)& action) : keepSlot(action) {}
+        bool apply(const std::type_info& /*type*/, const RefPtr<VSlot>& slot) override
+        {
+            keepSlot(slot);
+            return true;
+        }
+        const decltype(keep)& keepSlot;
+    } keepOutputs(keep);
+    object->iterateOutputs(keepOutputs, typeid(void));
 }
 
 template <Creatable Object>

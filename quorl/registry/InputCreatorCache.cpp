@@ -1,3 +1,4 @@
+#include <quorl/foundation/BinaryFile.h>
 #include <quorl/foundation/StringFile.h>
 #include <quorl/registry/InputCreatorTables.h>
 #include <quorl/registry/VInputCreatorBase.h>
@@ -8,7 +9,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -19,32 +19,22 @@ namespace
 
 constexpr char kMagic[] = "ZelmInputCreatorCache\n"; // with the zero byte at its end
 
-struct CloseFile
-{
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 /// Reads the items of a cache file one by one. Each answers nothing where the file ends early; no
 /// number in the file is believed beyond what can be read behind it.
 class CacheReader
 {
 public:
-    explicit CacheReader(File file) : file_(std::move(file)) {}
+    explicit CacheReader(Tolmen::OwnedFile file) : file_(std::move(file)) {}
 
     bool readMagic()
     {
         std::array<char, sizeof kMagic> found{};
-        return read(found) && std::ranges::equal(found, kMagic);
+        return std::fread(found.data(), 1, found.size(), file_.get()) == found.size() &&
+               std::ranges::equal(found, kMagic);
     }
 
     std::optional<std::uint64_t> count() { return number<std::uint64_t>(); }
-
-    std::optional<std::int32_t> signedNumber()
-    {
-        const auto bits = number<std::uint32_t>();
-        return bits ? std::optional(std::bit_cast<std::int32_t>(*bits)) : std::nullopt;
-    }
+    std::optional<std::int32_t> signedNumber() { return number<std::int32_t>(); }
 
     std::optional<double> weight()
     {
@@ -56,24 +46,14 @@ public:
     string text() { return Tolmen::fgetstring(file_.get()); }
 
 private:
-    template <class Bytes>
-    bool read(Bytes& bytes)
+    template <class Integer>
+    std::optional<Integer> number()
     {
-        return std::fread(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size();
+        Integer value = 0;
+        return Tolmen::fgetnumber(value, file_.get()) ? std::optional(value) : std::nullopt;
     }
 
-    template <class Unsigned>
-    std::optional<Unsigned> number()
-    {
-        std::array<unsigned char, sizeof(Unsigned)> bytes{};
-        if (!read(bytes)) return std::nullopt;
-        Unsigned value = 0;
-        for (std::size_t place = sizeof(Unsigned); place-- > 0;)
-            value = static_cast<Unsigned>(value << 8 | bytes[place]);
-        return value;
-    }
-
-    File file_;
+    Tolmen::OwnedFile file_;
 };
 
 /// Gives each word of a set its weight.
@@ -144,7 +124,7 @@ bool readGroup(CacheReader& reader)
 
 bool LoadInputCreatorCache(const string& path)
 {
-    File file(std::fopen(path.c_str(), "rb"));
+    Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
     CacheReader reader(std::move(file));
     if (!reader.readMagic()) return false;

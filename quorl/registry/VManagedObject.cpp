@@ -1,6 +1,6 @@
 #include <quorl/registry/VManagedObject.h>
 
-#include <quorl/modules/LoadVModule.h> // a name whose module is not loaded yet loads it
+#include <quorl/modules/VModules.h> // a name whose module is not loaded yet loads it
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 

@@ -1,4 +1,4 @@
-#include <quorl/modules/LoadVModule.h> // tells which modules are loaded
+#include <quorl/modules/VModules.h> // tells which modules are loaded
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 #include <quorl/registry/VManagedObject.h>
@@ -97,7 +97,7 @@ int VManagedObject::iterateModules(const ModuleVisit& visit)
 {
     return walkEntries([&](const VCreatorBaseInfo& info, const string& name) {
         const string module = info.ModuleName;
-        if (!isModuleLoadable(module)) return WalkAnswer::PassOver;
+        if (!VModules::isLoadable(module)) return WalkAnswer::PassOver;
         return visit(module, info.getCreator(), name) ? WalkAnswer::Count : WalkAnswer::Stop;
     });
 }

@@ -1,0 +1,146 @@
+#include <quorl/modules/VModule.h>
+
+#include <quorl/platform/ModuleImage.h>
+#include <quorl/platform/SharedLibrary.h>
+#include <quorl/registry/VManagedObject.h>
+
+#include <utility>
+#include <vector>
+
+namespace Tolmen
+{
+template class ReferenceBase<Quorl::VModule>;
+} // namespace Tolmen
+
+namespace Quorl
+{
+namespace
+{
+
+constexpr const char* kApiWord = "ZELM_API_2017_AUG_07";
+constexpr unsigned kWordText = 1;
+constexpr unsigned kSourceText = 2;
+constexpr std::size_t kMostOfWord = 1023;
+constexpr std::size_t kMostOfSource = 4095;
+
+constinit bool allStayLoaded = false;
+
+/// Closes the quotation, in the place of the line end that some systems' texts have.
+string closed(string text)
+{
+    if (!text.ends_with('\n')) return text + "\"\n";
+    text.resize(text.size() < 2 ? 0 : text.size() - 2);
+    return text + "\" \n";
+}
+
+string loadFailure(const string& path, const string& reason)
+{
+    if (reason.empty()) return "FormatMessage() call failed.";
+    return "Error while loading Zelm plugin\n " + path + " \n\nThe problem is that \"" +
+           closed(reason);
+}
+
+string incompatibility(const string& word, const string& source)
+{
+    const string hint = source.empty()
+                            ? string("\n(No source code information available.)\n")
+                            : "\nThe plugin was created from [" + source + "].\n\nDo \"make -C " +
+                                  source + "\" in the Zelm directory to recompile.\n";
+    return "Incompatible Plugin! Found: " + word +
+           ", but need to have: ZELM_API_2017_AUG_07. The required plugin needs to be "
+           "recompiled.\n" +
+           hint;
+}
+
+std::vector<RefPtr<VModule>>& departing()
+{
+    static auto& modules = *new std::vector<RefPtr<VModule>>; // objects end until the very end
+    return modules;
+}
+
+} // namespace
+
+VModule::VModule(const string& modulePath)
+    : path(modulePath), fileInfo(modulePath), errorText("No error on module " + modulePath)
+{
+    VManagedObject::CurrentLoadModule = path;
+    // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
+    if (isCompatible()) load();
+}
+
+VModule::~VModule()
+{
+    if (library_ && allStayLoaded) library_->stay();
+}
+
+/// Without running any code of the file.
+bool VModule::isCompatible()
+{
+    const Tolmen::Platform::ModuleImage image(path);
+    if (!image.error().empty())
+    {
+        VManagedObject::CurrentLoadModule.clear();
+        errorText = loadFailure(path, image.error());
+        return false;
+    }
+    if (!image.hasTexts())
+    {
+        errorText = "No Zelm version resource information available.\n";
+        return false;
+    }
+    const string word = image.text(kWordText, kMostOfWord);
+    if (word.empty())
+    {
+        errorText = "Could not load version string resource.\n";
+        return false;
+    }
+    sourceInfo = image.text(kSourceText, kMostOfSource);
+    if (word == kApiWord) return true;
+    errorText = incompatibility(word, sourceInfo);
+    return false;
+}
+
+void VModule::load()
+{
+    auto library = std::make_unique<Tolmen::Platform::SharedLibrary>(path);
+    VManagedObject::CurrentLoadModule.clear();
+    if (library->isLoaded())
+        library_ = std::move(library);
+    else
+        errorText = loadFailure(path, library->error());
+}
+
+bool VModule::isValid() const
+{
+    return library_ != nullptr;
+}
+
+void* VModule::getFunction(const string& name) const
+{
+    return library_ ? library_->symbol(name) : nullptr;
+}
+
+bool VModule::haveNewerPlugin() const
+{
+    const Tolmen::FileInfo present(path);
+    return !present.invalid && present.modified > fileInfo.modified;
+}
+
+void VModule::keepAllLoaded()
+{
+    allStayLoaded = true;
+}
+
+VModuleHold::VModuleHold(const RefPtr<VModule>& held) : module(held) {}
+
+VModuleHold::~VModuleHold()
+{
+    departing().push_back(module);
+}
+
+void VModuleHold::letGo()
+{
+    const std::vector<RefPtr<VModule>> modules = std::exchange(departing(), {});
+}
+
+} // namespace Quorl

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <quorl/foundation/Export.h>
+
+#include <string>
+
+namespace Tolmen::Platform
+{
+
+/// A module file, loaded. Unloads it when destroyed; it is gone when its last owner in the process
+/// is.
+///
+/// Some libraries never leave a process, whatever is asked of the system. The next load of such a
+/// file maps a copy of it, so that its initialisers run all the same, and its code is that of the
+/// file as it is then.
+///
+/// Threads: one at a time.
+class TOLMEN_API SharedLibrary
+{
+public:
+    /// Loads the file at `path`: its static initialisers run before this returns. Its symbols are
+    /// its own, and all that it needs must be there.
+    explicit SharedLibrary(const std::string& path);
+    SharedLibrary(SharedLibrary&&) = delete;
+    ~SharedLibrary();
+
+    bool isLoaded() const { return handle_ != nullptr; }
+
+    /// A symbol that the library itself defines; null if it does not, or nothing is loaded.
+    void* symbol(const std::string& name) const;
+
+    const std::string& error() const { return error_; } ///< the system's words; empty if loaded
+
+    /// Leaves it loaded for as long as the process lasts.
+    void stay() { handle_ = nullptr; }
+
+private:
+    const std::string path_;
+    void* handle_ = nullptr; // owned
+    std::string error_;
+};
+
+} // namespace Tolmen::Platform

@@ -1,0 +1,39 @@
+#include <quorl/kit/Module.h>
+#include <quorl/kit/VCreator.h>
+
+#include <stdexcept>
+
+/// Registers a creator, and then does not want to be used: says so, throws, or forgets to tell what
+/// it was built against.
+namespace
+{
+
+class Refused final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+};
+
+Quorl::VCreator<Refused> refused("Refusing/" ZELM_MODULE_STEM);
+
+} // namespace
+
+#if defined(REFUSES)
+ZELM_MODULE(refusing)
+{
+    return false;
+}
+#elif defined(THROWS)
+ZELM_MODULE(throwing)
+{
+    throw std::runtime_error("no");
+}
+#else
+ZELM_PLUGIN_STRINGS("");
+extern "C" __attribute__((visibility("default"))) bool
+initialise(Quorl::VInitialization*) __asm__("ZELM_API_2017_AUG_07__incompatible");
+bool initialise(Quorl::VInitialization* /*initialization*/)
+{
+    return true;
+}
+#endif
