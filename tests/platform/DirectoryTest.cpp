@@ -1,0 +1,86 @@
+#include <quorl/platform/Directory.h>
+#include <quorl/platform/Question.h>
+#include <tests/support/CapturedOutput.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace Tolmen::Platform
+{
+namespace
+{
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Directory : testing::Test
+{
+    Directory()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
+        folder = ::mkdtemp(pattern.data());
+        folder += "/";
+    }
+    ~Directory() override { std::filesystem::remove_all(folder); }
+
+    void write(const std::string& name, const std::string& bytes = "x") const
+    {
+        std::ofstream(folder + name) << bytes;
+    }
+    std::string read(const std::string& name) const
+    {
+        std::string bytes;
+        std::ifstream(folder + name) >> bytes;
+        return bytes;
+    }
+
+    std::string folder;
+};
+
+TEST_F(Directory, GivesNamesInTheOrderOfBytes)
+{
+    for (const char* name : {"b.zelm", "a.zelm", "B.zelm", "a.b.zelm", ".zelm", "x.ZELM", "zelm"})
+        write(name);
+    std::filesystem::create_directory(folder + "folder.zelm");
+
+    EXPECT_THAT(namesIn(folder, ".zelm"),
+                ElementsAre(".zelm", "B.zelm", "a.b.zelm", "a.zelm", "b.zelm", "folder.zelm"));
+}
+
+TEST_F(Directory, GivesNoneOfADirectoryThatCannotBeRead)
+{
+    EXPECT_THAT(namesIn(folder + "absent/", ""), IsEmpty());
+    write("file");
+    EXPECT_THAT(namesIn(folder + "file/", ""), IsEmpty());
+    EXPECT_THAT(namesIn("", ".zelm"), IsEmpty());
+}
+
+TEST_F(Directory, RenamesAFile)
+{
+    write("a", "bytes");
+    EXPECT_TRUE(renameFile(folder + "a", folder + "b"));
+    EXPECT_EQ(read("b"), "bytes");
+    EXPECT_FALSE(std::filesystem::exists(folder + "a"));
+    EXPECT_FALSE(renameFile(folder + "absent", folder + "c"));
+}
+
+TEST_F(Directory, NeverReplacesAFile)
+{
+    write("a", "mine");
+    write("b", "precious");
+    EXPECT_FALSE(renameFile(folder + "a", folder + "b"));
+    EXPECT_EQ(read("a"), "mine");
+    EXPECT_EQ(read("b"), "precious");
+}
+
+TEST(AskOnTerminal, IgnoresSilentlyWithoutATerminal)
+{
+    EXPECT_EQ(QuorlTest::errorOutputOf([] { EXPECT_EQ(askOnTerminal("c", "t"), Ignore); }), "");
+}
+
+} // namespace
+} // namespace Tolmen::Platform

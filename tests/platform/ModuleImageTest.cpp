@@ -1,0 +1,269 @@
+#include <quorl/platform/ModuleImage.h>
+#include <quorl/platform/SharedLibrary.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <elf.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <vector>
+
+namespace Tolmen::Platform
+{
+namespace
+{
+
+const char* const kNoLibrary = "Exec format error";
+
+std::string bytesOf(const std::string& path)
+{
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+std::string builtModule(const std::string& folder, const std::string& stem)
+{
+    return std::string(TEST_MODULES) + "/" + folder + "/" + stem + ".zelm";
+}
+
+struct NoteText
+{
+    std::uint32_t type;
+    std::string owner;
+    std::string text;
+};
+
+std::string padded(std::string bytes, std::size_t alignment = 4)
+{
+    bytes.resize((bytes.size() + alignment - 1) / alignment * alignment);
+    return bytes;
+}
+
+std::string noteBytes(const NoteText& note, std::size_t alignment = 4)
+{
+    const Elf64_Nhdr header{static_cast<Elf64_Word>(note.owner.size()),
+                            static_cast<Elf64_Word>(note.text.size()), note.type};
+    std::string bytes(sizeof header, '\0');
+    std::memcpy(bytes.data(), &header, sizeof header);
+    return bytes + padded(note.owner, alignment) + padded(note.text, alignment);
+}
+
+/// A library of this machine with one segment of notes, and nothing else.
+struct Image
+{
+    Image()
+    {
+        const std::string model = bytesOf(builtModule("version1", "versioned"));
+        std::memcpy(&header, model.data(), sizeof header);
+        header.e_phoff = sizeof header;
+        header.e_phnum = 1;
+        header.e_shoff = 0;
+        header.e_shnum = 0;
+        segment.p_type = PT_NOTE;
+        segment.p_offset = sizeof header + sizeof segment;
+        segment.p_align = 4;
+    }
+
+    std::string bytes() const
+    {
+        Elf64_Phdr placed = segment;
+        if (placed.p_filesz == 0) placed.p_filesz = notes.size();
+        std::string all(sizeof header + sizeof placed, '\0');
+        std::memcpy(all.data(), &header, sizeof header);
+        std::memcpy(all.data() + sizeof header, &placed, sizeof placed);
+        return all + notes;
+    }
+
+    Elf64_Ehdr header = {};
+    Elf64_Phdr segment = {};
+    std::string notes = noteBytes({1, std::string("ZELM\0", 5), "the word"}) +
+                        noteBytes({2, std::string("ZELM\0", 5), "the place"});
+};
+
+struct ModuleImageTest : testing::Test
+{
+    ModuleImageTest()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
+        folder = ::mkdtemp(pattern.data());
+    }
+    ~ModuleImageTest() override { std::filesystem::remove_all(folder); }
+
+    ModuleImage imageOf(const std::string& bytes) const
+    {
+        const std::string path = folder / "image";
+        std::ofstream(path, std::ios::binary) << bytes;
+        return ModuleImage(path);
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST_F(ModuleImageTest, ReadsTheTextsOfAModule)
+{
+    const ModuleImage image(builtModule("version1", "versioned"));
+    EXPECT_EQ(image.error(), "");
+    EXPECT_TRUE(image.hasTexts());
+    EXPECT_EQ(image.text(1, 1023), "ZELM_API_2017_AUG_07");
+    EXPECT_TRUE(image.text(2, 4095).ends_with("tests/modules/files"));
+    EXPECT_EQ(image.text(3, 100), "");
+    EXPECT_EQ(image.text(1, 4), "ZELM");
+}
+
+TEST_F(ModuleImageTest, ReadsNotesThatAreMadeByHand)
+{
+    const ModuleImage image = imageOf(Image().bytes());
+    EXPECT_EQ(image.error(), "");
+    EXPECT_EQ(image.text(1, 100), "the word");
+    EXPECT_EQ(image.text(2, 100), "the place");
+}
+
+TEST_F(ModuleImageTest, TakesTheFirstTextOfANumberUpToItsEnd)
+{
+    Image made;
+    made.notes = noteBytes({1, "OTHER", "not this one"}) +
+                 noteBytes({1, std::string("ZELM\0", 5), std::string("first\0hidden", 12)}) +
+                 noteBytes({1, std::string("ZELM\0", 5), "second"});
+    EXPECT_EQ(imageOf(made.bytes()).text(1, 100), "first");
+
+    made.notes = noteBytes({1, "ZELM", "without the zero byte"});
+    EXPECT_FALSE(imageOf(made.bytes()).hasTexts());
+    made.notes = noteBytes({1, std::string("ZELM\0", 5), ""});
+    EXPECT_TRUE(imageOf(made.bytes()).hasTexts());
+    EXPECT_EQ(imageOf(made.bytes()).text(1, 100), "");
+}
+
+TEST_F(ModuleImageTest, StepsByEightWhereASegmentSaysSo)
+{
+    Image made;
+    made.segment.p_align = 8;
+    made.notes = noteBytes({5, std::string("GNU\0", 4), "x"}, 8) +
+                 noteBytes({1, std::string("ZELM\0", 5), "aligned"}, 8);
+    EXPECT_EQ(imageOf(made.bytes()).text(1, 100), "aligned");
+}
+
+TEST_F(ModuleImageTest, RefusesWhatIsNoLibraryOfThisMachine)
+{
+    const auto refuses = [&](auto&& change) {
+        Image made;
+        change(made);
+        EXPECT_EQ(imageOf(made.bytes()).error(), kNoLibrary);
+    };
+    refuses([](Image& image) { image.header.e_ident[0] = 'M'; });
+    refuses([](Image& image) { image.header.e_ident[EI_CLASS] = ELFCLASS32; });
+    refuses([](Image& image) { image.header.e_ident[EI_DATA] = ELFDATA2MSB; });
+    refuses([](Image& image) { image.header.e_ident[EI_VERSION] = 9; });
+    refuses([](Image& image) { image.header.e_type = ET_EXEC; });
+    refuses([](Image& image) { image.header.e_machine = EM_68K; });
+    refuses([](Image& image) { image.header.e_phentsize = 32; });
+    refuses([](Image& image) { image.header.e_phnum = 0; });
+    refuses([](Image& image) { image.header.e_phnum = 2; });
+    refuses([](Image& image) { image.header.e_phnum = 0xFFFF; });
+    refuses([](Image& image) { image.header.e_phoff = ~std::uint64_t{0}; });
+    refuses([](Image& image) { image.segment.p_offset = ~std::uint64_t{0}; });
+    refuses([](Image& image) { image.segment.p_filesz = ~std::uint64_t{0}; });
+    refuses([](Image& image) { image.segment.p_filesz = image.notes.size() + 1; });
+    refuses([](Image& image) {
+        image.segment.p_type = PT_LOAD;
+        image.segment.p_filesz = 1 << 20;
+    });
+    refuses([](Image& image) {
+        image.header.e_shoff = 64;
+        image.header.e_shnum = 1000;
+    });
+    EXPECT_EQ(imageOf("").error(), kNoLibrary);
+    EXPECT_EQ(imageOf("#!/bin/sh\n").error(), kNoLibrary);
+}
+
+TEST_F(ModuleImageTest, EndsAtANoteThatReachesBeyondItsSegment)
+{
+    for (const std::uint32_t size : {100U, 0x7FFFFFFFU, 0xFFFFFFFDU, 0xFFFFFFFFU})
+        for (const bool ofName : {true, false})
+        {
+            Image made;
+            Elf64_Nhdr broken{ofName ? size : 5, ofName ? 0 : size, 2};
+            std::string bytes(sizeof broken, '\0');
+            std::memcpy(bytes.data(), &broken, sizeof broken);
+            made.notes = noteBytes({1, std::string("ZELM\0", 5), "before"}) + bytes +
+                         padded(std::string("ZELM\0", 5));
+            const ModuleImage image = imageOf(made.bytes());
+            EXPECT_EQ(image.text(1, 100), "before");
+            EXPECT_EQ(image.text(2, 100), "");
+        }
+}
+
+TEST_F(ModuleImageTest, TakesNoNotesOfASegmentThatIsTooLarge)
+{
+    Image made;
+    made.notes.resize((1 << 20) + 4);
+    EXPECT_FALSE(imageOf(made.bytes()).hasTexts());
+    made.notes.resize(1 << 20);
+    EXPECT_TRUE(imageOf(made.bytes()).hasTexts());
+}
+
+TEST_F(ModuleImageTest, RefusesWhatIsNoFile)
+{
+    EXPECT_EQ(ModuleImage((folder / "absent").string()).error(), "No such file or directory");
+    EXPECT_EQ(ModuleImage(folder.string()).error(), "Is a directory");
+    const std::string pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(ModuleImage(pipe).error(), kNoLibrary) << "and does not wait for a writer";
+    EXPECT_EQ(ModuleImage("/dev/null").error(), kNoLibrary);
+}
+
+TEST_F(ModuleImageTest, IsRefusedWhenItIsCutAnywhere)
+{
+    const std::string whole = bytesOf(builtModule("noword", "noword"));
+    for (std::size_t length = 0; length < whole.size(); length += 64)
+        EXPECT_EQ(imageOf(whole.substr(0, length)).error(), kNoLibrary) << length;
+    EXPECT_EQ(imageOf(whole).error(), "");
+}
+
+TEST_F(ModuleImageTest, ReadsAnythingWithoutHarm)
+{
+    const auto seed = std::random_device()();
+    std::mt19937 random(seed);
+    SCOPED_TRACE(seed);
+    const std::string whole = Image().bytes();
+    for (int round = 0; round < 3000; ++round)
+    {
+        std::string bytes = whole;
+        for (auto left = 1 + random() % 8; left > 0; --left)
+            bytes[random() % bytes.size()] = static_cast<char>(random());
+        const ModuleImage image = imageOf(bytes);
+        EXPECT_LE(image.text(1, 1023).size(), whole.size());
+    }
+}
+
+TEST_F(ModuleImageTest, AFileThatNamesItselfWithoutAPathIsLoadedFromHere)
+{
+    const auto before = std::filesystem::current_path();
+    std::filesystem::copy_file(builtModule("nonote", "nonote"), folder / "plain.zelm");
+    std::filesystem::current_path(folder);
+    {
+        const SharedLibrary library("plain.zelm");
+        EXPECT_EQ(library.error(), "");
+        EXPECT_TRUE(library.symbol("answer"));
+    }
+    std::filesystem::current_path(before);
+}
+
+TEST(SharedLibrary, TellsWhyItIsNotLoaded)
+{
+    const SharedLibrary nothing("");
+    EXPECT_FALSE(nothing.isLoaded());
+    EXPECT_EQ(nothing.error(), "No such file or directory");
+    EXPECT_EQ(nothing.symbol("main"), nullptr);
+    EXPECT_FALSE(SharedLibrary("/absent/library").error().empty());
+}
+
+} // namespace
+} // namespace Tolmen::Platform
