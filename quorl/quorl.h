@@ -42,8 +42,11 @@
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
 #include <quorl/kit/ValueTraits.h>
+#include <quorl/modules/DownloadHandler.h>
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VInitialization.h>
+#include <quorl/modules/VLoader.h>
+#include <quorl/modules/VLoaderInfo.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/modules/VSaveable.h>

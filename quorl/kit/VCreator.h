@@ -2,6 +2,7 @@
 
 #include <quorl/Forward.h>
 #include <quorl/foundation/TypeInfo.h>
+#include <quorl/modules/VLoaderInfo.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>
@@ -101,7 +102,8 @@ RefPtr<VObject> VCreator<Object>::create(const string& wantedName, const Tolmen:
     keepLoaded(object);
     object->initialize();
     object->enableRequestProcessing();
-    VActionNotifier::VObjectCreation(object, context, myself);
+    const bool isToldByLoader = static_cast<bool>(context.findInterface(typeid(VLoaderInfo)));
+    if (!isToldByLoader) VActionNotifier::VObjectCreation(object, context, myself);
     return object;
 }
 
