@@ -1,5 +1,5 @@
-# The package: headers as <quorl/...>, two libraries that find each other beside themselves, and a
-# CMake package that gives Quorl::quorl.
+# The package: headers as <quorl/...>, two libraries that find each other beside themselves, a CMake
+# package that gives Quorl::quorl and zelm_add_module, and a file for pkg-config.
 
 include(CMakePackageConfigHelpers)
 
@@ -18,4 +18,11 @@ write_basic_package_version_file(QuorlConfigVersion.cmake COMPATIBILITY SameMino
 install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/QuorlConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/QuorlConfigVersion.cmake
+    cmake/ZelmModule.cmake
     DESTINATION ${QUORL_PACKAGE_DIR})
+
+# Told from where the file stands, so that the installation can be moved.
+file(RELATIVE_PATH QUORL_PREFIX_FROM_PKGCONFIG
+    /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/quorl.pc.in quorl.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quorl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
