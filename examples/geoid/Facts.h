@@ -1,6 +1,6 @@
 #pragma once
 
-#include "network/Network.h"
+#include "Network.h"
 
 #include <set>
 #include <string>

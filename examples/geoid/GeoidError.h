@@ -1,29 +1,16 @@
 #pragma once
 
-#include <filesystem>
 #include <stdexcept>
-#include <string>
 
 namespace Geoid
 {
 
-/// The one failure of this program: a sentence for the person who started it, in one line without
-/// a full stop, which names the file or the parameter at fault. Nothing was changed by the call
-/// that throws it.
+/// A failure of this program: a sentence for the person who started it, in one line without a full
+/// stop. What the modules cannot do they tell in the same form, by an exception of their own.
 class GeoidError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
-
-    /// The failure of something about a file: "'grid.gtx': no such file".
-    static GeoidError about(const std::filesystem::path& path, const std::string& reason)
-    {
-        std::string text = "'";
-        text += path.string();
-        text += "': ";
-        text += reason;
-        return GeoidError(text);
-    }
 };
 
 } // namespace Geoid

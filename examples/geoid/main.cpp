@@ -1,6 +1,7 @@
 #include "Facts.h"
 #include "GeoidError.h"
-#include "network/Network.h"
+#include "Modules.h"
+#include "Network.h"
 
 #include <quorl/objects/VObject.h>
 
@@ -22,10 +23,18 @@ using Geoid::Run;
 
 constexpr int kWrongUse = 2;
 
+std::filesystem::path besideTheProgram(const std::filesystem::path& place)
+{
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    return (program.parent_path() / place).lexically_normal();
+}
+
 struct Options
 {
     std::filesystem::path input = "/usr/share/proj/egm96_15.gtx";
     std::filesystem::path output = ".";
+    std::filesystem::path modules = besideTheProgram("../../modules");
+    std::filesystem::path cache;
     int width = 1440; // pixels of the map of the world
     int verbosity = 0;
 };
@@ -36,10 +45,9 @@ std::vector<Geoid::View> views(const Options& options)
     Geoid::View world;
     world.name = "world";
     world.title = "Geoid of the Earth: height above the ellipsoid (EGM96)";
-    world.region = {-180.0, 180.0, -90.0, 90.0};
     world.width = options.width;
     world.height = options.width / 2;
-    world.light = {315.0, 45.0, 20000.0};
+    world.exaggeration = 20000.0;
     world.low = -110.0;
     world.high = 90.0;
     world.interval = 10.0;
@@ -48,9 +56,12 @@ std::vector<Geoid::View> views(const Options& options)
     Geoid::View india;
     india.name = "india";
     india.title = "Geoid south of India: height above the ellipsoid (EGM96)";
-    india.region = {50.0, 100.0, -20.0, 30.0};
+    india.west = 50.0;
+    india.east = 100.0;
+    india.south = -20.0;
+    india.north = 30.0;
     india.width = india.height = options.width * 5 / 8;
-    india.light = {315.0, 45.0, 18000.0};
+    india.exaggeration = 18000.0;
     india.low = -110.0;
     india.high = 0.0;
     india.interval = 5.0;
@@ -117,7 +128,9 @@ int run(const Options& options)
     checkOutput(options.output, wanted);
     Quorl::VObject::VERBOSE_REQUEST = options.verbosity;
 
+    const Geoid::Modules modules(options.modules, options.cache);
     Network network(options.input);
+    std::printf("Modules: %d files, of which %d were opened.\n", modules.files(), modules.opened());
     for (const Geoid::View& view : wanted) network.addContext(view);
     const bool allHold = demonstrate(network);
     for (const Geoid::View& view : wanted) std::printf("%s\n", view.picture.c_str());
@@ -147,6 +160,11 @@ int main(int argc, char** argv)
     app.add_option("-o,--output", options.output,
                    "the folder for world.png and india.png, which are replaced")
         ->capture_default_str();
+    app.add_option("-m,--modules", options.modules, "the folder of the modules")
+        ->capture_default_str();
+    app.add_option("-c,--cache", options.cache,
+                   "a file that tells later starts what is in the modules, so that they open those "
+                   "alone that they need; written if it is not there");
     app.add_option("-w,--width", options.width, "of the map of the world, in pixels")
         ->check(CLI::Range(64, 8192))
         ->capture_default_str();

@@ -23,7 +23,11 @@ set(exceptions
     "foundation/VGlobals.h -> Forward.h"
     # Export macros stand on nothing, either.
     "platform/CalendarTime.h -> foundation/Export.h"
+    "platform/Directory.h -> foundation/Export.h"
     "platform/FileStatus.h -> foundation/Export.h"
+    "platform/ModuleImage.h -> foundation/Export.h"
+    "platform/Question.h -> foundation/Export.h"
+    "platform/SharedLibrary.h -> foundation/Export.h"
     # The table of input classes is a field of the process-wide tables; it stands on std alone.
     "foundation/VGlobals.h -> slots/VInputClass.h"
     # A slot container is a list of validators, and a branch of a managed object.
