@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <unordered_map>
 
 namespace Quorl
 {
@@ -28,11 +29,26 @@ std::int32_t shortSize(const FileStatus& status)
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(status.size));
 }
 
+/// Looks at each file once, however many creators its module has.
+class ModuleFiles
+{
+public:
+    const FileStatus& status(const string& path)
+    {
+        const auto [entry, isNew] = known_.try_emplace(path);
+        if (isNew) entry->second = fileStatus(path);
+        return entry->second;
+    }
+
+private:
+    std::unordered_map<string, FileStatus> known_;
+};
+
 // Writing
 
-void writeEntry(const string& name, const string& module, std::FILE* file)
+void writeEntry(const string& name, const string& module, ModuleFiles& files, std::FILE* file)
 {
-    const FileStatus status = fileStatus(module);
+    const FileStatus& status = files.status(module);
     if (!status.exists)
     {
         std::printf("MODULE [%s] DOES NOT EXIST\n", module.c_str());
@@ -46,7 +62,7 @@ void writeEntry(const string& name, const string& module, std::FILE* file)
     fputnumber(status.modifiedSeconds, file);
 }
 
-void writeDomain(const string& domain, const VCreatorMap& map, std::FILE* file)
+void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& files, std::FILE* file)
 {
     fputstring(domain, file);
     std::printf("** MODULE CACHE REGISTRY FOR DOMAIN [%s] ***\n", domain.c_str());
@@ -58,7 +74,7 @@ void writeDomain(const string& domain, const VCreatorMap& map, std::FILE* file)
     }
     fputnumber(std::uint64_t{map.size()}, file);
     for (const auto& [name, info] : map)
-        if (info) writeEntry(name, info->ModuleName, file);
+        if (info) writeEntry(name, info->ModuleName, files, file);
 }
 
 // Reading. Deliberate: a number that cannot be read is 0, and the end of the file is not looked at,
@@ -82,9 +98,8 @@ struct CachedEntry
 };
 
 /// Says why not, if the module's file is not the one that was cached.
-bool isOfPresentFile(const CachedEntry& entry)
+bool isOfPresentFile(const CachedEntry& entry, const FileStatus& status)
 {
-    const FileStatus status = fileStatus(entry.module);
     const char* const module = entry.module.c_str();
     if (!status.exists)
         std::printf("  CACHED MODULE [%s] DOES NOT EXIST\n", module);
@@ -126,7 +141,8 @@ void enter(const CachedEntry& entry, VCreatorMap& map)
 
 /// \param map null if the domain is not there.
 /// \return whether the domain goes on behind the entry.
-bool readEntry(std::uint64_t index, const string& domain, VCreatorMap* map, std::FILE* file)
+bool readEntry(std::uint64_t index, const string& domain, VCreatorMap* map, ModuleFiles& files,
+               std::FILE* file)
 {
     CachedEntry entry;
     entry.name = fgetstring(file);
@@ -139,7 +155,7 @@ bool readEntry(std::uint64_t index, const string& domain, VCreatorMap* map, std:
     }
     Tolmen::fgetnumber(entry.size, file);
     Tolmen::fgetnumber(entry.modifiedSeconds, file);
-    if (!isOfPresentFile(entry)) return true;
+    if (!isOfPresentFile(entry, files.status(entry.module))) return true;
     if (map)
         enter(entry, *map);
     else
@@ -167,7 +183,7 @@ void passOverPriorities(std::FILE* file)
     }
 }
 
-void readDomain(std::FILE* file)
+void readDomain(ModuleFiles& files, std::FILE* file)
 {
     const string domain = fgetstring(file);
     std::printf("Investigating [%s]\n", domain.c_str());
@@ -177,7 +193,7 @@ void readDomain(std::FILE* file)
     const std::uint64_t count = readCount(file);
     std::printf("Creators: %d\n", static_cast<int>(count));
     for (std::uint64_t index = 0; index < count; ++index)
-        if (!readEntry(index, domain, map, file)) return;
+        if (!readEntry(index, domain, map, files, file)) return;
 }
 
 } // namespace
@@ -186,9 +202,10 @@ bool SaveVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "wb"));
     if (!file) return false;
+    ModuleFiles files;
     fputnumber(std::uint64_t{VCreatorTypes().size()}, file.get());
     for (const auto& [type, map] : VCreatorTypes())
-        if (map) writeDomain(Tolmen::Typename(type.get()), *map, file.get());
+        if (map) writeDomain(Tolmen::Typename(type.get()), *map, files, file.get());
     return true;
 }
 
@@ -196,12 +213,13 @@ bool LoadVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
+    ModuleFiles files;
     const std::uint64_t domains = readCount(file.get());
     std::printf("TypeEntries: %d\n", static_cast<int>(domains));
     for (std::uint64_t number = 0; number < domains; ++number)
     {
         if (number >= kMostDomainsBehindTheEnd && std::feof(file.get()) != 0) break;
-        readDomain(file.get());
+        readDomain(files, file.get());
     }
     return true;
 }

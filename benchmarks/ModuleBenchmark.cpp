@@ -1,0 +1,241 @@
+#include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/VCreatorCache.h>
+#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModules.h>
+#include <quorl/registry/VCreatorBaseInfo.h>
+#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VInputCreatorBase.h>
+
+#include <benchmark/benchmark.h>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// The start of a program with 200 modules of five creators each. Beside it, what the system alone
+/// takes for the same files.
+
+namespace QuorlBenchmark
+{
+namespace
+{
+
+using Quorl::RefPtr;
+using Quorl::VManagedObject;
+
+constexpr int kModules = 200;
+constexpr int kCreators = 5 * kModules;
+
+/// What the kernel says goes nowhere while this lives.
+class Silence
+{
+public:
+    Silence()
+    {
+        std::fflush(stdout);
+        before_ = ::dup(STDOUT_FILENO);
+        const int nowhere = ::open("/dev/null", O_WRONLY);
+        ::dup2(nowhere, STDOUT_FILENO);
+        ::close(nowhere);
+    }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+    ~Silence()
+    {
+        std::fflush(stdout);
+        ::dup2(before_, STDOUT_FILENO);
+        ::close(before_);
+    }
+
+private:
+    int before_;
+};
+
+std::vector<std::string> modulePaths()
+{
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(BENCHMARK_MODULES))
+        paths.push_back(std::string(BENCHMARK_MODULES) + "/" + entry.path().filename().string());
+    std::ranges::sort(paths);
+    return paths;
+}
+
+int creators()
+{
+    int count = 0;
+    for (const auto& [name, info] : *Quorl::VCreators(typeid(Quorl::VInputCreatorBase)))
+        if (name.starts_with(BENCHMARK_MODULES)) ++count;
+    return count;
+}
+
+/// As if none had ever been known.
+void forgetModules()
+{
+    struct LeaveItems final : VManagedObject::VRemoveItem
+    {
+        void removeItem(const std::string& /*module*/,
+                        const RefPtr<VManagedObject>& /*item*/) override
+        {
+        }
+    } remover;
+    auto& table = *Quorl::VGlobals::theGlobals().modules;
+    for (auto& [path, info] : table) Quorl::UnloadVModule(path, remover);
+    table.clear();
+    std::vector<std::string> names;
+    for (const auto& [name, info] : *Quorl::VCreators(typeid(Quorl::VInputCreatorBase)))
+        if (name.starts_with(BENCHMARK_MODULES)) names.push_back(name);
+    for (const std::string& name : names)
+        VManagedObject::remove(typeid(Quorl::VInputCreatorBase), name);
+}
+
+/// A cache of all modules.
+std::string cacheFile()
+{
+    static const std::string path =
+        (std::filesystem::temp_directory_path() / "quorl-benchmark.cache").string();
+    const Silence silence;
+    Quorl::openModules(BENCHMARK_MODULES);
+    Quorl::SaveVCreatorMapTypes(path);
+    forgetModules();
+    return path;
+}
+
+void BM_CountModules(benchmark::State& state)
+{
+    for (auto _ : state)
+        if (Quorl::openModules(BENCHMARK_MODULES, nullptr, true) != kModules)
+            state.SkipWithError("not all modules were counted");
+}
+
+void BM_ListFiles(benchmark::State& state)
+{
+    for (auto _ : state) benchmark::DoNotOptimize(modulePaths().data());
+}
+
+void BM_LoadModules(benchmark::State& state)
+{
+    const Silence silence;
+    for (auto _ : state)
+    {
+        Quorl::openModules(BENCHMARK_MODULES);
+        state.PauseTiming();
+        if (creators() != kCreators) state.SkipWithError("not all creators came");
+        forgetModules();
+        state.ResumeTiming();
+    }
+}
+
+/// The static initialisers register the creators here as well.
+void BM_DynamicLoad(benchmark::State& state)
+{
+    const Silence silence;
+    for (auto _ : state)
+    {
+        std::vector<void*> handles;
+        for (const std::string& path : modulePaths())
+        {
+            VManagedObject::CurrentLoadModule = path;
+            handles.push_back(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+        }
+        state.PauseTiming();
+        VManagedObject::CurrentLoadModule.clear();
+        if (creators() != kCreators) state.SkipWithError("not all creators came");
+        for (void* const handle : handles) ::dlclose(handle);
+        forgetModules();
+        state.ResumeTiming();
+    }
+}
+
+void BM_CachedStart(benchmark::State& state)
+{
+    const std::string cache = cacheFile();
+    const Silence silence;
+    for (auto _ : state)
+    {
+        Quorl::LoadVCreatorMapTypes(cache);
+        Quorl::openModules(BENCHMARK_MODULES);
+        state.PauseTiming();
+        const auto& table = *Quorl::VGlobals::theGlobals().modules;
+        for (const auto& [path, info] : table)
+            if (info.module) state.SkipWithError("a module was loaded");
+        if (creators() != kCreators) state.SkipWithError("not all creators are known");
+        forgetModules();
+        state.ResumeTiming();
+    }
+}
+
+void BM_StatAndRead(benchmark::State& state)
+{
+    const std::string cache = cacheFile();
+    const std::vector<std::string> paths = modulePaths();
+    std::vector<char> bytes(std::filesystem::file_size(cache));
+    for (auto _ : state)
+    {
+        std::FILE* const file = std::fopen(cache.c_str(), "rb");
+        if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size())
+            state.SkipWithError("the cache was not read");
+        std::fclose(file);
+        for (const std::string& path : paths)
+        {
+            struct stat status = {};
+            if (::stat(path.c_str(), &status) != 0) state.SkipWithError("a module is missing");
+            benchmark::DoNotOptimize(&status);
+        }
+        benchmark::DoNotOptimize(bytes.data());
+    }
+}
+
+void BM_FirstFind(benchmark::State& state)
+{
+    const std::string cache = cacheFile();
+    const std::string name = modulePaths()[kModules / 2] + "/Third";
+    const Silence silence;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        Quorl::LoadVCreatorMapTypes(cache);
+        state.ResumeTiming();
+        if (!VManagedObject::find(typeid(Quorl::VInputCreatorBase), name))
+            state.SkipWithError("the creator did not come");
+        state.PauseTiming();
+        forgetModules();
+        state.ResumeTiming();
+    }
+}
+
+void BM_FirstLoad(benchmark::State& state)
+{
+    const Silence silence;
+    const std::string path = modulePaths()[kModules / 2];
+    for (auto _ : state)
+    {
+        VManagedObject::CurrentLoadModule = path;
+        void* const handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        state.PauseTiming();
+        VManagedObject::CurrentLoadModule.clear();
+        ::dlclose(handle);
+        forgetModules();
+        state.ResumeTiming();
+    }
+}
+
+BENCHMARK(BM_CountModules)->Name("200 modules, counted/ours")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ListFiles)->Name("200 modules, counted/bare")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_LoadModules)->Name("200 modules, loaded/ours")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DynamicLoad)->Name("200 modules, loaded/dlopen")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_CachedStart)->Name("200 modules, cached start/ours")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_StatAndRead)
+    ->Name("200 modules, cached start/stat and read")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstFind)->Name("first find of a cached one/ours")->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstLoad)->Name("first find of a cached one/dlopen")->Unit(benchmark::kMicrosecond);
+
+} // namespace
+} // namespace QuorlBenchmark
