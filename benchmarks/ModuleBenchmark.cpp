@@ -86,7 +86,8 @@ void forgetModules()
         }
     } remover;
     auto& table = *Quorl::VGlobals::theGlobals().modules;
-    for (auto& [path, info] : table) Quorl::UnloadVModule(path, remover);
+    for (auto& [path, info] : table)
+        if (info.module) Quorl::UnloadVModule(path, remover);
     table.clear();
     std::vector<std::string> names;
     for (const auto& [name, info] : *Quorl::VCreators(typeid(Quorl::VInputCreatorBase)))

@@ -13,7 +13,7 @@ namespace Tolmen
 using std::string;
 
 struct Referer;
-class TOLMEN_API SpeakPtr;
+class SpeakPtr;
 
 template <class T>
 class ReferenceBase;
@@ -24,17 +24,17 @@ class WeakPtrImpl;
 template <class T, class B>
 class StrongPtr;
 
-class TOLMEN_API Ageable;
-class TOLMEN_API Attributes;
+class Ageable;
+class Attributes;
 class TOLMEN_API Cacheable;
 class TOLMEN_API ChunkBase;
 class Counter;
-class TOLMEN_API Intercube;
+class Intercube;
 class TOLMEN_API InterfaceBase;
 class TOLMEN_API InterfaceIterationParameter;
 class TOLMEN_API StringList;
-class TOLMEN_API TypeInfo;
-class TOLMEN_API mutex;
+class TypeInfo;
+class mutex;
 
 template <class T>
 class TypedChunkBase;

@@ -10,6 +10,10 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <type_traits>
 #include <unordered_map>
 
 namespace Quorl
@@ -17,7 +21,7 @@ namespace Quorl
 namespace
 {
 
-using Tolmen::fgetstring;
+using std::string_view;
 using Tolmen::fputnumber;
 using Tolmen::fputstring;
 using Tolmen::Platform::FileStatus;
@@ -33,22 +37,35 @@ std::int32_t shortSize(const FileStatus& status)
 class ModuleFiles
 {
 public:
-    const FileStatus& status(const string& path)
+    struct Known
     {
-        const auto [entry, isNew] = known_.try_emplace(path);
-        if (isNew) entry->second = fileStatus(path);
-        return entry->second;
+        FileStatus status;
+        std::optional<bool> isNotLoaded; // once it was made known to the table of modules
+    };
+
+    Known& of(string_view path)
+    {
+        if (!last_ || path != *last_)
+        {
+            const auto [entry, isNew] = files_.try_emplace(string(path));
+            if (isNew) entry->second.status = fileStatus(entry->first);
+            last_ = &entry->first;
+            known_ = &entry->second;
+        }
+        return *known_;
     }
 
 private:
-    std::unordered_map<string, FileStatus> known_;
+    std::unordered_map<string, Known> files_;
+    const string* last_ = nullptr; // neighbours are often of one module
+    Known* known_ = nullptr;
 };
 
 // Writing
 
 void writeEntry(const string& name, const string& module, ModuleFiles& files, std::FILE* file)
 {
-    const FileStatus& status = files.status(module);
+    const FileStatus& status = files.of(module).status;
     if (!status.exists)
     {
         std::printf("MODULE [%s] DOES NOT EXIST\n", module.c_str());
@@ -77,22 +94,55 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
         if (info) writeEntry(name, info->ModuleName, files, file);
 }
 
-// Reading. Deliberate: a number that cannot be read is 0, and the end of the file is not looked at,
-// but for what would only repeat itself.
+// Reading
 
 constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
 
-std::uint64_t readCount(std::FILE* file)
+/// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
+/// a text, and the end of the file is not told.
+class CacheReader
 {
-    std::uint64_t count = 0;
-    Tolmen::fgetnumber(count, file);
-    return count;
-}
+public:
+    /// Reads the file as it is now; no more is kept in memory than that.
+    CacheReader(std::FILE* file, std::int64_t size)
+    {
+        bytes_.resize(static_cast<std::size_t>(size));
+        bytes_.resize(std::fread(bytes_.data(), 1, bytes_.size(), file));
+        left_ = bytes_;
+    }
+
+    template <class Integer>
+    Integer number()
+    {
+        const string_view bytes = take(sizeof(Integer));
+        if (bytes.size() < sizeof(Integer)) return 0;
+        std::make_unsigned_t<Integer> value = 0;
+        for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
+            value = static_cast<std::make_unsigned_t<Integer>>(value << 8 |
+                                                               static_cast<unsigned char>(*byte));
+        return static_cast<Integer>(value);
+    }
+
+    std::uint64_t count() { return number<std::uint64_t>(); }
+    string_view text() { return take(count()); }
+    bool isAtEnd() const { return left_.empty(); }
+
+private:
+    string_view take(std::uint64_t size)
+    {
+        const string_view taken = left_.substr(0, size);
+        left_.remove_prefix(taken.size());
+        return taken;
+    }
+
+    string bytes_;
+    string_view left_;
+};
 
 struct CachedEntry
 {
-    string name;
-    string module;
+    string_view name;
+    string_view module;
     std::int32_t size = 0;
     std::int64_t modifiedSeconds = 0;
 };
@@ -100,64 +150,77 @@ struct CachedEntry
 /// Says why not, if the module's file is not the one that was cached.
 bool isOfPresentFile(const CachedEntry& entry, const FileStatus& status)
 {
-    const char* const module = entry.module.c_str();
+    const char* line = nullptr;
     if (!status.exists)
-        std::printf("  CACHED MODULE [%s] DOES NOT EXIST\n", module);
+        line = "  CACHED MODULE [%s] DOES NOT EXIST\n";
     else if (shortSize(status) != entry.size)
-        std::printf("  CACHED MODULE [%s] HAS DIFFERENT SIZE FROM CACHE, NOT USED\n", module);
+        line = "  CACHED MODULE [%s] HAS DIFFERENT SIZE FROM CACHE, NOT USED\n";
     else if (status.modifiedSeconds != entry.modifiedSeconds)
-        std::printf("  CACHED MODULE [%s] HAS DIFFERENT MODIFICATION TIME FROM CACHE, NOT USED\n",
-                    module);
-    else
-        return true;
-    return false;
+        line = "  CACHED MODULE [%s] HAS DIFFERENT MODIFICATION TIME FROM CACHE, NOT USED\n";
+    if (line) std::printf(line, string(entry.module).c_str());
+    return line == nullptr;
 }
+
+bool isNotLoaded(const string& module, ModuleFiles::Known& known)
+{
+    if (!known.isNotLoaded) known.isNotLoaded = VModules::enableCache(module);
+    return *known.isNotLoaded;
+}
+
+/// Where the last entry went: the next one, which is greater, belongs behind it.
+struct Place
+{
+    VCreatorMap* map; // null if the domain is not there
+    VCreatorMap::iterator hint;
+};
 
 /// Deliberate: a module that is loaded leaves an entry without a record. Pinned by
 /// VCreatorCache.LeavesAnEmptyEntryForAModuleThatIsLoaded.
-void enter(const CachedEntry& entry, VCreatorMap& map)
+void enter(const CachedEntry& cached, ModuleFiles::Known& file, Place& place)
 {
-    const char* const name = entry.name.c_str();
-    const char* const module = entry.module.c_str();
-    RefPtr<VCreatorBaseInfo>& info = map[entry.name];
+    const auto entry = place.map->try_emplace(place.hint, string(cached.name));
+    place.hint = std::next(entry);
+    const char* const name = entry->first.c_str();
+    const string module(cached.module);
+    RefPtr<VCreatorBaseInfo>& info = entry->second;
     if (info)
     {
-        if (info->ModuleName != entry.module)
+        if (info->ModuleName != module)
             std::printf(" Info: A creator already exists for [%s] from [%s], cache is not used for "
                         "[%s]\n",
-                        name, info->ModuleName.c_str(), module);
+                        name, info->ModuleName.c_str(), module.c_str());
         return;
     }
-    if (!VModules::enableCache(entry.module))
+    if (!isNotLoaded(module, file))
     {
         std::printf(" Info: A Module for [%s] already loaded, and this one should take care of "
                     "[%s], cache is not used.\n",
-                    module, name);
+                    module.c_str(), name);
         return;
     }
     info = new VCreatorBaseInfo;
-    info->ModuleName = entry.module;
+    info->ModuleName = module;
 }
 
-/// \param map null if the domain is not there.
 /// \return whether the domain goes on behind the entry.
-bool readEntry(std::uint64_t index, const string& domain, VCreatorMap* map, ModuleFiles& files,
-               std::FILE* file)
+bool readEntry(std::uint64_t index, const string& domain, Place& place, ModuleFiles& files,
+               CacheReader& reader)
 {
     CachedEntry entry;
-    entry.name = fgetstring(file);
-    entry.module = fgetstring(file);
+    entry.name = reader.text();
+    entry.module = reader.text();
     if (entry.name.empty() || entry.module.empty())
     {
-        std::printf("  SKIP %d [%s] in [%s]\n", static_cast<int>(index), entry.name.c_str(),
-                    entry.module.c_str());
+        std::printf("  SKIP %d [%s] in [%s]\n", static_cast<int>(index), string(entry.name).c_str(),
+                    string(entry.module).c_str());
         return false;
     }
-    Tolmen::fgetnumber(entry.size, file);
-    Tolmen::fgetnumber(entry.modifiedSeconds, file);
-    if (!isOfPresentFile(entry, files.status(entry.module))) return true;
-    if (map)
-        enter(entry, *map);
+    entry.size = reader.number<std::int32_t>();
+    entry.modifiedSeconds = reader.number<std::int64_t>();
+    ModuleFiles::Known& file = files.of(entry.module);
+    if (!isOfPresentFile(entry, file.status)) return true;
+    if (place.map)
+        enter(entry, file, place);
     else
         std::printf("  Info: No Creator Caching for domain [%s] is possible.\n", domain.c_str());
     return true;
@@ -171,29 +234,29 @@ VCreatorMap* findDomain(const string& name)
 }
 
 /// Deliberate: priorities are not taken over, so that walks by priority do not see these entries.
-void passOverPriorities(std::FILE* file)
+void passOverPriorities(CacheReader& reader)
 {
-    const std::uint64_t count = readCount(file);
+    const std::uint64_t count = reader.count();
     std::printf("Priorities: %d\n", static_cast<int>(count));
-    for (std::uint64_t left = count; left > 0 && std::feof(file) == 0; --left)
+    for (std::uint64_t left = count; left > 0 && !reader.isAtEnd(); --left)
     {
-        std::int32_t priority = 0;
-        Tolmen::fgetnumber(priority, file);
-        fgetstring(file);
+        reader.number<std::int32_t>();
+        reader.text();
     }
 }
 
-void readDomain(ModuleFiles& files, std::FILE* file)
+void readDomain(ModuleFiles& files, CacheReader& reader)
 {
-    const string domain = fgetstring(file);
+    const string domain(reader.text());
     std::printf("Investigating [%s]\n", domain.c_str());
     VCreatorMap* const map = findDomain(domain);
+    Place place{map, map ? map->begin() : VCreatorMap::iterator()};
     if (map) std::printf("  CACHING CREATORS FOR DOMAIN [%s]\n", domain.c_str());
-    passOverPriorities(file);
-    const std::uint64_t count = readCount(file);
+    passOverPriorities(reader);
+    const std::uint64_t count = reader.count();
     std::printf("Creators: %d\n", static_cast<int>(count));
     for (std::uint64_t index = 0; index < count; ++index)
-        if (!readEntry(index, domain, map, files, file)) return;
+        if (!readEntry(index, domain, place, files, reader)) return;
 }
 
 } // namespace
@@ -213,13 +276,14 @@ bool LoadVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
+    CacheReader reader(file.get(), fileStatus(path).size);
     ModuleFiles files;
-    const std::uint64_t domains = readCount(file.get());
+    const std::uint64_t domains = reader.count();
     std::printf("TypeEntries: %d\n", static_cast<int>(domains));
     for (std::uint64_t number = 0; number < domains; ++number)
     {
-        if (number >= kMostDomainsBehindTheEnd && std::feof(file.get()) != 0) break;
-        readDomain(files, file.get());
+        if (number >= kMostDomainsBehindTheEnd && reader.isAtEnd()) break;
+        readDomain(files, reader);
     }
     return true;
 }
