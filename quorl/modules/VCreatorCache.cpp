@@ -96,7 +96,7 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
 
 // Reading
 
-constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
+constexpr std::uint64_t kMostDomainsBehindTheEnd = 1000;
 
 /// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
 /// a text, and the end of the file is not told.

@@ -9,6 +9,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 
@@ -346,7 +347,9 @@ TEST_F(VCreatorCache, AnswersTrueForAFileThatIsCutAnywhere)
 TEST_F(VCreatorCache, DoesNotBelieveNumbersThatTheFileCannotHold)
 {
     constexpr std::uint64_t kHuge = std::uint64_t{1} << 60;
-    EXPECT_TRUE(load(CacheBytes().number64(kHuge).bytes()).starts_with("TypeEntries: 0\n"));
+    const string printed = load(CacheBytes().number64(kHuge).bytes());
+    EXPECT_TRUE(printed.starts_with("TypeEntries: 0\n")) << "the low 32 bits";
+    EXPECT_EQ(std::ranges::count(printed, '\n'), 3001) << "it does not go on for ever";
     EXPECT_TRUE(load(CacheBytes().number64(1).number64(kHuge).bytes())
                     .ends_with("Investigating []\nPriorities: 0\nCreators: 0\n"));
     EXPECT_TRUE(load(CacheBytes().number64(1).text("d").number64(kHuge).bytes())
