@@ -75,6 +75,34 @@ TEST_F(VModulesTest, ReloadsOftenWithoutLeavingAnythingBehind)
     }
 }
 
+TEST_F(VModulesTest, ReloadRunsTheNewCodeOfAModuleThatNeverLeaves)
+{
+    const string path = add("resident1", "versioned.zelm");
+    LoadVModule(path);
+    EXPECT_EQ(answerOf("Versioned/Answering"), "3");
+    for (const char* answer : {"4", "3", "4"})
+    {
+        add(answer == string("4") ? "resident2" : "resident1", path);
+        ASSERT_TRUE(ReloadVModule(path, removed));
+        EXPECT_EQ(answerOf("Versioned/Answering"), answer);
+        EXPECT_EQ(creator("Versioned/Answering")->getLoadModule(), path);
+    }
+}
+
+TEST_F(VModulesTest, TheProcessEndsWithObjectsOfModulesInTheRegistry)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            LoadVModule(add("version1", "versioned.zelm"));
+            creator("Versioned/Answering")->create("left", {});
+            const RefPtr<ValuePool> pool(new ValuePool("left"));
+            creator("Versioned/Quiet")->create("left as well", {})->schedule(1.0, pool);
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(VModulesTest, ReloadAnswersFalseIfTheFileIsGone)
 {
     const string path = add("version1", "versioned.zelm");

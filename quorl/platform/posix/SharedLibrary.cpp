@@ -67,14 +67,24 @@ bool copyBytes(int from, int to)
     return true;
 }
 
+/// A path to a file of this process that no library was loaded from before. The system takes a
+/// library for loaded if only its path is the same, and numbers of files come back; so each path
+/// says how many there were, in steps that lead nowhere: "/" for a bit of 0, "/." for one of 1.
+std::string freshPathTo(const Descriptor& file)
+{
+    static unsigned count = 0;
+    std::string path = "/proc/self/fd";
+    for (unsigned bits = ++count; bits != 0; bits /= 2) path += bits % 2 ? "/." : "/";
+    return path + "/" + std::to_string(file);
+}
+
 /// Loads a copy that has no name in the file system.
 void* loadCopy(const std::string& path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
     if (file < 0 || copy < 0 || !copyBytes(file, copy)) return nullptr;
-    const std::string name = "/proc/self/fd/" + std::to_string(copy);
-    return ::dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return ::dlopen(freshPathTo(copy).c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 void* load(const std::string& path)
