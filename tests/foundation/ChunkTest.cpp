@@ -1,7 +1,5 @@
 #include <quorl/foundation/Chunk.h>
 
-#include <quorl/foundation/Attributes.h>
-
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -48,6 +46,41 @@ TEST(Chunk, MakesOthersOfItsKind)
     EXPECT_EQ(typed->base_vector(), std::vector<int>(2, 0));
 }
 
+TEST(Chunk, IsCopiedIntoOneOfItsOwn)
+{
+    const Chunk<double> chunk(2, 1.5);
+    Chunk<double> copied(chunk);
+    EXPECT_NE(copied.self.referer, chunk.self.referer);
+    EXPECT_NE(copied.ID, chunk.ID);
+    copied[0] = 3.0;
+    EXPECT_EQ(chunk[0], 1.5);
+    const auto number = copied.ID;
+    copied = chunk;
+
+    EXPECT_EQ(copied.base_vector(), chunk.base_vector());
+    EXPECT_EQ(copied.ID, number);
+}
+
+TEST(Chunk, IsEmptyAndFreeByDefault)
+{
+    const auto before = ChunkBase::TotalMemsize;
+    const Chunk<double> chunk;
+
+    EXPECT_EQ(chunk.elements(), 0U);
+    EXPECT_EQ(ChunkBase::TotalMemsize, before);
+}
+
+TEST(Chunk, GivesItsBytesBackWithItsLastHandle)
+{
+    const auto before = ChunkBase::TotalMemsize;
+    RefPtr<ChunkBase> chunk(new Chunk<double>(4));
+    chunk = chunk->newChunk(8, false);
+    EXPECT_EQ(ChunkBase::TotalMemsize - before, 64);
+    chunk = RefPtr<ChunkBase>();
+
+    EXPECT_EQ(ChunkBase::TotalMemsize, before);
+}
+
 TEST(Chunk, CountsItsBytesAsOfItsConstruction)
 {
     const auto before = ChunkBase::TotalMemsize;
@@ -62,20 +95,6 @@ TEST(Chunk, CountsItsBytesAsOfItsConstruction)
         EXPECT_EQ(ChunkBase::TotalMemsize - before, 163);
     }
     EXPECT_EQ(ChunkBase::TotalMemsize, before);
-}
-
-TEST(Attributes, HoldChunksByName)
-{
-    Attributes attributes;
-    EXPECT_EQ(attributes.getAttribute("enabled").referer, nullptr);
-    attributes.setAttribute("enabled", RefPtr<ChunkBase>(new Chunk<bool>(1, true)));
-    const Attributes copied(attributes);
-
-    const RefPtr<Chunk<bool>> found = copied.getAttribute("enabled");
-    ASSERT_TRUE(found);
-    EXPECT_TRUE((*found)[0]);
-    attributes.setAttribute("enabled", RefPtr<ChunkBase>(new Chunk<double>(1)));
-    EXPECT_FALSE(RefPtr<Chunk<bool>>(attributes.getAttribute("enabled")));
 }
 
 } // namespace

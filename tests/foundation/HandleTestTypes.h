@@ -48,6 +48,24 @@ public:
     int number = 2;
 };
 
+/// Hands itself out before the derived class is constructed.
+struct EarlyMaker : Root
+{
+    explicit EarlyMaker(const std::function<void(Root*)>& act) { act(this); }
+};
+struct LateMade final : EarlyMaker
+{
+    using EarlyMaker::EarlyMaker;
+};
+
+/// Strong and weak shares of the object of a handle.
+using Counts = std::pair<int, int>;
+
+inline Counts counts(const Tolmen::DynPtr<Root, Root>& handle)
+{
+    return {handle.referer->strong, handle.referer->weak};
+}
+
 /// Notes what handles report.
 class Speaker final : public Tolmen::SpeakPtr
 {

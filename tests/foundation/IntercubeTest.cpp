@@ -11,7 +11,6 @@ namespace
 
 struct Service : Interface<Service>
 {
-    int number = 0;
 };
 
 /// Kept under the domain of its base, whatever its own type.
@@ -87,6 +86,30 @@ TEST(Intercube, ReplacesTheInterfaceOfADomain)
     EXPECT_TRUE(RefPtr<Special>(cube.findInterface(typeid(Service))));
 }
 
+TEST(Intercube, MakesANewInterfaceWhereTheOldOneHasDied)
+{
+    Making cube;
+    const RefPtr<InterfaceBase> first = cube.getInterface(typeid(Service));
+    delete first.rawptr();
+    EXPECT_FALSE(cube.findInterface(typeid(Service)));
+    const RefPtr<InterfaceBase> second = cube.getInterface(typeid(Service));
+
+    EXPECT_TRUE(second);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(cube.findInterface(typeid(Service)), second);
+}
+
+TEST(Intercube, DropsItsInterfacesWhenItEnds)
+{
+    WeakPtr<InterfaceBase> service;
+    {
+        Making cube;
+        service = cube.getInterface(typeid(Service));
+        EXPECT_EQ(service.referer->strong, 1);
+    }
+    EXPECT_FALSE(service);
+}
+
 TEST(Intercube, SharesItsInterfacesWithACopy)
 {
     Intercube cube;
@@ -94,16 +117,6 @@ TEST(Intercube, SharesItsInterfacesWithACopy)
     const Intercube copied(cube);
 
     EXPECT_EQ(copied.findInterface(typeid(Service)), cube.findInterface(typeid(Service)));
-}
-
-TEST(InterfaceBase, GoesOnByDefault)
-{
-    const RefPtr<Service> service(new Service);
-    const RefPtr<InterfaceIterationParameter> parameter(new InterfaceIterationParameter);
-    Intercube cube;
-
-    EXPECT_TRUE(service->apply(cube, parameter));
-    EXPECT_TRUE(service->apply_const(cube, parameter));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 namespace Tolmen
@@ -62,6 +63,26 @@ TEST(StringFile, GivesWhatThereIsOfATextThatEndsEarly)
     std::fwrite("\x03\0\0", 1, 3, cut.file);
     std::rewind(cut.file);
     EXPECT_EQ(fgetstring(cut.file), "");
+}
+
+TEST(StringFile, ReadsNoFurtherThanItsText)
+{
+    const TemporaryFile temporary;
+    fputstring("text", temporary.file);
+    std::fputs("behind", temporary.file);
+    std::rewind(temporary.file);
+
+    EXPECT_EQ(fgetstring(temporary.file), "text");
+    EXPECT_EQ(std::fgetc(temporary.file), 'b');
+}
+
+TEST(StringFile, SaysWhenItCannotWrite)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> readOnly(std::fopen("/dev/null", "r"),
+                                                                   std::fclose);
+    ASSERT_TRUE(readOnly);
+    EXPECT_FALSE(fputstring("text", readOnly.get()));
+    EXPECT_FALSE(fputstring("", readOnly.get()));
 }
 
 } // namespace

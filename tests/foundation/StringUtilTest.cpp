@@ -1,12 +1,7 @@
 #include <quorl/foundation/StringUtil.h>
 
-#include <quorl/foundation/AddressString.h>
-#include <quorl/foundation/MutableName.h>
-#include <quorl/foundation/StringList.h>
-
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <list>
 #include <string>
 
@@ -47,6 +42,8 @@ TEST(StringUtilSplit, EndsBeforeTheEndCharacter)
     EXPECT_EQ(split("#a", false), Fields{});
     EXPECT_EQ(split("", true), Fields{});
     EXPECT_EQ(split("abc", true), Fields{"abc"});
+    EXPECT_EQ(split("a,#b", true), Fields{"a"}) << "an empty rest before the end is none";
+    EXPECT_EQ(split("a,b", true, ','), Fields{"a"}) << "the end outranks the separator";
 }
 
 TEST(StringUtilSplit, AppendsAndCountsTheNewFieldsAlone)
@@ -69,34 +66,6 @@ TEST(StringUtil, KnowsTheHeadOfAText)
     EXPECT_TRUE(StringUtil::starts_with(text, std::string("qZelm::")));
     EXPECT_TRUE(StringUtil::starts_with(text, std::string()));
     EXPECT_FALSE(StringUtil::starts_with(text, std::string("qZelm::xy")));
-}
-
-TEST(MutableName, GivesTheLeadingPartOfACompoundName)
-{
-    EXPECT_EQ(MutableName::BaseName("base\x1Erest\x1Emore", 0x1E), "base");
-    EXPECT_EQ(MutableName::BaseName("base", 0x1E), "base");
-    EXPECT_EQ(MutableName::BaseName("\x1E", 0x1E), "");
-    MutableName name("first");
-    name.setName("second");
-    EXPECT_EQ(name.getName(), "second");
-    EXPECT_EQ(name.name, "second");
-}
-
-TEST(AddressString, IsAPointerAsText)
-{
-    int here = 0;
-    char expected[32];
-    std::snprintf(expected, sizeof expected, "%p", static_cast<void*>(&here));
-
-    EXPECT_EQ(to_address_string(&here), expected);
-}
-
-TEST(StringList, IsEmptyWhenNewAndCanBeHeld)
-{
-    const RefPtr<StringList> list(new StringList);
-    EXPECT_TRUE(list->empty());
-    list->push_back("a");
-    EXPECT_EQ(list->front(), "a");
 }
 
 } // namespace

@@ -1,12 +1,11 @@
 #include <quorl/foundation/TypeInfo.h>
 
-#include <quorl/foundation/Typename.h>
-
 #include <gtest/gtest.h>
 
 #include <map>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace Tolmen
@@ -22,12 +21,15 @@ namespace
 struct Hidden
 {
 };
+struct HiddenToo
+{
+};
 
 TEST(TypeInfo, IsOrderedAsTypesAre)
 {
     const std::vector<const std::type_info*> types{
-        &typeid(int),    &typeid(double), &typeid(Named), &typeid(std::string),
-        &typeid(Hidden), &typeid(void),   &typeid(char*)};
+        &typeid(int),    &typeid(double),    &typeid(Named), &typeid(std::string),
+        &typeid(Hidden), &typeid(HiddenToo), &typeid(void),  &typeid(char*)};
     for (const std::type_info* left : types)
         for (const std::type_info* right : types)
         {
@@ -71,13 +73,30 @@ TEST(TypeInfo, StaysUsableWhenTheTypeHasGone)
     EXPECT_EQ(&TypeInfo(reloaded).get(), &reloaded);
 }
 
-TEST(Typename, IsReadable)
+TEST(TypeInfo, IsTheSameKeyForEachOfSeveralTypeObjectsOfOneName)
 {
-    EXPECT_EQ(Typename(typeid(double)), "double");
-    EXPECT_EQ(Typename(typeid(Named)), "Tolmen::Named");
-    EXPECT_EQ(Typename(typeid(unsigned long long)), "unsigned long long");
-    EXPECT_EQ(Typename(typeid(void)), "void");
-    EXPECT_EQ(Typename(ModuleType("not mangled")), "not mangled");
+    const std::string first = "N6Module5OtherE";
+    const std::string second = first;
+    const ModuleType here(first.c_str());
+    const ModuleType there(second.c_str());
+
+    EXPECT_TRUE(TypeInfo(here) == TypeInfo(there));
+    EXPECT_FALSE(TypeInfo(here) < TypeInfo(there));
+    EXPECT_FALSE(TypeInfo(there) < TypeInfo(here));
+}
+
+TEST(TypeInfoThreads, MakeKeysAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([] {
+            for (int i = 0; i < 1000; ++i)
+            {
+                EXPECT_EQ(TypeInfo(typeid(Named)).get(), typeid(Named));
+                EXPECT_TRUE(TypeInfo(typeid(Hidden)) == TypeInfo(typeid(Hidden)));
+            }
+        });
+    for (std::thread& thread : threads) thread.join();
 }
 
 } // namespace

@@ -1,9 +1,11 @@
-#include <tests/foundation/HandleTestTypes.h>
+#include <quorl/foundation/RefPtr.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <map>
+#include <cstdint>
+#include <memory>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -17,27 +19,184 @@ namespace QuorlTest
 namespace
 {
 
-using Handle = std::variant<std::monostate, RefPtr<Root>, WeakPtr<Root>, RefPtr<Left>,
-                            WeakPtr<Left>, RefPtr<Right>, WeakPtr<Right>>;
+using Tolmen::RefPtr;
+using Tolmen::WeakPtr;
 
-constexpr int kPlaces = 12;
+class Node;
+using NodeOwner = Tolmen::StrongPtr<Node, Node>; // `RefPtr<Node>`, before that is complete
 
-bool isStrong(const Handle& handle)
+/// What happens to objects, by their numbers.
+struct Events
 {
-    return handle.index() % 2 == 1;
+    std::vector<int> unctions;
+    std::vector<int> destructions;
+    std::vector<NodeOwner> relics; ///< kept from inside extreme unctions
+};
+
+class Node : public Tolmen::ReferenceBase<Node>
+{
+public:
+    Node(Events& events, std::size_t number, bool keepsItself)
+        : events_(events), number_(number), keepsItself_(keepsItself)
+    {
+    }
+    ~Node() override { ++events_.destructions[number_]; }
+    void extremeUnction() override
+    {
+        ++events_.unctions[number_];
+        if (keepsItself_) events_.relics.emplace_back(this);
+    }
+
+    NodeOwner child; // of a higher number, so that nothing owns itself
+
+private:
+    Events& events_;
+    const std::size_t number_;
+    const bool keepsItself_;
+};
+
+class Branch : public Node
+{
+public:
+    using Node::Node;
+};
+class Leaf final : public Branch
+{
+public:
+    using Branch::Branch;
+};
+class Fruit final : public Node
+{
+public:
+    using Node::Node;
+};
+
+enum Kind
+{
+    IsNode,
+    IsBranch,
+    IsLeaf,
+    IsFruit,
+    kKinds
+};
+
+/// A strong and a weak handle for each kind, in their order.
+using Handle = std::variant<RefPtr<Node>, WeakPtr<Node>, RefPtr<Branch>, WeakPtr<Branch>,
+                            RefPtr<Leaf>, WeakPtr<Leaf>, RefPtr<Fruit>, WeakPtr<Fruit>>;
+constexpr std::size_t kHandleTypes = std::variant_size_v<Handle>;
+
+bool isStrong(std::size_t type)
+{
+    return type % 2 == 0;
 }
+
+bool canBeCast(Kind object, std::size_t type)
+{
+    const auto wanted = static_cast<Kind>(type / 2);
+    return wanted == IsNode || wanted == object || (wanted == IsBranch && object == IsLeaf);
+}
+
+/// Makes a handle of the type `type` in the place of the old one.
+template <class Source>
+void construct(Handle& place, std::size_t type, const Source& source)
+{
+    [&]<std::size_t... I>(std::index_sequence<I...>) {
+        ((I == type ? static_cast<void>(place.emplace<I>(source)) : void()), ...);
+    }(std::make_index_sequence<kHandleTypes>());
+}
+
+constexpr int kNobody = -1;
+
+/// What the counters of one object should be.
+struct Life
+{
+    Kind kind;
+    bool keepsItself;
+    bool isOwnedElsewhere; // as on a stack: never held by a strong handle
+    int strong = 0;
+    int weak = 1; // with the object's own share
+    int child = kNobody;
+    int unctions = 0;
+    int destructions = 0;
+
+    bool isDead() const { return destructions > 0; }
+};
+
+class Model
+{
+public:
+    Life& operator[](int number) { return lives_[static_cast<std::size_t>(number)]; }
+    int add(const Life& life)
+    {
+        lives_.push_back(life);
+        return size() - 1;
+    }
+    int size() const { return static_cast<int>(lives_.size()); }
+
+    void take(int number, bool strongly)
+    {
+        if (number == kNobody) return;
+        ++lifeOf(number).weak;
+        own(number, strongly);
+    }
+
+    void drop(int number, bool strongly)
+    {
+        if (number == kNobody) return;
+        if (strongly && !lifeOf(number).isDead() && --lifeOf(number).strong == 0) end(number);
+        --lifeOf(number).weak;
+    }
+
+    /// A share of `old` becomes one of `next`; the end of the old object comes first.
+    void exchange(int& old, int next, bool strongly)
+    {
+        if (old == next) return;
+        if (next != kNobody) ++lifeOf(next).weak;
+        drop(std::exchange(old, next), strongly);
+        if (next != kNobody) own(next, strongly);
+    }
+
+    void destroy(int number)
+    {
+        Life& life = lifeOf(number);
+        ++life.destructions;
+        drop(std::exchange(life.child, kNobody), true);
+        --lifeOf(number).weak;
+    }
+
+    void dropRelics()
+    {
+        for (const int number : std::exchange(relics_, {})) drop(number, true);
+    }
+
+private:
+    Life& lifeOf(int number) { return (*this)[number]; }
+
+    void own(int number, bool strongly)
+    {
+        if (strongly && !lifeOf(number).isDead()) ++lifeOf(number).strong;
+    }
+
+    void end(int number)
+    {
+        Life& life = lifeOf(number);
+        ++life.unctions;
+        if (life.keepsItself)
+        {
+            ++life.weak;
+            relics_.push_back(number);
+        }
+        destroy(number);
+    }
+
+    std::vector<Life> lives_;
+    std::vector<int> relics_;
+};
 
 class Game
 {
 public:
-    explicit Game(unsigned seed) : random_(seed), blocks_(Tolmen::RefererObjects) {}
-
-    ~Game()
-    {
-        for (Handle& handle : handles_) handle = std::monostate();
-        EXPECT_EQ(Tolmen::RefererObjects, blocks_);
-        for (const auto& [number, life] : lives_) EXPECT_EQ(life.destroyed, 1) << number;
-    }
+    explicit Game(unsigned seed) : random_(seed) { numbers_.fill(kNobody); }
 
     void play(int moves)
     {
@@ -46,154 +205,208 @@ public:
             move();
             check();
         }
+        finish();
     }
 
 private:
-    struct Life
-    {
-        bool isLeft;
-        bool isDead = false;
-        int destroyed = 0;
-        int strong = 0;
-        int weak = 1; ///< with the object's own
-    };
+    static constexpr int kPlaces = 12;
 
-    int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
+    int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
+    std::size_t pickPlace() { return static_cast<std::size_t>(pick(kPlaces)); }
 
     void move()
     {
-        const auto target = static_cast<std::size_t>(pick(0, kPlaces - 1));
-        const auto source = static_cast<std::size_t>(pick(0, kPlaces - 1));
-        switch (pick(0, 5))
+        switch (pick(12))
         {
-            case 0: make(target); break;
-            case 1: put(target, std::monostate(), -1); break;
-            case 2: destroyDirectly(target); break;
-            default: take(target, source);
+            case 0:
+            case 1: return make(pickPlace());
+            case 2:
+            case 3:
+            case 4: return constructFrom(pickPlace(), pickPlace());
+            case 5:
+            case 6:
+            case 7: return assignFrom(pickPlace(), pickPlace());
+            case 8: return assignNull(pickPlace());
+            case 9: return adopt(pickPlace(), pickPlace());
+            case 10: return pick(3) == 0 ? destroy(numbers_[pickPlace()]) : void();
+            default: return pick(5) == 0 ? dropRelics() : void();
         }
     }
 
-    void make(std::size_t target)
+    void make(std::size_t place)
     {
-        const int number = ++lastNumber_;
-        Life& life = lives_[number];
-        life.isLeft = pick(0, 1) == 0;
-        Root* const object = life.isLeft ? static_cast<Root*>(new Left) : new Right;
-        object->whenDestroyed = [&life] { ++life.destroyed; };
-        put(target, RefPtr<Root>(object), number);
+        const Life life{static_cast<Kind>(pick(kKinds)), pick(4) == 0, pick(4) == 0};
+        const int number = model_.add(life);
+        const std::size_t type = pickType(number);
+        events_.unctions.push_back(0);
+        events_.destructions.push_back(0);
+        Node* const object = newObject(life, static_cast<std::size_t>(number));
+        objects_.push_back(object);
+        owners_.emplace_back(life.isOwnedElsewhere ? object : nullptr);
+
+        replace(place, number, type, object);
     }
 
-    /// Makes a handle of any type from that at `source`.
-    void take(std::size_t target, std::size_t source)
+    Node* newObject(const Life& life, std::size_t number)
+    {
+        switch (life.kind)
+        {
+            case IsBranch: return new Branch(events_, number, life.keepsItself);
+            case IsLeaf: return new Leaf(events_, number, life.keepsItself);
+            case IsFruit: return new Fruit(events_, number, life.keepsItself);
+            default: return new Node(events_, number, life.keepsItself);
+        }
+    }
+
+    /// A type of handle that may be made to the object.
+    std::size_t pickType(int number)
+    {
+        const auto type = static_cast<std::size_t>(pick(static_cast<int>(kHandleTypes)));
+        return number != kNobody && model_[number].isOwnedElsewhere ? type | 1 : type;
+    }
+
+    template <class Source>
+    void replace(std::size_t place, int number, std::size_t type, const Source& source)
+    {
+        const bool wasStrong = isStrong(handles_[place].index());
+        construct(handles_[place], type, source);
+        model_.drop(std::exchange(numbers_[place], number), wasStrong);
+        model_.take(number, isStrong(type));
+    }
+
+    void constructFrom(std::size_t target, std::size_t source)
+    {
+        if (target == source) return;
+        const int number = numbers_[source];
+        const std::size_t type = pickType(number);
+        std::visit([&](const auto& from) { replace(target, number, type, from); },
+                   handles_[source]);
+    }
+
+    /// Of any type to any type, itself included.
+    void assignFrom(std::size_t target, std::size_t source)
     {
         const int number = numbers_[source];
-        std::visit(
-            [&](const auto& from) {
-                if constexpr (!std::is_same_v<std::decay_t<decltype(from)>, std::monostate>)
-                {
-                    const auto copied = from; // the place may be its own target
-                    switch (pick(0, 5))
-                    {
-                        case 0: return put(target, RefPtr<Root>(copied), number);
-                        case 1: return put(target, WeakPtr<Root>(copied), number);
-                        case 2: return put(target, RefPtr<Left>(copied), number);
-                        case 3: return put(target, WeakPtr<Left>(copied), number);
-                        case 4: return put(target, RefPtr<Right>(copied), number);
-                        default: return put(target, WeakPtr<Right>(copied), number);
-                    }
-                }
-            },
-            handles_[source]);
+        const bool strongly = isStrong(handles_[target].index());
+        if (strongly && number != kNobody && model_[number].isOwnedElsewhere) return;
+        std::visit([](auto& to, const auto& from) { to = from; }, handles_[target],
+                   handles_[source]);
+        model_.exchange(numbers_[target], number, strongly);
     }
 
-    /// Puts a handle in the place of another, and lets the model count.
-    template <class NewHandle>
-    void put(std::size_t target, NewHandle&& handle, int number)
+    void assignNull(std::size_t place)
     {
-        Handle next(std::forward<NewHandle>(handle));
-        if (number >= 0) share(number, next, +1);
-        const int old = numbers_[target];
-        if (old >= 0) share(old, handles_[target], -1);
-        handles_[target] = std::monostate();
-        handles_[target].swap(next);
-        numbers_[target] = number;
+        std::visit([](auto& handle) { handle = std::decay_t<decltype(handle)>(); },
+                   handles_[place]);
+        model_.exchange(numbers_[place], kNobody, isStrong(handles_[place].index()));
     }
 
-    void share(int number, const Handle& handle, int step)
+    /// Makes one object the owner of another.
+    void adopt(std::size_t parentPlace, std::size_t childPlace)
     {
-        Life& life = lives_[number];
-        life.weak += step;
-        if (!isStrong(handle) || life.isDead) return;
-        life.strong += step;
-        if (life.strong == 0) die(life);
+        const int parent = numbers_[parentPlace];
+        const int child = numbers_[childPlace];
+        if (parent == kNobody || model_[parent].isDead() || parent >= child) return;
+        if (model_[child].isOwnedElsewhere) return;
+        std::visit([&](const auto& from) { objectOf(parent)->child = from; }, handles_[childPlace]);
+        model_.exchange(model_[parent].child, child, true);
     }
 
-    static void die(Life& life)
+    /// Without any handle, whether there are some or not.
+    void destroy(int number)
     {
-        life.isDead = true;
-        --life.weak;
+        if (number == kNobody || model_[number].isDead()) return;
+        if (model_[number].isOwnedElsewhere)
+            owners_[static_cast<std::size_t>(number)].reset();
+        else
+            delete objectOf(number);
+        model_.destroy(number);
     }
 
-    void destroyDirectly(std::size_t place)
+    void dropRelics()
     {
-        if (pick(0, 3) != 0) return;
-        Root* object = nullptr;
-        if (const auto* const handle = std::get_if<RefPtr<Root>>(&handles_[place]))
-            object = handle->rawptr();
-        if (!object) return;
-        die(lives_[numbers_[place]]);
-        delete object;
+        events_.relics.clear();
+        model_.dropRelics();
     }
+
+    Node* objectOf(int number) const { return objects_[static_cast<std::size_t>(number)]; }
 
     void check()
     {
-        for (std::size_t i = 0; i < handles_.size(); ++i)
-        {
-            if (numbers_[i] < 0) continue;
-            const Life& life = lives_[numbers_[i]];
-            std::visit(
-                [&](const auto& handle) {
-                    if constexpr (!std::is_same_v<std::decay_t<decltype(handle)>, std::monostate>)
-                    {
-                        EXPECT_EQ(handle.referer->strong, life.isDead ? -1 : life.strong);
-                        EXPECT_EQ(handle.referer->weak, life.weak);
-                        EXPECT_EQ(!handle, life.isDead || !fits(handles_[i], life.isLeft));
-                    }
-                },
-                handles_[i]);
-        }
-        int blocks = 0;
-        for (const auto& [number, life] : lives_)
-        {
-            blocks += life.weak > 0 ? 1 : 0;
-            EXPECT_EQ(life.destroyed, life.isDead ? 1 : 0);
-        }
-        EXPECT_EQ(Tolmen::RefererObjects - blocks_, blocks);
+        for (std::size_t place = 0; place < handles_.size(); ++place)
+            std::visit([&](const auto& handle) { checkHandle(handle, place); }, handles_[place]);
+        checkObjects();
     }
 
-    static bool fits(const Handle& handle, bool isLeft)
+    template <class AnyHandle>
+    void checkHandle(const AnyHandle& handle, std::size_t place)
     {
-        return handle.index() <= 2 || (handle.index() <= 4) == isLeft;
+        const int number = numbers_[place];
+        ASSERT_EQ(handle.referer == nullptr, number == kNobody);
+        if (!handle.referer) return;
+
+        const Life& life = model_[number];
+        const bool isAlive = !life.isDead() && canBeCast(life.kind, handles_[place].index());
+        EXPECT_EQ(handle.referer->strong, life.isDead() ? -1 : life.strong);
+        EXPECT_EQ(handle.referer->weak, life.weak);
+        EXPECT_EQ(!handle, !isAlive);
+        EXPECT_EQ(static_cast<void*>(handle) != nullptr, isAlive);
+        EXPECT_EQ(handle.rawptr(), isAlive ? objectOf(number) : nullptr);
+        for (std::size_t other = 0; other < handles_.size(); ++other)
+            std::visit(
+                [&](const auto& that) { EXPECT_EQ(handle == that, number == numbers_[other]); },
+                handles_[other]);
+    }
+
+    void checkObjects()
+    {
+        int blocks = 0;
+        int alive = 0;
+        for (int number = 0; number < model_.size(); ++number)
+        {
+            const Life& life = model_[number];
+            blocks += life.weak > 0 ? 1 : 0;
+            alive += life.isDead() ? 0 : 1;
+            const auto index = static_cast<std::size_t>(number);
+            EXPECT_EQ(events_.unctions[index], life.unctions) << number;
+            EXPECT_EQ(events_.destructions[index], life.destructions) << number;
+            EXPECT_TRUE(life.isDead() || objectOf(number)->ID == firstID_ + number) << number;
+        }
+        EXPECT_EQ(Tolmen::RefererObjects - blocks_, blocks);
+        EXPECT_EQ(Tolmen::CheckRefcountedObjects - alive_, alive);
+        EXPECT_EQ(Node::MaxObjectCountID - firstID_, model_.size());
+    }
+
+    /// Nothing is left, whatever the moves were.
+    void finish()
+    {
+        for (std::size_t place = 0; place < handles_.size(); ++place) assignNull(place);
+        for (int number = 0; number < model_.size(); ++number) destroy(number);
+        dropRelics(); // those that the last destructions have left, too
+        check();
+        EXPECT_EQ(Tolmen::RefererObjects, blocks_);
+        EXPECT_TRUE(std::all_of(events_.destructions.begin(), events_.destructions.end(),
+                                [](int count) { return count == 1; }));
     }
 
     std::mt19937 random_;
-    const int blocks_;
-    int lastNumber_ = 0;
-    std::map<int, Life> lives_;
+    const std::int32_t blocks_ = Tolmen::RefererObjects;
+    const std::int32_t alive_ = Tolmen::CheckRefcountedObjects;
+    const std::int32_t firstID_ = Node::MaxObjectCountID;
+    Model model_;
+    Events events_;
+    std::vector<Node*> objects_;                // by number; the dead dangle
+    std::vector<std::unique_ptr<Node>> owners_; // by number
     std::array<Handle, kPlaces> handles_;
-    std::array<int, kPlaces> numbers_ = [] {
-        std::array<int, kPlaces> none{};
-        none.fill(-1);
-        return none;
-    }();
+    std::array<int, kPlaces> numbers_{}; // of the objects that the handles refer to
 };
 
 TEST(HandleModel, CountsAsPlainNumbersDo)
 {
-    for (unsigned seed = 1; seed <= 300; ++seed)
+    for (unsigned seed = 1; seed <= 400; ++seed)
     {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        Game(seed).play(200);
+        Game(seed).play(150);
         if (HasFailure()) break;
     }
 }

@@ -1,14 +1,13 @@
 #include <quorl/platform/CalendarTime.h>
 
-#include <quorl/platform/FileStatus.h>
-
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
+#include <cstdint>
+#include <cstdlib>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace Tolmen::Platform
 {
@@ -30,6 +29,30 @@ TEST(CalendarTime, CountsTicksSince1601)
               (1795219199ULL + 11644473600ULL) * 10000000 + 9990000);
 }
 
+TEST(CalendarTime, CountsLeapDaysByTheGregorianRule)
+{
+    constexpr std::uint64_t kDay = 24ULL * 3600 * 10000000;
+    const auto february = [&](int year) {
+        return (ticksSince1601({year, 3, 1, 0, 0, 0, 0}) -
+                ticksSince1601({year, 2, 1, 0, 0, 0, 0})) /
+               kDay;
+    };
+    EXPECT_EQ(february(1604), 29U);
+    EXPECT_EQ(february(1700), 28U);
+    EXPECT_EQ(february(2000), 29U);
+    EXPECT_EQ(february(2023), 28U);
+    EXPECT_EQ(february(2024), 29U);
+    EXPECT_EQ(february(2100), 28U);
+    EXPECT_EQ((ticksSince1601({2001, 1, 1, 0, 0, 0, 0})) / kDay, 146097U) << "400 years";
+}
+
+TEST(CalendarTime, GoesOnFromOneYearToTheNext)
+{
+    EXPECT_EQ(ticksSince1601({2025, 1, 1, 0, 0, 0, 0}) -
+                  ticksSince1601({2024, 12, 31, 23, 59, 59, 999}),
+              10000U);
+}
+
 TEST(CalendarTime, IsLocal)
 {
     const std::time_t before = std::time(nullptr);
@@ -49,21 +72,46 @@ TEST(CalendarTime, IsLocal)
     EXPECT_LE(shown, after);
 }
 
-TEST(FileStatus, TellsSizeAndTime)
+/// Puts another time zone in the place of the machine's.
+class TimeZone
 {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("quorl-file-status-" + std::to_string(::getpid()));
-    EXPECT_FALSE(fileStatus(path.string()).exists);
-    const std::time_t before = std::time(nullptr) - 2;
-    std::ofstream(path) << "seven b";
-    const FileStatus status = fileStatus(path.string());
-    std::filesystem::remove(path);
+public:
+    explicit TimeZone(const char* zone)
+    {
+        if (const char* const before = std::getenv("TZ")) before_ = before;
+        ::setenv("TZ", zone, 1);
+        ::tzset();
+    }
+    ~TimeZone()
+    {
+        if (before_)
+            ::setenv("TZ", before_->c_str(), 1);
+        else
+            ::unsetenv("TZ");
+        ::tzset();
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
 
-    EXPECT_TRUE(status.exists);
-    EXPECT_EQ(status.size, 7);
-    EXPECT_GE(status.modifiedSeconds, before);
-    EXPECT_GE(status.modifiedNanoseconds, 0);
-    EXPECT_LT(status.modifiedNanoseconds, 1000000000);
+private:
+    std::optional<std::string> before_;
+};
+
+TEST(CalendarTime, IsThatOfTheTimeZone)
+{
+    constexpr std::int64_t kSecondsFrom1601To1970 = 11644473600;
+    for (const auto& [zone, offset] : {std::pair("EAST-5:45", 20700), std::pair("WEST9", -32400)})
+    {
+        const TimeZone abroad(zone);
+        const std::time_t before = std::time(nullptr);
+        const auto shown =
+            static_cast<std::int64_t>(ticksSince1601(localCalendarTime()) / 10000000) -
+            kSecondsFrom1601To1970 - offset;
+        const std::time_t after = std::time(nullptr);
+
+        EXPECT_LE(before - 1, shown) << zone; // the two clocks may be a tick apart
+        EXPECT_LE(shown, after) << zone;
+    }
 }
 
 } // namespace
