@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Timer.h>
 
+#include <memory>
 #include <utility>
 
 namespace Tolmen
@@ -26,8 +27,10 @@ Profiler::Listener* Profiler::setListener(Listener* listener)
 void Profiler::open(const char* file, int line, const char* function, const std::string& object,
                     int detail)
 {
-    running_ = new Running{{file, line, function, object, detail}, theListener, Timer()};
-    running_->listener->opened(running_->section);
+    std::unique_ptr<Running> running(
+        new Running{{file, line, function, object, detail}, theListener, Timer()});
+    running->listener->opened(running->section);
+    running_ = running.release(); // only now: a listener that throws leaves no profiler to end it
 }
 
 void Profiler::close()
