@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/foundation/Export.h>
+#include <quorl/foundation/Forward.h>
 
 #include <mutex>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/Export.h>
+#include <quorl/Forward.h>
 
 #include <cstdint>
 #include <set>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <quorl/Forward.h>
+
 namespace Quorl
 {
 
