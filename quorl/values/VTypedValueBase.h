@@ -34,7 +34,7 @@ public:
 template <class T>
 bool VTypedValueBase<T>::isDifferentFrom(const WeakPtr<VValueBase>& other) const
 {
-    const RefPtr<VTypedValueBase<T>> typed = other;
+    const WeakPtr<VTypedValueBase<T>> typed = other; // one on the stack would end by being held
     if (!typed) return true;
     T mine{};
     T theirs{};

@@ -47,7 +47,7 @@ public:
     }
     bool getValueFrom(const WeakPtr<VValueBase>& other) override
     {
-        const RefPtr<VTypedValueBase<T>> typed = other;
+        const WeakPtr<VTypedValueBase<T>> typed = other;
         return typed && typed->getValue(datum_);
     }
 
@@ -92,9 +92,9 @@ TypedValueCreator<T>& VValue<T>::myTypedValueCreator()
 template <class T>
 RefPtr<VValueBase> TypedValueCreator<T>::create(const string& text, bool& ok)
 {
-    T datum{};
-    ok = VValueTrait<T>::setValueFromText(datum, text);
-    return RefPtr<VValueBase>(new VValue<T>(datum));
+    const RefPtr<VValueBase> value(new VValue<T>);
+    ok = value->setValueFromText(text);
+    return value;
 }
 
 extern template class TypedValueCreator<double>;

@@ -59,16 +59,16 @@ int ValueMap::iterate(iterator& visitor) const
 
 bool ValueMap::copyComponents(const ValueMap& source, const WeakPtr<VValueBase>& container)
 {
-    Entries components;
-    if (container)
-        for (const auto& [name, value] : *source.entries_)
-        {
-            if (!value) continue;
-            const RefPtr<VValueBase> copied = value->copy();
-            if (copied && copied->setContainerValue(container)) components[name] = copied;
-        }
-    entries_->swap(components);
-    return static_cast<bool>(container);
+    entries_ =
+        std::make_unique<Entries>(); // first: nothing is left of a map that is its own source
+    if (!container) return false;
+    for (const auto& [name, value] : *source.entries_)
+    {
+        if (!value) continue;
+        const RefPtr<VValueBase> copied = value->copy();
+        if (copied && copied->setContainerValue(container)) (*entries_)[name] = copied;
+    }
+    return true;
 }
 
 } // namespace Quorl

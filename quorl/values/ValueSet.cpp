@@ -17,8 +17,7 @@ ValueSet::~ValueSet() = default;
 void ValueSet::addValue(const WeakPtr<VValueBase>& value)
 {
     key += '\'';
-    if (const RefPtr<VValueBase> live = value)
-        key += Tolmen::StringUtil::subst(live->Text(), '\'', '"');
+    if (value) key += Tolmen::StringUtil::subst(value->Text(), '\'', '"');
     key += '\'';
 }
 

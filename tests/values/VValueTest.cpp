@@ -7,6 +7,8 @@
 
 #include <cmath>
 #include <limits>
+#include <stdexcept>
+#include <vector>
 
 namespace Quorl
 {
@@ -115,6 +117,19 @@ TEST(VValue, DiffersFromItselfIfNotANumber)
     EXPECT_TRUE(value->isDifferentFrom(value));
 }
 
+TEST(VValue, LeavesAValueThatNobodyOwnsAlone)
+{
+    VValue<double> first(1.0);
+    const VValue<double> second(2.0);
+
+    EXPECT_TRUE(first.isDifferentFrom(&second));
+    EXPECT_TRUE(first.getValueFrom(&second));
+    EXPECT_FALSE(first.isDifferentFrom(&second));
+    EXPECT_TRUE(first.getValueFrom(&first));
+    EXPECT_EQ(datumOf(first), 2.0);
+    EXPECT_EQ(second.self.referer->strong, 0);
+}
+
 TEST(VValue, GivesChunksOfCopies)
 {
     const auto value = make(2.5);
@@ -219,6 +234,18 @@ TEST(VValueCreator, GivesAValueAlsoForARefusedText)
     ASSERT_TRUE(value);
     EXPECT_FALSE(ok);
     EXPECT_EQ(datumOf(*value), '\0');
+}
+
+TEST(VValueCreator, MakesAndDropsAValueWhereTheReaderThrows)
+{
+    make(1U); // brings the type in
+    TypedValueCreator<unsigned>& creator = VValue<unsigned>::theTypedValueCreator;
+    const int before = creator.destroyedValues;
+    bool ok = true;
+
+    EXPECT_THROW(VValueCreator::create("unsigned int", "", ok), std::invalid_argument);
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(creator.destroyedValues - before, 1);
 }
 
 TEST(VValueCreator, ClearsTheFlagIfTheCreatorHasEnded)

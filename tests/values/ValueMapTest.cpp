@@ -149,5 +149,34 @@ TEST(ValueMap, IsEmptiedByCopyingTheComponentsOfNobody)
     EXPECT_EQ(target.nComponents(), 0U);
 }
 
+TEST(ValueMap, IsEmptiedByCopyingItsOwnComponents)
+{
+    ValueMap map;
+    map.setValue("joins", RefPtr<VValueBase>(new JoiningValue(1)));
+    const auto container = make(0);
+
+    EXPECT_TRUE(map.copyComponents(map, container));
+    EXPECT_EQ(map.nComponents(), 0U);
+}
+
+TEST(ValueMap, LosesItsOldComponentsBeforeItTakesNewOnes)
+{
+    struct Looking final : VValue<int>
+    {
+        explicit Looking(const ValueMap& m) : map(m) {}
+        bool setContainerValue(const WeakPtr<VValueBase>&) override { return !map.getValue("old"); }
+        RefPtr<VValueBase> copy() const override { return RefPtr<VValueBase>(new Looking(map)); }
+        const ValueMap& map;
+    };
+    ValueMap target;
+    target.setValue("old", make(3));
+    ValueMap source;
+    source.setValue("looks", RefPtr<VValueBase>(new Looking(target)));
+
+    target.copyComponents(source, make(0));
+
+    EXPECT_TRUE(target.getValue("looks"));
+}
+
 } // namespace
 } // namespace Quorl

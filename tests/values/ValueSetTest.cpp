@@ -35,6 +35,30 @@ TEST(ValueSet, CannotBeEndedEarlyByAQuoteInAValue)
     EXPECT_EQ(setOf("it's")->key, "'it\"s'");
 }
 
+TEST(ValueSet, QuotesNothingForAValueThatHasEnded)
+{
+    WeakPtr<VValueBase> dead;
+    {
+        const auto shortLived = make("gone");
+        dead = shortLived;
+    }
+    ValueSet set;
+    set.addValue(dead);
+    set.addValue(make(""));
+
+    EXPECT_EQ(set.key, "''''");
+}
+
+TEST(ValueSet, LeavesAValueThatNobodyOwnsAlone)
+{
+    const VValue<string> onTheStack("a");
+    ValueSet set;
+    set.addValue(&onTheStack);
+    set.addValue(&onTheStack);
+
+    EXPECT_EQ(set.key, "'a''a'");
+}
+
 TEST(ValueSet, IsOrderedByItsKey)
 {
     const lessValueSetPtr less;
@@ -48,7 +72,13 @@ TEST(ValueSet, IsEquivalentToAllOthersIfDead)
 {
     const lessValueSetPtr less;
     const RefPtr<ValueSet> none;
+    auto* const ended = new ValueSet;
+    const RefPtr<ValueSet> dead(ended);
+    ended->key = "a";
+    delete ended;
 
+    EXPECT_FALSE(less(dead, setOf("b")));
+    EXPECT_FALSE(less(setOf("0"), dead));
     EXPECT_FALSE(less(none, setOf("a")));
     EXPECT_FALSE(less(setOf("a"), none));
     EXPECT_FALSE(less(none, none));
