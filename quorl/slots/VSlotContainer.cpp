@@ -77,9 +77,10 @@ void VSlotContainer::initialize(const WeakPtr<VSlot>& slot)
 
 // Inputs
 
-RefPtr<VSlot> VSlotContainer::addSlot(const RefPtr<VSlot>& slot, int expertLevel, bool replace)
+RefPtr<VSlot> VSlotContainer::addSlot(const RefPtr<VSlot>& added, int expertLevel, bool replace)
 {
-    if (!slot) return {};
+    if (!added) return {};
+    const RefPtr<VSlot> slot = added; // it may be the one of its level that is replaced
     if (slot->Parameter && isVprintfAudible(kTraceVerbosity))
         Vprintf(kTraceVerbosity, "VSlotContainer::addSlot(%s,%s, %d)\n",
                 Tolmen::Typename(slot->getType()).c_str(), slot->Name.c_str(), expertLevel);

@@ -116,11 +116,11 @@ int VSlotContainer::getNumberOfOutputs() const
 
 RefPtr<Tolmen::StringList> VSlotContainer::getOutputs(const std::type_info& type) const
 {
+    const OutputLock lock(Slots->OutputMutex);
     RefPtr<Tolmen::StringList> names(new Tolmen::StringList);
-    searchOutputs(*Slots, type, [&](const std::type_info&, const RefPtr<VSlot>& slot) {
-        names->push_back(slot->Name);
-        return false;
-    });
+    const auto [begin, end] = Slots->Outputs.equal_range(type);
+    for (auto entry = begin; entry != end; ++entry)
+        if (entry->second) names->push_back(entry->second->Name);
     return names;
 }
 

@@ -37,8 +37,9 @@ VSlotSet::~VSlotSet() = default;
 RefPtr<VSlot> VSlotSet::insertSlot(const RefPtr<VSlot>& slot, bool replace)
 {
     if (!slot) return {};
-    if (replace) erase(slot);
-    return insert(slot).second ? slot : RefPtr<VSlot>();
+    const RefPtr<VSlot> held = slot; // it may be the one of this set that is replaced
+    if (replace) erase(held);
+    return insert(held).second ? held : RefPtr<VSlot>();
 }
 
 RefPtr<VSlot> VSlotSet::findByName(const string& name) const

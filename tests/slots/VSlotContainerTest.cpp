@@ -119,6 +119,16 @@ TEST_F(VSlotContainerInputs, ReplaceOneOfTheirNameWithinTheirLevelOnly)
     EXPECT_EQ(object->getExpertLevel(other), 1);
 }
 
+TEST_F(VSlotContainerInputs, MayReplaceThemselves)
+{
+    const WeakPtr<VSlot> slot = object->input("x");
+    const VNamedInputSet& level = object->Slots->Inputs.at(0);
+
+    EXPECT_EQ(object->addSlot(*level.begin(), 0, true), slot);
+    EXPECT_TRUE(slot);
+    EXPECT_EQ(level.size(), 1U);
+}
+
 TEST_F(VSlotContainerInputs, AreFoundInTheLowestLevelFirst)
 {
     object->input("x", 5);
@@ -449,6 +459,16 @@ TEST_F(VSlotContainerOutputs, AreVisitedByTypeOrAll)
     EXPECT_EQ(std::vector<string>(names->begin(), names->end()), (std::vector<string>{"b", "a"}));
 }
 
+TEST_F(VSlotContainerOutputs, AreNamedForTheVoidTypeOnlyIfTheyHaveIt)
+{
+    object->output("number");
+    object->registerOutput(RefPtr<VParameter>(new QuorlTest::EmptyParameter), "nothing");
+
+    const RefPtr<Tolmen::StringList> names = object->getOutputs(typeid(void));
+    EXPECT_EQ(std::vector<string>(names->begin(), names->end()), std::vector<string>{"nothing"});
+    EXPECT_TRUE(object->getOutputs(typeid(char))->empty());
+}
+
 TEST_F(VSlotContainerOutputs, MayBeAskedForByAVisitor)
 {
     struct Attach final : VOutputIterator
@@ -651,6 +671,7 @@ TEST(VSlotSet, HoldsOneSlotOfEachName)
     EXPECT_TRUE(slots.contains(first));
     EXPECT_FALSE(slots.contains(second));
     EXPECT_EQ(slots.insertSlot(second, true), second);
+    EXPECT_EQ(slots.insertSlot(*slots.begin(), true), second) << "by itself";
     EXPECT_EQ(slots.findByName("x"), second);
     EXPECT_EQ(slots.findFirstParameter(second->Parameter), second);
     EXPECT_FALSE(slots.findFirstParameter(first->Parameter));
