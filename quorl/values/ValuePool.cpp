@@ -142,8 +142,9 @@ void ValuePool::activate(const RefPtr<ValuePool>& old, const WeakPtr<ValueNotifi
     if (old && old.referer == self.referer) return;
     if (old)
         forEachVariable(old->data_->variables, [&](const auto& key, const auto& /*variable*/) {
-            if (!holdsLiveVariable(key))
-                key->notify(key->DefaultValue(), WeakPtr<ValuePool>(), skip, nullptr, changes);
+            if (holdsLiveVariable(key)) return;
+            const RefPtr<VValueBase> fallback = key->DefaultValue(); // an observer may end the key
+            key->notify(fallback, WeakPtr<ValuePool>(), skip, nullptr, changes);
         });
     forEachVariable(data_->variables, [&](const auto& key, const auto& variable) {
         key->notify(variable, WeakPtr<ValuePool>(this), skip, nullptr, changes);

@@ -68,6 +68,19 @@ TEST_F(ValueCacheTest, CountsALostValueAsChanged)
     EXPECT_TRUE(hasChanged());
 }
 
+TEST_F(ValueCacheTest, GoesOnPastAValueThatIsDeadButNotNull)
+{
+    cache->consider(slot, pool);
+    slot->Parameter->local = false;
+    VValueBase* const value = slot->Parameter->defaultValue.rawptr();
+    delete value;
+    EXPECT_NE(slot->getValueBase(pool).referer, nullptr);
+
+    EXPECT_FALSE(hasChanged());
+    cache->consider(slot, pool);
+    EXPECT_TRUE(hasChanged()) << "considered without a value";
+}
+
 TEST_F(ValueCacheTest, LooksAtTheSlotsOfOneContainer)
 {
     const auto other = network.node("other");

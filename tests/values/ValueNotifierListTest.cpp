@@ -274,6 +274,30 @@ TEST(ValueNotifierListShadows, AreCopiedWithThePresentClockAsAge)
     EXPECT_EQ(variable->age(), Ageable::GlobalTime);
 }
 
+TEST(ValueNotifierListShadows, AreNotCopiedWhereAVariableHasNoCopy)
+{
+    struct Unique final : VValue<int>
+    {
+        Unique() : VValue<int>(1) {}
+        RefPtr<VValueBase> copy() const override { return {}; }
+    };
+    struct Count final : ValueShadowIterator
+    {
+        bool apply(const RefPtr<ValuePool>&, const RefPtr<VValueBase>&) override { return true; }
+    };
+    const auto source = makeList();
+    const auto target = makeList();
+    const auto pool = makePool();
+    pool->createVariable(source, RefPtr<VValueBase>(new Unique));
+    source->addShadow(pool);
+
+    EXPECT_EQ(target->copyShadows(source), 0);
+    EXPECT_EQ(pool->findVariable(target).referer, nullptr);
+    pool->createVariable(target, make(1));
+    Count count;
+    EXPECT_EQ(target->iterateShadows(count), 0) << "the pool is not noted";
+}
+
 TEST(ValueNotifierListShadows, AreNotCopiedFromNobodyNorFromAListWithoutAny)
 {
     const auto target = makeList();

@@ -149,6 +149,28 @@ TEST(ValuePoolCreator, IsAskedForNamesThatNobodyHasUntilOneMakesThePool)
     creators.erase(maker);
 }
 
+TEST(ValuePoolCreator, IsAskedInTurnUntilOneMakesAPool)
+{
+    std::vector<RefPtr<Maker>> makers;
+    for (const char* head : {"never", "in turn", "never", "in turn"})
+        makers.emplace_back(new Maker(head));
+    auto& creators = VGlobals::theGlobals().poolCreators;
+    creators.insert(makers.begin(), makers.end());
+    std::sort(makers.begin(), makers.end());
+
+    const RefPtr<ValuePool> pool = ValuePool::getValuePool("in turn");
+
+    ASSERT_TRUE(pool);
+    bool isMade = false;
+    for (const auto& maker : makers)
+    {
+        EXPECT_EQ(maker->asked, isMade ? 0 : 1);
+        isMade = isMade || maker->made == pool;
+        creators.erase(maker);
+    }
+    EXPECT_TRUE(isMade);
+}
+
 TEST(ValuePoolCreator, IsNotAskedForTheNameOfAPoolThatHasEnded)
 {
     const RefPtr<Maker> maker(new Maker("ended"));
@@ -250,6 +272,25 @@ TEST(ValuePoolActivation, LetsWhatOnlyTheOldPoolHadFallBackToItsDefault)
     ASSERT_EQ(both->observer->calls.size(), 1U);
     EXPECT_EQ(both->observer->calls[0].text, "22");
     EXPECT_EQ(pool->findVariable(onlyOld).referer, nullptr) << "nothing is copied";
+}
+
+TEST(ValuePoolActivation, SurvivesTheEndOfAParameterInTheCallOfItsObserver)
+{
+    const RefPtr<ValuePool> old(new ValuePool);
+    const RefPtr<ValuePool> pool(new ValuePool);
+    RefPtr<Key> key = makeKey(10);
+    const auto first = makeObserver();
+    const auto second = makeObserver();
+    key->addNotifier(first);
+    key->addNotifier(second);
+    first->whenCalled = [&] { key = RefPtr<Key>(); };
+    old->createVariable(key, make(11));
+
+    activate(pool, old);
+
+    EXPECT_FALSE(key);
+    ASSERT_EQ(second->calls.size(), 1U);
+    EXPECT_EQ(second->calls[0].text, "10");
 }
 
 TEST(ValuePoolActivation, TellsAKeyWithADeadVariableTwice)
