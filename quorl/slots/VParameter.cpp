@@ -18,6 +18,19 @@
 namespace Quorl
 {
 
+namespace
+{
+
+/// Keeps a parameter, if anybody owns it, until its observers have been told: one of them may drop
+/// it. To hold one that nobody owns would end it.
+RefPtr<ValueNotifierList> kept(const VParameter& parameter)
+{
+    return parameter.self.referer->strong > 0 ? RefPtr<ValueNotifierList>(&parameter)
+                                              : RefPtr<ValueNotifierList>();
+}
+
+} // namespace
+
 VParameter::UserIterator::~UserIterator() = default;
 
 VParameter::VParameter() = default;
@@ -82,6 +95,7 @@ void VParameter::Globalize(const RefPtr<ValuePool>& pool)
     const RefPtr<VValueBase> value = pool ? getValue(pool, "") : RefPtr<VValueBase>();
     removeAllShadows();
     if (value) setGlobalValue(value, "");
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, WeakPtr<ValuePool>(), WeakPtr<ValueNotifier>(), nullptr, properties.get());
 }
 
@@ -144,6 +158,7 @@ bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& p
         return false;
     }
     if (!value->setValueFromText(text)) return false;
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(value, pool, skip, caller, changes);
     touchValue(pool);
     return true;
@@ -153,6 +168,7 @@ void VParameter::notifyValueChange(const RefPtr<VValueBase>& value, const RefPtr
                                    const string& member, const WeakPtr<ValueNotifier>& skip,
                                    const ValueNotifierList* caller, const ValueMap* changes) const
 {
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(value, pool, skip, caller, changes);
     NotifyActionChangeParameter(WeakPtr<ValueNotifierList>(this),
                                 local ? pool : RefPtr<ValuePool>(), value, member);
@@ -175,7 +191,9 @@ ValueMap& VParameter::ensuredProperties()
 void VParameter::sendNotification(const WeakPtr<ValueNotifier>& skip,
                                   const ValueNotifierList* caller, const WeakPtr<ValuePool>& pool)
 {
-    if (properties) notify(defaultValue, pool, skip, caller, properties.get());
+    if (!properties) return;
+    const RefPtr<ValueNotifierList> held = kept(*this);
+    notify(defaultValue, pool, skip, caller, properties.get());
 }
 
 void VParameter::setProperty(const string& propertyName, const RefPtr<VValueBase>& value,
@@ -183,6 +201,7 @@ void VParameter::setProperty(const string& propertyName, const RefPtr<VValueBase
                              const WeakPtr<ValuePool>& pool)
 {
     ensuredProperties().setValue(propertyName, value);
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, pool, skip, caller, properties.get());
 }
 
@@ -206,6 +225,7 @@ void VParameter::updateProperties(const ValueMap& changed, const WeakPtr<ValueNo
     std::puts("VParameter::updateProperties()....");
     changed.iterate(enter);
     std::puts("VParameter::updateProperties().... DONE");
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, WeakPtr<ValuePool>(), skip, caller, properties.get());
 }
 

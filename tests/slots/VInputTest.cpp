@@ -70,10 +70,14 @@ TEST(VInputBase, SubscribesToALiveOwnerOnlyAndQuietly)
     const auto parameter = makeParameter("p");
     const RefPtr<Input> input(new Input(parameter));
     const RefPtr<Input> ownerless(new Input(WeakPtr<VParameter>()));
+    RefPtr<VParameter> shortLived = makeParameter("short-lived");
+    const RefPtr<Input> left(new Input(shortLived));
+    shortLived = RefPtr<VParameter>();
 
     const string text = outputOf([&] {
         EXPECT_TRUE(input->activateNotification());
         EXPECT_FALSE(ownerless->activateNotification());
+        EXPECT_FALSE(left->activateNotification());
     });
 
     EXPECT_EQ(text, "");

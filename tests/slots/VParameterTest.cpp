@@ -20,6 +20,7 @@ namespace Quorl
 namespace
 {
 
+using QuorlTest::DoubleParameter;
 using QuorlTest::EmptyParameter;
 using QuorlTest::makeObserver;
 using QuorlTest::makeParameter;
@@ -217,6 +218,45 @@ TEST(VParameterSetting, TellsAndTouchesForAnEqualValueToo)
     EXPECT_EQ(observer->calls.size(), 1U);
 }
 
+TEST(VParameterSetting, MayEndTheParameterInTheCallOfAnObserver)
+{
+    for (const bool byText : {true, false})
+    {
+        RefPtr<VParameter> parameter = makeParameter("p", 1.0);
+        const WeakPtr<VParameter> left = parameter;
+        const RefPtr<VValueBase> value = parameter->defaultValue;
+        const auto first = makeObserver();
+        const auto second = makeObserver();
+        parameter->addNotifier(first);
+        parameter->addNotifier(second);
+        first->whenCalled = [&] { parameter = RefPtr<VParameter>(); };
+
+        VParameter& changed = *parameter;
+        EXPECT_EQ(ticksOf([&] {
+                      if (byText)
+                          changed.setValueFromText("2", {}, "", true, {}, nullptr, nullptr);
+                      else
+                          changed.notifyValueChange(value, {}, "", {}, nullptr, nullptr);
+                  }),
+                  1);
+
+        EXPECT_FALSE(left);
+        EXPECT_EQ(second->calls.size(), 1U);
+        EXPECT_EQ(value->age(), Ageable::GlobalTime);
+    }
+}
+
+TEST(VParameterSetting, LeavesAParameterThatNobodyOwnsAlone)
+{
+    const DoubleParameter parameter(RefPtr<VValue<double>>(new VValue<double>(1.0)), "p");
+
+    EXPECT_TRUE(parameter.setValueFromText("2", {}, "", true, {}, nullptr, nullptr));
+    parameter.notifyValueChange(parameter.defaultValue, {}, "", {}, nullptr, nullptr);
+
+    EXPECT_EQ(textOf(parameter.defaultValue), "2");
+    EXPECT_EQ(parameter.self.referer->strong, 0);
+}
+
 TEST(VParameterSetting, SaysThatThereIsNoValue)
 {
     const RefPtr<VParameter> parameter(new EmptyParameter);
@@ -338,6 +378,55 @@ TEST(VParameter, LeavesItsVariablesInTheirPoolsWhenItEnds)
     }
 
     EXPECT_TRUE(variable);
+}
+
+/// Has a name, and slots, but is no `VObject`.
+class NamedContainer final : public VManagedObject, public VSlotContainer
+{
+public:
+    NamedContainer() : VManagedObject("container", 0) {}
+    const std::type_info& getDomainType() const override { return typeid(NamedContainer); }
+};
+
+TEST(VParameter, IsNamedAfterWhatMadeIt)
+{
+    const auto parameter = makeParameter("p");
+    EXPECT_EQ(parameter->Name(), "p") << "nobody";
+    const RefPtr<VSlotContainer> bare(new VSlotContainer);
+    parameter->setCreator(bare);
+    EXPECT_EQ(parameter->Name(), "p") << "something without a name";
+    {
+        const RefPtr<VSlotContainer> named(new NamedContainer);
+        parameter->setCreator(named);
+        EXPECT_EQ(parameter->Name(), "container.p");
+    }
+    EXPECT_EQ(parameter->Name(), "p") << "it has ended";
+
+    QuorlTest::Network network;
+    parameter->setCreator(network.node("object\x1Epart").rawptr());
+    EXPECT_EQ(parameter->Name(), "object\x1Epart.p") << "all of the name";
+    parameter->setCreator(static_cast<VSlotContainer*>(nullptr));
+    EXPECT_EQ(parameter->creator.referer, nullptr);
+    EXPECT_EQ(parameter->Name(), "p");
+}
+
+TEST(VParameterLocal, CannotBeTurnedGlobalWithAValueOfADeadPool)
+{
+    const auto parameter = makeLocal(1.0);
+    RefPtr<ValuePool> pool = makePool();
+    setText(parameter, "2", pool);
+    const WeakPtr<ValuePool> left = pool;
+    pool = RefPtr<ValuePool>();
+    const auto observer = makeObserver();
+    parameter->addNotifier(observer);
+    const RefPtr<ValuePool> dead = left;
+
+    EXPECT_EQ(parameter->getValue(dead, ""), parameter->defaultValue);
+    EXPECT_FALSE(parameter->getLocalValue(dead, "", true));
+    EXPECT_EQ(&parameter->age(dead), &parameter->defaultValue->age());
+    parameter->Globalize(dead);
+    EXPECT_EQ(observer->calls.size(), 1U);
+    EXPECT_EQ(textOf(parameter->defaultValue), "1");
 }
 
 TEST(VParameterProperties, AreToldWithTheDefaultValue)

@@ -149,6 +149,17 @@ TEST_F(VSlotContainerAttach, AttachesTheFirstMatchByLevelAlone)
     EXPECT_FALSE(higher->Parameter == output);
 }
 
+TEST_F(VSlotContainerAttach, GoesToNoLaterLevelWhenAnObserverObjects)
+{
+    const auto shared = slot->Parameter;
+    const auto higher = object->addParameter("y", 1, shared, false);
+    heard->allows = false;
+
+    EXPECT_EQ(ticksOf([&] { EXPECT_EQ(object->attach(shared, output, ""), 0); }), 0);
+    EXPECT_EQ(higher->Parameter, shared);
+    EXPECT_EQ(heard->log, "before ") << "asked once";
+}
+
 TEST_F(VSlotContainerAttach, NeedsASource)
 {
     EXPECT_EQ(object->attach(slot->Parameter, {}, ""), VSlotContainer::AttachSourceNotFound);

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -616,8 +618,10 @@ public:
     {
         order += "c" + std::to_string(slots.size());
         last = container;
+        called.push_back(this);
     }
     VSlotContainer* last = nullptr;
+    static inline std::vector<const Functor*> called;
 };
 
 void setupFunction(VSlotContainer*, const VSlotSet& slots)
@@ -646,6 +650,30 @@ TEST_F(VSlotContainerSetup, RunsOverrideThenFunctionsThenFunctors)
     order.clear();
     prepared->initialize(WeakPtr<VSlot>(prepared->input("x")));
     EXPECT_EQ(order, "s1f1c1");
+}
+
+void secondFunction(VSlotContainer*, const VSlotSet&)
+{
+    order += "g";
+}
+
+TEST_F(VSlotContainerSetup, RunsFunctionsByAddressAndFunctorsByHandle)
+{
+    std::vector<RefPtr<Functor>> functors;
+    for (int i = 0; i < 8; ++i) functors.emplace_back(new Functor);
+    for (const auto& functor : functors) object->addSetupFunctor(functor);
+    object->addSetupFunction(&secondFunction);
+    object->addSetupFunction(&setupFunction);
+    Functor::called.clear();
+    order.clear();
+    object->initialize();
+
+    const bool isSecondFirst =
+        std::less<VSlotContainer::SetupFunction>()(&secondFunction, &setupFunction);
+    EXPECT_EQ(order.substr(0, 3), isSecondFirst ? "gf0" : "f0g");
+    std::sort(functors.begin(), functors.end());
+    for (std::size_t i = 0; i < functors.size(); ++i)
+        EXPECT_EQ(Functor::called.at(i), functors[i].rawptr());
 }
 
 TEST_F(VSlotContainerSetup, RunsFunctorsThatNobodyOwns)

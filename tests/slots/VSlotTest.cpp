@@ -7,6 +7,7 @@
 #include <quorl/slots/VSlotGlobals.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
+#include <tests/support/Observer.h>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@ namespace Quorl
 namespace
 {
 
+using QuorlTest::makeObserver;
 using QuorlTest::makeParameter;
 using QuorlTest::makePool;
 using QuorlTest::Network;
@@ -188,12 +190,30 @@ TEST(VSlot, TaintsTheValidatorsOfItsSourceWhenItEnds)
 TEST(VSlot, OwnsItsParameterAndItsNotifiersButNotItsContainer)
 {
     Network network;
-    WeakPtr<VParameter> parameter;
-    auto slot = makeSlot(network.node("object").rawptr(), makeParameter("p"));
-    parameter = slot->Parameter;
+    RefPtr<VSlotContainer> owner(new VSlotContainer);
+    auto slot = makeSlot(owner.rawptr(), makeParameter("p"));
+    const WeakPtr<VParameter> parameter = slot->Parameter;
+    const WeakPtr<ValueNotifier> notifier = *slot->Notifiers.insert(makeObserver()).first;
     EXPECT_TRUE(parameter);
+    EXPECT_TRUE(notifier);
+    owner = RefPtr<VSlotContainer>();
+    EXPECT_FALSE(slot->Owner);
+    EXPECT_FALSE(slot->isNew(makePool()));
     slot = RefPtr<VSlot>();
+
     EXPECT_FALSE(parameter);
+    EXPECT_FALSE(notifier);
+}
+
+TEST(VSlot, TaintsNobodyIfItsSourceIsEndingToo)
+{
+    const RefPtr<VConnectionValidator> validator(new VConnectionValidator);
+    RefPtr<VSlotContainer> owner(new VSlotContainer);
+    owner->registerOutput(RefPtr<VParameter>(makeParameter("out")), "out");
+    owner->insertConnectionValidator(validator);
+    owner = RefPtr<VSlotContainer>();
+
+    EXPECT_EQ(validator->Taint, 0);
 }
 
 TEST(VSlot, TakesTheNumberOfAnInputClass)
