@@ -1,5 +1,6 @@
 #include <quorl/foundation/TypeInfo.h>
 
+#include <atomic>
 #include <cstring>
 #include <mutex>
 #include <string>
@@ -11,10 +12,11 @@ namespace Tolmen
 
 struct TypeInfo::Record
 {
-    std::string name;                     // mangled, our own copy
-    const char* identity;                 // tells types of one name apart if `isInternal`
-    bool isInternal;                      // of an unnamed namespace: equal only to itself
-    mutable const std::type_info* latest; // may dangle after its module is unloaded
+    std::string name;     // mangled, our own copy
+    const char* identity; // tells types of one name apart if `isInternal`
+    bool isInternal;      // of an unnamed namespace: equal only to itself
+    // May dangle after its module is unloaded. Keys are made and read by any thread.
+    mutable std::atomic<const std::type_info*> latest;
 };
 
 namespace
@@ -45,7 +47,7 @@ public:
         for (auto entry = first; entry != last; ++entry)
             if (!entry->second->isInternal || entry->second->identity == type.name())
             {
-                entry->second->latest = &type;
+                entry->second->latest.store(&type, std::memory_order_relaxed);
                 return *entry->second;
             }
         return add(type);
@@ -77,7 +79,7 @@ TypeInfo::TypeInfo(const std::type_info& type) : record_(&theRecords().recordOf(
 
 const std::type_info& TypeInfo::get() const
 {
-    return *record_->latest;
+    return *record_->latest.load(std::memory_order_relaxed);
 }
 
 bool TypeInfo::operator<(const TypeInfo& other) const
