@@ -28,6 +28,7 @@ struct Attachments final : VActionNotifier
     }
     void attachPostfix(const RefPtr<VSlot>& slot) override
     {
+        if (validator) taint = validator->Taint;
         log += "after ";
         clock = Ageable::GlobalTime.stamp();
         last = slot;
@@ -37,6 +38,8 @@ struct Attachments final : VActionNotifier
     string log;
     long long clock = 0;
     WeakPtr<VSlot> last;
+    RefPtr<VConnectionValidator> validator;
+    int taint = 0;
 };
 
 struct Attach : testing::Test
@@ -109,9 +112,11 @@ TEST_F(VSlotContainerAttachParameter, TaintsTheOwnersValidators)
 {
     const RefPtr<VConnectionValidator> validator(new VConnectionValidator);
     object->insertConnectionValidator(validator);
+    heard->validator = validator;
     VSlotContainer::attachParameter(output, slot, "");
 
     EXPECT_EQ(validator->Taint, object->ID);
+    EXPECT_EQ(heard->taint, object->ID) << "before it is told";
 }
 
 TEST_F(VSlotContainerAttachParameter, TakesANullParameterToEmptyASlot)

@@ -538,6 +538,26 @@ TEST_F(VSlotContainerAges, TakeTheYoungestOfInputsAndTheirSources)
     EXPECT_LT(object->YoungestUncachedInput(pool), Ageable::GlobalTime);
 }
 
+TEST_F(VSlotContainerAges, AreTheContainersOwnInAContextThatHasEnded)
+{
+    const WeakPtr<ValuePool> left = pool;
+    pool = RefPtr<ValuePool>();
+    const RefPtr<ValuePool> dead = left;
+
+    EXPECT_EQ(&object->age(dead), &object->LocalAge);
+    EXPECT_NE(dead.referer, nullptr);
+}
+
+TEST_F(VSlotContainerAges, MakeTheVariablesOfLocalInputs)
+{
+    const auto slot = object->input("x");
+    slot->Parameter->Localize();
+    QuorlTest::tick();
+
+    EXPECT_EQ(object->YoungestInput(pool), Ageable::GlobalTime) << "made by the question";
+    EXPECT_TRUE(pool->findVariable(slot->Parameter));
+}
+
 TEST_F(VSlotContainerAges, CompareWithInputsOfAllLevels)
 {
     const auto slot = object->input("x", 100);
