@@ -38,6 +38,9 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
+#include <quorl/kit/BackgroundTask.h>
+#include <quorl/kit/HostQueue.h>
+#include <quorl/kit/MessageInbox.h>
 #include <quorl/kit/Module.h>
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
@@ -56,6 +59,7 @@
 #include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VConnectionValidatorList.h>
 #include <quorl/objects/VContext.h>
+#include <quorl/objects/VDataFlowGraph.h>
 #include <quorl/objects/VFindLongestObjectInputName.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VObjectAge.h>
@@ -99,6 +103,7 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VParameterConnectionConstraint.h>
 #include <quorl/slots/VParameterObjectCreator.h>
+#include <quorl/slots/VSkale.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/slots/VSlotContainer.h>
 #include <quorl/slots/VSlotGlobals.h>
@@ -106,8 +111,13 @@
 #include <quorl/slots/VSlotSet.h>
 #include <quorl/slots/VSlotTables.h>
 #include <quorl/slots/VValueParameter.h>
-#include <quorl/tasks/CurrentTask.h>
+#include <quorl/tasks/ThreadManagerValue.h>
+#include <quorl/tasks/VCotask.h>
 #include <quorl/tasks/VScheduler.h>
+#include <quorl/tasks/VTask.h>
+#include <quorl/tasks/VTaskMessage.h>
+#include <quorl/tasks/VThreadCreator.h>
+#include <quorl/tasks/VThreadManager.h>
 #include <quorl/values/LocaleIndependentStrtod.h>
 #include <quorl/values/VGraph.h>
 #include <quorl/values/VTypedValueBase.h>

@@ -11,6 +11,7 @@
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
+#include <quorl/tasks/VThreadManager.h>
 
 #include <concepts>
 #include <functional>
@@ -107,7 +108,8 @@ RefPtr<VObject> VCreator<Object>::create(const string& wantedName, const Tolmen:
     return object;
 }
 
-/// The object, and each of its parameters, which others may show when it has ended.
+/// The object, and each of its parameters, which others may show when it has ended, and under which
+/// tasks may run.
 template <Creatable Object>
 void VCreator<Object>::keepLoaded(const RefPtr<VObject>& object) const
 {
@@ -116,8 +118,10 @@ void VCreator<Object>::keepLoaded(const RefPtr<VObject>& object) const
     const RefPtr<VModuleHold> hold(new VModuleHold(module));
     object->addInterface(hold);
     const auto keep = [&](const RefPtr<VSlot>& slot) {
-        if (slot->Parameter && slot->Parameter->creator == object)
-            slot->Parameter->addInterface(hold);
+        const RefPtr<VParameter>& parameter = slot->Parameter;
+        if (!parameter) return;
+        const bool hasTasks = parameter->getType() == typeid(VThreadManager);
+        if (hasTasks || parameter->creator == object) parameter->addInterface(hold);
     };
     const std::function<bool(const RefPtr<VSlot>&, int)> keepInput = [&](const RefPtr<VSlot>& slot,
                                                                          int) {

@@ -4,8 +4,9 @@
 #include <quorl/platform/SharedLibrary.h>
 #include <quorl/registry/VManagedObject.h>
 
+#include <mutex>
+#include <set>
 #include <utility>
-#include <vector>
 
 namespace Tolmen
 {
@@ -52,9 +53,30 @@ string incompatibility(const string& word, const string& source)
            hint;
 }
 
-std::vector<RefPtr<VModule>>& departing()
+/// Modules that somebody has let go of, each once. Tasks end on their own threads.
+class Departing
 {
-    static auto& modules = *new std::vector<RefPtr<VModule>>; // objects end until the very end
+public:
+    void add(const RefPtr<VModule>& module)
+    {
+        const std::scoped_lock lock(mutex_);
+        modules_.insert(module);
+    }
+
+    std::set<RefPtr<VModule>> take()
+    {
+        const std::scoped_lock lock(mutex_);
+        return std::exchange(modules_, {});
+    }
+
+private:
+    std::mutex mutex_;
+    std::set<RefPtr<VModule>> modules_;
+};
+
+Departing& departing()
+{
+    static auto& modules = *new Departing; // objects end until the very end
     return modules;
 }
 
@@ -135,12 +157,12 @@ VModuleHold::VModuleHold(const RefPtr<VModule>& held) : module(held) {}
 
 VModuleHold::~VModuleHold()
 {
-    departing().push_back(module);
+    departing().add(module);
 }
 
 void VModuleHold::letGo()
 {
-    const std::vector<RefPtr<VModule>> modules = std::exchange(departing(), {});
+    const std::set<RefPtr<VModule>> modules = departing().take();
 }
 
 } // namespace Quorl

@@ -64,6 +64,8 @@ struct VGlobals::ModuleInfo
 /// Keeps a module loaded as long as the object that it is added to lives. What is left of the
 /// object's destructor may be code of the module, so that the module is let go of later, when
 /// modules are next loaded or unloaded.
+///
+/// Threads: may end on any.
 class QUORL_API VModuleHold : public Tolmen::Interface<VModuleHold>
 {
 public:

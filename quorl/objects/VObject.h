@@ -16,6 +16,7 @@
 #include <quorl/slots/VConnectable.h>
 #include <quorl/slots/VInputClassRecognition.h>
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -256,6 +257,19 @@ public:
 };
 
 extern template class VManagedDomainObject<VObject>;
+
+/// `a >= b`: a takes its input from b, in the way that a's creator accepts first.
+/// \return `child` and its input; an empty pair if either is dead, the creator of `child` is gone
+/// or accepts nothing of `parent`, or the connection did not work.
+QUORL_API VObject::ObjectAndSlot operator>=(const RefPtr<VObject>& child,
+                                            const RefPtr<VObject>& parent);
+
+/// The same for handles of derived types.
+template <std::derived_from<VObject> Child, std::derived_from<VObject> Parent>
+VObject::ObjectAndSlot operator>=(const RefPtr<Child>& child, const RefPtr<Parent>& parent)
+{
+    return RefPtr<VObject>(child) >= RefPtr<VObject>(parent);
+}
 
 /// Visits the objects upstream of another, with the input that takes something from them; true goes
 /// on.

@@ -143,6 +143,16 @@ VObject::ObjectAndSlot VObject::connectAsChild(const RefPtr<VObject>& child,
     return connectChild(child, acception.info);
 }
 
+VObject::ObjectAndSlot operator>=(const RefPtr<VObject>& child, const RefPtr<VObject>& parent)
+{
+    if (!child || !parent) return {};
+    const WeakPtr<VCreatorBase> creator = child->Creator;
+    if (!creator) return {};
+    const VAcceptInfoList ways = creator->accept(parent);
+    if (ways.empty() || !ways.front()) return {};
+    return parent->connectAsChild(child, VAcception(ways.front(), creator));
+}
+
 VObject::ObjectAndSlot VObject::createChild(const VAcception& acception,
                                             const Tolmen::Intercube& context)
 {

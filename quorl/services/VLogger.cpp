@@ -1,8 +1,8 @@
 #include <quorl/services/VLogger.h>
 
 #include <quorl/foundation/Interface.h>
-#include <quorl/tasks/CurrentTask.h> // the scopes belong to the task that runs
-#include <quorl/values/ValueNotifier.h>
+#include <quorl/tasks/VTask.h> // the scopes belong to the task that runs
+#include <quorl/tasks/VThreadCreator.h>
 
 #include <array>
 #include <cstdarg>
@@ -46,7 +46,7 @@ const RefPtr<StateQueue>& defaultQueue()
 
 RefPtr<StateQueue> currentStateQueue()
 {
-    const WeakPtr<ValueNotifier> task = currentTaskAsCube();
+    const WeakPtr<VTask> task = VThreadCreator::CurrentThread();
     if (!task) return defaultQueue();
     RefPtr<StateQueue> queue = task->findInterface(typeid(StateQueue));
     if (!queue)
@@ -105,8 +105,8 @@ void VLogger::print(int level, const string& message)
 {
     const RefPtr<StateQueue> queue = currentStateQueue();
     const State scope = queue->front(); // a subscriber may open and close scopes
-    print(message, level, scope.indent + queue->depth, scope.file, scope.line, currentTask(),
-          scope.name);
+    print(message, level, scope.indent + queue->depth, scope.file, scope.line,
+          VThreadCreator::CurrentThread(), scope.name);
 }
 
 void VLogger::printf(int level, const char* format, ...)

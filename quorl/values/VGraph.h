@@ -1,12 +1,13 @@
 #pragma once
 
+#include <quorl/Export.h>
 #include <quorl/Forward.h>
 
 namespace Quorl
 {
 
-/// Stands for the whole network as the type of a value.
-class VGraph
+/// The type of a parameter that stands for a graph of any kind, so that a slot can be made for it.
+class QUORL_API VGraph
 {
 };
 

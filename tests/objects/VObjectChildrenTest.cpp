@@ -80,6 +80,7 @@ using AttachNewObject = Objects;
 using ExtractSlot = Objects;
 using ConnectChild = Objects;
 using CreateChild = Objects;
+using WireChild = Objects;
 
 TEST_F(CreateInput, MakesAnObjectForASlotAndAttachesIt)
 {
@@ -392,6 +393,63 @@ TEST_F(ConnectChild, OffersTheInterfaceWhereThereIsNoOutput)
     EXPECT_EQ(connected, child);
     EXPECT_EQ(found, slot) << "an input of the parent";
     EXPECT_EQ(value->taken, service);
+}
+
+TEST_F(WireChild, TakesTheFirstWayThatTheCreatorOfTheChildAccepts)
+{
+    const auto child = network.adopt(new Family("child"));
+    const RefPtr<VSlot> input = child->input("in");
+    child->input("second");
+    object->output("a");
+    const RefPtr<VParameter> b = object->output("b");
+    child->setCreator(creator.handle());
+    creator->whenOffered = [&](const RefPtr<VObject>& parent) {
+        EXPECT_EQ(parent, object);
+        return VAcceptInfoList{wantDouble("b"), wantDouble("a")};
+    };
+
+    const auto [connected, slot] = child >= object;
+
+    EXPECT_EQ(connected, child);
+    EXPECT_EQ(slot, input);
+    EXPECT_EQ(input->Parameter, b);
+}
+
+TEST_F(WireChild, IsAnEmptyPairWhereSomebodyIsDead)
+{
+    const auto child = network.node("child");
+    child->setCreator(creator.handle());
+    creator->whenOffered = [&](const RefPtr<VObject>&) { return VAcceptInfoList{wantDouble("")}; };
+    EXPECT_FALSE((RefPtr<VObject>() >= object).first.referer);
+    EXPECT_FALSE((RefPtr<VObject>(child) >= RefPtr<VObject>()).second.referer);
+    EXPECT_FALSE((RefPtr<VObject>() >= RefPtr<VObject>()).first.referer);
+}
+
+TEST_F(WireChild, IsAnEmptyPairAndConnectsNothingWithoutTheCreator)
+{
+    const auto child = network.node("child");
+    const RefPtr<VSlot> input = child->input("in");
+    const RefPtr<VParameter> own = input->Parameter;
+    object->output("out");
+    EXPECT_FALSE((child >= object).first.referer) << "it never had one";
+    child->setCreator(creator.handle());
+    creator->whenOffered = [&](const RefPtr<VObject>&) { return VAcceptInfoList{wantDouble("")}; };
+    creator.drop();
+    EXPECT_EQ(outputOf([&] { EXPECT_FALSE((child >= object).first.referer); }), "");
+    EXPECT_EQ(input->Parameter, own);
+}
+
+TEST_F(WireChild, IsAnEmptyPairIfTheCreatorAcceptsNothingOrBeginsWithNothing)
+{
+    const auto child = network.node("child");
+    child->input("in");
+    object->output("out");
+    child->setCreator(creator.handle());
+    EXPECT_FALSE((child >= object).first.referer);
+    creator->whenOffered = [&](const RefPtr<VObject>&) {
+        return VAcceptInfoList{RefPtr<VAcceptInfo>(), wantDouble("out")};
+    };
+    EXPECT_FALSE((child >= object).first.referer);
 }
 
 TEST_F(CreateChild, HasTheCreatorNameAndMakeIt)
