@@ -6,8 +6,10 @@
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h>
+#include <quorl/registry/VCreatorBase.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace Geoid
 {
@@ -25,6 +27,20 @@ void writeCache(const std::filesystem::path& cache)
         throw GeoidError("'" + cache.string() + "': the cache cannot be written");
 }
 
+Quorl::RefPtr<Quorl::VCreatorBase> find(const std::string& creator)
+{
+    return Quorl::VManagedObject::find(typeid(Quorl::VInputCreatorBase), creator);
+}
+
+/// Loads those that only the cache knows.
+void loadAll()
+{
+    std::vector<std::string> waiting;
+    for (const auto& [path, info] : *Quorl::VGlobals::theGlobals().modules)
+        if (!info.module) waiting.push_back(path);
+    for (const std::string& path : waiting) Quorl::LoadVModule(path);
+}
+
 } // namespace
 
 Modules::Modules(const std::filesystem::path& folder, const std::filesystem::path& cache)
@@ -33,6 +49,13 @@ Modules::Modules(const std::filesystem::path& folder, const std::filesystem::pat
     files_ = Quorl::openModules(folder.string());
     if (files_ == 0) throw GeoidError("'" + folder.string() + "': there are no modules");
     if (!cache.empty() && (!isCached || opened() > 0)) writeCache(cache);
+}
+
+Quorl::RefPtr<Quorl::VCreatorBase> Modules::creator(const std::string& name) const
+{
+    if (const auto found = find(name)) return found;
+    loadAll();
+    return find(name);
 }
 
 int Modules::opened() const

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <quorl/Forward.h>
+#include <quorl/foundation/RefPtr.h>
+
 #include <filesystem>
+#include <string>
 
 namespace Geoid
 {
@@ -14,6 +18,10 @@ public:
     /// all modules. Empty means none.
     /// \throws GeoidError if the folder holds no modules.
     Modules(const std::filesystem::path& folder, const std::filesystem::path& cache);
+
+    /// The creator of that name, null if there is none. If the cache does not know it, which may
+    /// have been cut off, all modules are loaded.
+    Quorl::RefPtr<Quorl::VCreatorBase> creator(const std::string& name) const;
 
     int files() const { return files_; } ///< in the folder
     int opened() const;                  ///< of those, up to now

@@ -30,15 +30,15 @@ std::string text(double number)
 
 } // namespace
 
-Network::Network(const std::filesystem::path& gridFile)
+Network::Network(const Modules& modules, const std::filesystem::path& gridFile)
 {
-    make("reader", "Grid/Reader");
-    make("region", "Grid/Region");
-    make("smoothing", "Grid/Smoothing");
-    make("hillshade", "Grid/Hillshade");
-    make("colours", "Picture/Colours");
-    make("contours", "Grid/Contours");
-    make("picture", "Picture/Writer");
+    make(modules, "reader", "Grid/Reader");
+    make(modules, "region", "Grid/Region");
+    make(modules, "smoothing", "Grid/Smoothing");
+    make(modules, "hillshade", "Grid/Hillshade");
+    make(modules, "colours", "Picture/Colours");
+    make(modules, "contours", "Grid/Contours");
+    make(modules, "picture", "Picture/Writer");
 
     connect("reader", "region");
     connect("region", "smoothing");
@@ -57,10 +57,9 @@ Network::~Network()
     for (const RefPtr<VObject>& step : steps_) step->remove();
 }
 
-void Network::make(const std::string& name, const std::string& creator)
+void Network::make(const Modules& modules, const std::string& name, const std::string& creator)
 {
-    const RefPtr<VCreatorBase> found =
-        VManagedObject::find(typeid(Quorl::VInputCreatorBase), creator);
+    const RefPtr<VCreatorBase> found = modules.creator(creator);
     if (!found) throw GeoidError("there is no creator " + creator);
     steps_.push_back(found->create(name, Tolmen::Intercube()));
     steps_.back()->insertUpdateFunction(&Journal::noteRun);

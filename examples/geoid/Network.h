@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Journal.h"
+#include "Modules.h"
 
 #include <filesystem>
 #include <string>
@@ -41,7 +42,8 @@ struct Run
 class Network
 {
 public:
-    explicit Network(const std::filesystem::path& gridFile);
+    /// \throws GeoidError if a creator is missing, or does not fit.
+    Network(const Modules& modules, const std::filesystem::path& gridFile);
     Network(const Network&) = delete;
     Network& operator=(const Network&) = delete;
     ~Network();
@@ -66,7 +68,7 @@ public:
     std::vector<std::string> objects() const;
 
 private:
-    void make(const std::string& name, const std::string& creator);
+    void make(const Modules& modules, const std::string& name, const std::string& creator);
     void connect(const std::string& parent, const std::string& child);
     void share(const std::string& from, const std::string& to, const std::string& parameter);
     void set(const Quorl::RefPtr<Quorl::ValuePool>& pool, const std::string& object,

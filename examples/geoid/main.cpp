@@ -129,7 +129,7 @@ int run(const Options& options)
     Quorl::VObject::VERBOSE_REQUEST = options.verbosity;
 
     const Geoid::Modules modules(options.modules, options.cache);
-    Network network(options.input);
+    Network network(modules, options.input);
     std::printf("Modules: %d files, of which %d were opened.\n", modules.files(), modules.opened());
     for (const Geoid::View& view : wanted) network.addContext(view);
     const bool allHold = demonstrate(network);

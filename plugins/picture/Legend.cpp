@@ -63,7 +63,8 @@ public:
           latitudes_(degreeTicks(region.south, region.north, ticksIn(map.height(), 74.0))),
           longitudes_(degreeTicks(region.west, region.west + region.longitudeSpan(),
                                   ticksIn(map.width(), 100.0))),
-          metres_(decimalTicks(colours.low(), colours.high(), ticksIn(map.height(), 52.0)))
+          unit_(caption.unit),
+          numbers_(decimalTicks(colours.low(), colours.high(), ticksIn(map.height(), 52.0)))
     {
         measure();
     }
@@ -98,9 +99,9 @@ private:
         for (const double value : latitudes_.values)
             latitudeWidth =
                 std::max(latitudeWidth, labels_.width(latitudeLabel(value, latitudes_.step)));
-        double metreWidth = labels_.width("m");
-        for (const double value : metres_.values)
-            metreWidth = std::max(metreWidth, labels_.width(numberLabel(value, metres_.step)));
+        double numberWidth = labels_.width(unit_);
+        for (const double value : numbers_.values)
+            numberWidth = std::max(numberWidth, labels_.width(numberLabel(value, numbers_.step)));
 
         left_ = roundUp(outer + latitudeWidth + 5.0 * scale_) + tick_ + thickness_;
         titleLine_ = round(outer + title_.height);
@@ -110,7 +111,7 @@ private:
         barLeft_ = left_ + map_.width() + 2 * thickness_ + round(34.0 * scale_);
         barWidth_ = round(20.0 * scale_);
         width_ =
-            barLeft_ + barWidth_ + thickness_ + tick_ + roundUp(5.0 * scale_ + metreWidth + outer);
+            barLeft_ + barWidth_ + thickness_ + tick_ + roundUp(5.0 * scale_ + numberWidth + outer);
         height_ = top_ + map_.height() + thickness_ + tick_ +
                   roundUp(6.0 * scale_ + labels_.capitalHeight() + outer);
     }
@@ -159,25 +160,25 @@ private:
 
     void drawBar(Canvas& canvas) const
     {
-        const double perMetre = map_.height() / (colours_.high() - colours_.low());
+        const double perUnit = map_.height() / (colours_.high() - colours_.low());
         for (int row = 0; row < map_.height(); ++row)
         {
-            const double metres = colours_.high() - (row + 0.5) / perMetre;
+            const double metres = colours_.high() - (row + 0.5) / perUnit;
             canvas.fill(barLeft_, top_ + row, barWidth_, 1, encode(colours_.at(metres)));
         }
         canvas.frame(barLeft_, top_, barWidth_, map_.height(), thickness_, kInk);
 
         const int right = barLeft_ + barWidth_ + thickness_;
-        for (const double value : metres_.values)
+        for (const double value : numbers_.values)
         {
-            const int y = top_ + placed((colours_.high() - value) * perMetre);
+            const int y = top_ + placed((colours_.high() - value) * perUnit);
             canvas.fill(right, y, tick_, thickness_, kInk);
             labels_.draw(canvas, right + tick_ + 5.0 * scale_, middledOn(y),
-                         numberLabel(value, metres_.step), kInk);
+                         numberLabel(value, numbers_.step), kInk);
         }
         const double middle = barLeft_ + 0.5 * barWidth_;
-        units_.draw(canvas, middle - 0.5 * units_.width("m"),
-                    top_ - thickness_ - round(8.0 * scale_), "m", kInk);
+        units_.draw(canvas, middle - 0.5 * units_.width(unit_),
+                    top_ - thickness_ - round(8.0 * scale_), unit_, kInk);
     }
 
     /// The baseline of a label whose middle is level with a tick at `y`.
@@ -198,7 +199,8 @@ private:
     Line subtitle_;
     Ticks latitudes_;
     Ticks longitudes_;
-    Ticks metres_;
+    std::string unit_;
+    Ticks numbers_;
     int left_ = 0; // the map's upper left corner in the picture
     int top_ = 0;
     int titleLine_ = 0; // baselines

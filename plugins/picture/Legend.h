@@ -14,12 +14,13 @@ struct Caption
 {
     std::string title;
     std::string subtitle;
+    std::string unit = "m"; ///< of the colour bar
 
     friend bool operator==(const Caption&, const Caption&) = default;
 };
 
 /// Puts a map into its frame: the caption above it, longitudes below and latitudes to the left,
-/// ticks on all four sides, and a colour bar with numbers in metres to the right. North is up.
+/// ticks on all four sides, and a colour bar with numbers to the right. North is up.
 ///
 /// Letters and margins grow with the map; a caption that would be wider than the picture is set
 /// in smaller letters. The map itself is copied pixel for pixel.

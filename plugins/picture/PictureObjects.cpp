@@ -25,7 +25,7 @@ bool PictureWriter::update(Quorl::VRequest& request, double /*precision*/)
     const LinearImage shaded = shadeColours(
         colours_(request), shade, shadeOfLevelGround(light_(request)), contrast_(request));
     const LinearImage map = drawContours(shaded, contours_(request), {});
-    const Caption caption{title_(request), subtitle(request)};
+    const Caption caption{title_(request), subtitle(request), unit_(request)};
     writePng(frameMap(encode(map), shade.region, map_(request), caption), file_(request));
     return true;
 }
@@ -36,10 +36,10 @@ std::string PictureWriter::subtitle(const Quorl::VRequest& request) const
     std::array<char, 256> text{};
     std::snprintf(
         text.data(), text.size(),
-        "contours every %g m, every fifth heavier · light from %g°, %g° high, heights × %g · "
+        "contours every %g %s, every fifth heavier · light from %g°, %g° high, heights × %g · "
         "smoothed by %g°",
-        contours_(request).interval, light.azimuth, light.altitude, light.exaggeration,
-        sigma_(request));
+        contours_(request).interval, unit_(request).c_str(), light.azimuth, light.altitude,
+        light.exaggeration, sigma_(request));
     return text.data();
 }
 

@@ -47,6 +47,7 @@ private:
     const InputSlot<double> sigma_{*this, "sigma"}; // the smoothing's, to be told
     const InputSlot<double> contrast_{*this, "contrast", 0.8};
     const InputSlot<std::string> title_{*this, "title", {}, perContext()};
+    const InputSlot<std::string> unit_{*this, "unit", "m", perContext()};
     const InputSlot<std::string> file_{*this, "file", {}, perContext()};
 };
 

@@ -2,7 +2,6 @@
 
 #include <quorl/foundation/ApplicationQuitter.h>
 #include <quorl/kit/Module.h>
-#include <quorl/registry/VManagedDomainObject.h>
 #include <quorl/services/Vprintf.h>
 #include <quorl/tasks/VThreadCreator.h>
 
@@ -53,14 +52,14 @@ private:
     Threads::ThreadPool& pool_;
 };
 
-/// Ends when somebody unloads the module, as the registry alone owns it. While tasks run, the code
-/// stays where it is.
-class DepartureWatch final : public Quorl::VManagedDomainObject<DepartureWatch>
+/// Provides nothing. It ends when somebody unloads the module, as the registry alone owns it; while
+/// tasks run, the code stays where it is.
+class DepartureWatch final : public Quorl::VInputCreatorBase
 {
 public:
-    explicit DepartureWatch(Threads::ThreadPool& pool) : pool_(pool)
+    explicit DepartureWatch(Threads::ThreadPool& pool)
+        : VInputCreatorBase("Threads/Departure", 0, {}, ZELM_MODULE_DIRECTORY), pool_(pool)
     {
-        insert("Threads/Departure", 0);
     }
 
     ~DepartureWatch() override

@@ -22,7 +22,7 @@ using Quorl::VLoader;
 
 struct FormatsModule : testing::Test
 {
-    static void SetUpTestSuite() { ASSERT_EQ(Quorl::openModules(SHIPPED_MODULES), 4); }
+    static void SetUpTestSuite() { ASSERT_EQ(Quorl::openModules(SHIPPED_MODULES), 5); }
 
     std::string write(const std::string& name, const std::string& text) const
     {
