@@ -43,6 +43,8 @@ public:
     /// Asks once more. \return how often that entered an object, for itself or for another.
     std::int64_t requestAndCountVisits();
 
+    const Quorl::RefPtr<CountingObject>& last() const { return objects_.back(); } ///< the one asked
+
     std::int64_t updates() const; ///< of all objects together
 
 private:

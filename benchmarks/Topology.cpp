@@ -5,6 +5,13 @@
 namespace QuorlBenchmark
 {
 
+std::size_t Topology::edges() const
+{
+    std::size_t sum = 0;
+    for (const auto& sources : inputs) sum += sources.size();
+    return sum;
+}
+
 std::int64_t Topology::visits() const
 {
     std::vector<std::int64_t> paths(objects(), 0);

@@ -16,6 +16,8 @@ struct Topology
 
     std::size_t objects() const { return inputs.size(); }
 
+    std::size_t edges() const;
+
     /// How often a walk down every path enters an object; once for each path to it.
     std::int64_t visits() const;
 
