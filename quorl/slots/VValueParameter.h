@@ -14,10 +14,11 @@ template <class T>
 class QUORL_TEMPLATE_API VValueParameter : public VParameter
 {
 public:
-    /// \pre `initialValue` is alive.
+    /// \param initialValue null makes a parameter of no type, without copies and values.
     VValueParameter(const RefPtr<VValue<T>>& initialValue, const string& parameterName,
                     const RefPtr<VCreationPreferences>& creationPreferences = {})
-        : VParameter(initialValue, parameterName, creationPreferences), value(initialValue.rawptr())
+        : VParameter(initialValue, parameterName, creationPreferences),
+          value(initialValue ? initialValue.rawptr() : nullptr)
     {
     }
 
@@ -27,14 +28,18 @@ public:
     RefPtr<VParameter> copy() const override;
     RefPtr<VValueBase> createLocalVariable(const RefPtr<ValuePool>& pool) const override;
     bool setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const override;
-    RefPtr<VValueBase> newValue() const override { return value->copy(); }
+    RefPtr<VValueBase> newValue() const override
+    {
+        return defaultValue ? value->copy() : RefPtr<VValueBase>();
+    }
 
-    VValue<T>* value; ///< the default value, which the base owns
+    VValue<T>* value; ///< the default value, which the base owns; may be null
 };
 
 template <class T>
 RefPtr<VParameter> VValueParameter<T>::copy() const
 {
+    if (!defaultValue) return {};
     const RefPtr<VValueParameter<T>> copied(
         new VValueParameter(RefPtr<VValue<T>>(newValue()), name, preferences));
     copied->local = local;
@@ -46,6 +51,7 @@ template <class T>
 RefPtr<VValueBase> VValueParameter<T>::createLocalVariable(const RefPtr<ValuePool>& pool) const
 {
     const RefPtr<VValueBase> variable = newValue();
+    if (!variable) return {};
     pool->createVariable(this, variable);
     addShadow(pool);
     return variable;
@@ -54,7 +60,7 @@ RefPtr<VValueBase> VValueParameter<T>::createLocalVariable(const RefPtr<ValuePoo
 template <class T>
 bool VValueParameter<T>::setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const
 {
-    const RefPtr<VValueBase> target = value->component(member);
+    const RefPtr<VValueBase> target = defaultValue ? value->component(member) : defaultValue;
     return target && target->getValueFrom(given);
 }
 

@@ -35,7 +35,7 @@ ThreadManagerValue::VValue(const VValue& other) : VValue(other.manager) {}
 
 ThreadManagerValue::~VValue()
 {
-    ++myTypedValueCreator().destroyedValues;
+    ++TypedValueCreator<VThreadManager>::destroyedValues;
 }
 
 bool ThreadManagerValue::getValue(VThreadManager& datum) const
@@ -161,7 +161,8 @@ using ThreadManagerParameter = VValueParameter<VThreadManager>;
 ThreadManagerParameter::VValueParameter(const RefPtr<ThreadManagerValue>& initialValue,
                                         const string& parameterName,
                                         const RefPtr<VCreationPreferences>& creationPreferences)
-    : VParameter(initialValue, parameterName, creationPreferences)
+    : VParameter(initialValue, parameterName, creationPreferences),
+      value(initialValue ? initialValue.rawptr() : nullptr)
 {
 }
 
@@ -186,7 +187,7 @@ bool ThreadManagerParameter::setGlobalValue(const RefPtr<VValueBase>& /*given*/,
 
 RefPtr<VValueBase> ThreadManagerParameter::newValue() const
 {
-    return defaultValue ? defaultValue->copy() : RefPtr<VValueBase>();
+    return defaultValue ? value->copy() : RefPtr<VValueBase>();
 }
 
 } // namespace Quorl

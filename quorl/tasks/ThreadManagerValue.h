@@ -102,6 +102,8 @@ public:
 
     /// A value with the same manager and no tasks; null if there is no default value.
     RefPtr<VValueBase> newValue() const override;
+
+    VValue<VThreadManager>* value; ///< the default value, which the base owns; may be null
 };
 
 } // namespace Quorl

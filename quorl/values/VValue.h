@@ -19,7 +19,9 @@ public:
     /// A value of `text`, also if `text` is refused.
     RefPtr<VValueBase> create(const string& text, bool& ok) override;
 
-    std::int32_t destroyedValues = 0; ///< values of the type that have ended, on the stack as well
+    /// Values of the type that have ended, on the stack as well. Static, as values may outlive
+    /// their creator when the process ends.
+    static inline constinit std::int32_t destroyedValues = 0;
 };
 
 /// A value that holds its datum.
@@ -33,7 +35,7 @@ public:
     VValue() : VValue(T{}) {}
     explicit VValue(const T& datum) : datum_(datum) { static_cast<void>(theTypedValueCreator); }
     VValue(const VValue& other) : VValue(other.datum_) {}
-    ~VValue() override { ++myTypedValueCreator().destroyedValues; }
+    ~VValue() override { ++TypedValueCreator<T>::destroyedValues; }
 
     bool getValue(T& datum) const override
     {

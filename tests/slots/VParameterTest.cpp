@@ -6,6 +6,7 @@
 #include <quorl/services/VUndoStack.h>
 #include <quorl/slots/VParameterConnectionConstraint.h>
 #include <quorl/slots/VValueParameter.h>
+#include <quorl/values/VGraph.h>
 #include <quorl/values/ValueActionBase.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
@@ -592,6 +593,37 @@ TEST(VValueParameter, GivesItsDefaultAnotherDatumWithoutMovingAges)
               0);
     EXPECT_EQ(textOf(parameter->defaultValue), "3");
     EXPECT_EQ(textOf(parameter->defaultValue->component("part")), "9");
+}
+
+TEST(VValueParameter, KnowsItsDefaultValueAsWhatItIs)
+{
+    const RefPtr<VValue<double>> value(new VValue<double>(2.0));
+    const RefPtr<VValueParameter<double>> parameter(new VValueParameter<double>(value, "p"));
+    EXPECT_EQ(parameter->value, value.rawptr());
+    EXPECT_EQ(parameter->DefaultValue(), value);
+}
+
+TEST(VValueParameter, WithoutAValueMakesNone)
+{
+    const RefPtr<VValueParameter<double>> parameter(new VValueParameter<double>({}, "p"));
+    parameter->local = true;
+    const auto pool = makePool();
+    EXPECT_EQ(parameter->value, nullptr);
+    EXPECT_FALSE(parameter->newValue());
+    EXPECT_FALSE(parameter->copy());
+    EXPECT_FALSE(parameter->createLocalVariable(pool));
+    EXPECT_FALSE(parameter->setGlobalValue(RefPtr<VValueBase>(new VValue<double>(1.0)), ""));
+    EXPECT_FALSE(pool->findVariable(parameter));
+}
+
+TEST(VValueParameter, MayStandForAGraph)
+{
+    const RefPtr<VValueParameter<VGraph>> parameter(
+        new VValueParameter<VGraph>(RefPtr<VValue<VGraph>>(new VValue<VGraph>), "network"));
+    EXPECT_TRUE(parameter->getType() == typeid(VGraph));
+    EXPECT_EQ(parameter->getValueAsText({}, "", false), "");
+    EXPECT_FALSE(parameter->value->setValueFromText("x"));
+    EXPECT_TRUE(VGraph() == VGraph());
 }
 
 } // namespace
