@@ -18,10 +18,18 @@ namespace
 template <class T>
 string formatted(const char* format, T datum)
 {
-    // The longest is a float: 39 digits, a point (which can be some bytes in a locale), 6 digits.
-    std::array<char, 64> text{};
+    std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), format, datum);
     return text.data();
+}
+
+/// As the "C" locale has it, whichever one the process has: what reads it knows no other.
+string written(double datum, std::chars_format format, int precision)
+{
+    std::array<char, 64> text{}; // the longest is a float: a sign, 39 digits, a point, 6 digits
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), datum, format, precision);
+    return {text.data(), end.ptr};
 }
 
 } // namespace
@@ -91,7 +99,7 @@ bool VValueTrait<float>::setValueFromText(float& datum, const string& text)
 
 string VValueTrait<float>::Text(float datum)
 {
-    return formatted("%f", static_cast<double>(datum));
+    return written(static_cast<double>(datum), std::chars_format::fixed, 6);
 }
 
 bool VValueTrait<double>::setValueFromText(double& datum, const string& text)
@@ -102,12 +110,7 @@ bool VValueTrait<double>::setValueFromText(double& datum, const string& text)
 
 string VValueTrait<double>::Text(double datum)
 {
-    // The same characters as a stream at this precision gives in the "C" locale.
-    constexpr int kPrecision = std::numeric_limits<double>::max_digits10;
-    std::array<char, 64> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), datum,
-                                   std::chars_format::general, kPrecision);
-    return {text.data(), end.ptr};
+    return written(datum, std::chars_format::general, std::numeric_limits<double>::max_digits10);
 }
 
 bool VValueTrait<string>::setValueFromText(string& datum, const string& text)

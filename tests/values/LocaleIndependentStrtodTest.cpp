@@ -1,4 +1,5 @@
 #include <quorl/values/LocaleIndependentStrtod.h>
+#include <quorl/values/VValueTrait.h>
 
 #include <gtest/gtest.h>
 
@@ -6,6 +7,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>
@@ -33,11 +35,15 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 TEST(LocaleIndependentStrtod, ReadsAPointUnderALocaleWithADecimalComma)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* locale : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "C"})
-        if (std::setlocale(LC_ALL, locale)) break;
+    ::setenv("LOCPATH", TEST_LOCALES, 1);
+    ASSERT_TRUE(std::setlocale(LC_ALL, "de_DE.UTF-8"));
+    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5);
 
     EXPECT_EQ(parse("1.5").number, 1.5);
+    EXPECT_EQ(parse("1,5").number, 1.0);
     EXPECT_EQ(parse(".5").number, 0.5);
+    EXPECT_EQ(Quorl::VValueTrait<double>::Text(1.5), "1.5");
+    EXPECT_EQ(Quorl::VValueTrait<float>::Text(1.5F), "1.500000");
 
     std::setlocale(LC_ALL, before.c_str());
 }

@@ -1,5 +1,6 @@
 #include <quorl/values/VValueTrait.h>
 
+#include <quorl/tasks/VThreadManager.h>
 #include <quorl/values/VGraph.h>
 
 #include <gtest/gtest.h>
@@ -90,6 +91,7 @@ TEST(VValueTraitLongLong, WritesSixtyFourBitsAndReadsThirtyTwo)
     EXPECT_EQ(VValueTrait<long long>::Text(5000000000LL), "5000000000");
     EXPECT_EQ(read<long long>("-2147483648"), -2147483648LL);
     EXPECT_EQ(read<long long>("12"), 12);
+    EXPECT_EQ(read<long long>("4294967298"), 2) << "the low bits of what is greater";
 }
 
 TEST(VValueTraitFloat, WritesSixDecimals)
@@ -144,6 +146,9 @@ TEST(VValueTraitOfNoText, ReadsNothingAndWritesNothing)
     VGraph graph;
     EXPECT_FALSE(VValueTrait<VGraph>::setValueFromText(graph, "x"));
     EXPECT_EQ(VValueTrait<VGraph>::Text(graph), "");
+    VThreadManager manager;
+    EXPECT_FALSE(VValueTrait<VThreadManager>::setValueFromText(manager, "x"));
+    EXPECT_EQ(VValueTrait<VThreadManager>::Text(manager), "");
 }
 
 } // namespace
