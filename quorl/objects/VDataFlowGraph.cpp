@@ -5,6 +5,7 @@
 #include <quorl/slots/VSlot.h>
 #include <quorl/slots/VSlotIterator.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <tuple>
@@ -42,6 +43,16 @@ public:
 private:
     std::vector<FedInput>& inputs_;
 };
+
+/// An object that has ended does not tell its number any more; then all are looked at.
+template <class Vertices>
+auto find(Vertices& vertices, const WeakPtr<VObject>& object)
+{
+    if (object) return vertices.find(object);
+    return std::find_if(vertices.begin(), vertices.end(), [&](const auto& vertex) {
+        return static_cast<const WeakPtr<VObject>&>(vertex.first) == object;
+    });
+}
 
 } // namespace
 
@@ -92,9 +103,10 @@ VDataFlowGraph::~VDataFlowGraph() = default;
 
 void VDataFlowGraph::rebuild(const WeakPtr<VObject>& root)
 {
+    const WeakPtr<VObject> start = root; // it may be that of a vertex
     Vertices.clear();
     Edges.clear();
-    insertParentalInfo(root);
+    insertParentalInfo(start);
 }
 
 VDataFlowGraph::VertexMap::iterator
@@ -133,13 +145,13 @@ void VDataFlowGraph::connect(VertexMap::value_type& source, VertexMap::value_typ
 
 VDataFlowGraph::VertexMap::iterator VDataFlowGraph::findVertex(const WeakPtr<VObject>& object)
 {
-    return Vertices.find(object);
+    return find(Vertices, object);
 }
 
 VDataFlowGraph::VertexMap::const_iterator
 VDataFlowGraph::findVertex(const WeakPtr<VObject>& object) const
 {
-    return Vertices.find(object);
+    return find(Vertices, object);
 }
 
 void VDataFlowGraph::print() const

@@ -160,6 +160,36 @@ TEST_F(Graphs, KeepsThePlacesOfObjectsThatHaveEnded)
     EXPECT_EQ(outputOf([&] { graph.print(); }), "[sink]:  a \n");
 }
 
+TEST_F(Graphs, FindsAnObjectThatHasEnded)
+{
+    RefPtr<Node> mortal(new Node("mortal"));
+    network.connect(mortal, sink, "a");
+    const VDataFlowGraph graph(sink);
+    const WeakPtr<VObject> ended = mortal;
+    RefPtr<Node> other(new Node("stranger"));
+    const WeakPtr<VObject> stranger = other;
+    for (RefPtr<Node>* object : {&mortal, &other})
+    {
+        (*object)->VManagedObject::remove();
+        *object = RefPtr<Node>();
+    }
+    ASSERT_FALSE(ended);
+
+    const auto vertex = graph.findVertex(ended);
+    ASSERT_NE(vertex, graph.Vertices.end());
+    EXPECT_THAT(vertex->second, SizeIs(1));
+    EXPECT_EQ(graph.findVertex(stranger), graph.Vertices.end());
+}
+
+TEST_F(Graphs, RebuildMayStartFromOneOfItsVertices)
+{
+    network.connect(middle, sink, "upper");
+    network.connect(source, middle, "lower");
+    VDataFlowGraph graph(sink);
+    graph.rebuild(graph.findVertex(middle)->first);
+    EXPECT_THAT(namesIn(graph), ElementsAre("source", "middle"));
+}
+
 TEST_F(Graphs, RebuildStartsAnewFromAnyRoot)
 {
     network.connect(middle, sink, "upper");

@@ -610,16 +610,6 @@ TEST(VObjectRequest, UpdatesForAStateThatWasTouchedBeforeTheObjectRan)
     EXPECT_FALSE(ask(object, pool));
 }
 
-TEST(VObjectRequest, LeavesAnEmptyStateForEachContext)
-{
-    Network network;
-    const auto object = network.node("object");
-
-    ask(object, makePool());
-
-    EXPECT_FALSE(object->hasLocalInterface(typeid(int)));
-}
-
 class Demanding final : public Node
 {
 public:
