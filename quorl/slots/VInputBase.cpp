@@ -43,8 +43,12 @@ void VInputBase::notify(const ValueNotifierList* caller, const WeakPtr<ValuePool
     if (!owner) return;
     std::puts("void VInputBase::notify() --> broadcasting...");
     if (isUnowned) std::puts("me is not strongly referenced!?");
-    owner->notify(owner->defaultValue, pool, WeakPtr<ValueNotifier>(this), caller,
-                  owner->properties.get());
+    // An observer may drop the parameter, which lasts until all have been told.
+    const WeakPtr<VParameter> target = owner;
+    const RefPtr<VParameter> held =
+        target->self.referer->strong > 0 ? RefPtr<VParameter>(target) : RefPtr<VParameter>();
+    target->notify(target->defaultValue, pool, WeakPtr<ValueNotifier>(this), caller,
+                   target->properties.get());
 }
 
 } // namespace Quorl

@@ -237,7 +237,9 @@ int VSlotContainer::getExpertLevel(const string& /*name*/) const
 int VSlotContainer::setExpertLevel(const RefPtr<VSlot>& slot, int level)
 {
     const int present = getExpertLevel(slot);
-    if (present == kNoSuchSlot || present == level) return present;
+    const auto place = Slots->Inputs.find(present); // a slot may stand at the level of none as well
+    const bool isThere = slot && place != Slots->Inputs.end() && place->second.contains(slot);
+    if (!isThere || present == level) return present;
     if (!Slots->Inputs[level].insert(slot).second) return present; // the name is taken there
     Slots->Inputs[present].erase(slot);
     return level;

@@ -86,8 +86,8 @@ int VSlotContainer::connectSlots(const RefPtr<VSlotContainer>& other)
         for (const auto& [level, places] : other->Slots->Inputs)
         {
             const auto place = places.find(slot->Name);
-            if (place == places.end() || !*place || (*place)->getType() != slot->getType())
-                continue;
+            if (place == places.end() || !*place || !(*place)->Parameter) continue;
+            if ((*place)->getType() != slot->getType()) continue;
             if (!other->allowParameterReplacement(slot->Parameter, (*place)->Parameter,
                                                   (*place)->Name, level))
                 continue;

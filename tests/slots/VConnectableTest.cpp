@@ -4,6 +4,7 @@
 #include <quorl/slots/VParameterConnectionConstraint.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
+#include <tests/support/Objection.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@ namespace
 
 using QuorlTest::makeParameter;
 using QuorlTest::Node;
+using QuorlTest::Objection;
 using QuorlTest::outputOf;
 using QuorlTest::ticksOf;
 using testing::ElementsAre;
@@ -67,16 +69,6 @@ public:
     std::vector<string> adjusted;
     RefPtr<VParameter> lastSource;
     RefPtr<VParameter> lastDestination;
-};
-
-/// Objects to all attachments.
-struct Objection final : VActionNotifier
-{
-    bool attachPrefix(const RefPtr<VParameter>& /*parameter*/,
-                      const RefPtr<VSlot>& /*slot*/) override
-    {
-        return false;
-    }
 };
 
 struct RefuseAll final : VParameterConnectionConstraint
@@ -446,6 +438,35 @@ TEST_F(VSlotContainerConnectSlots, AsksTheOtherAndCountsWhatObserversRefuse)
     outputOf([&] { EXPECT_EQ(source->connectSlots(object), 2); });
     EXPECT_EQ(theirs->Parameter, mine->Parameter);
     EXPECT_EQ(again->Parameter, mine->Parameter);
+}
+
+TEST_F(VSlotContainerConnectSlots, NeedsAnInputThatHasAParameterOfTheType)
+{
+    object->addSlot(RefPtr<VSlot>(new VSlot(object.rawptr(), {}, "x", "")), 0, false);
+    object->addParameter("x", 1, makeText("other", "type"), false);
+    source->input("x")->Propagates = true;
+    source->addSlot(RefPtr<VSlot>(new VSlot(source.rawptr(), {}, "void", "")), 0, false)
+        ->Propagates = true;
+    object->addSlot(RefPtr<VSlot>(new VSlot(object.rawptr(), {}, "void", "")), 0, false);
+
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(source->connectSlots(object), 0); }),
+              "VConnectable.cpp: vobj->touch();\n");
+    EXPECT_THAT(object->asked, ElementsAre());
+}
+
+TEST_F(VSlotContainerConnectSlots, KeepsTheMemberOfTheOther)
+{
+    const RefPtr<VParameter> structured = makeStructured();
+    const RefPtr<VSlot> mine = source->addParameter("x", 0, structured, false);
+    mine->Propagates = true;
+    const RefPtr<VSlot> theirs(new VSlot(object.rawptr(), makeStructured(), "x", "height"));
+    object->addSlot(theirs, 0, false);
+    outputOf([&] { EXPECT_EQ(source->connectSlots(object), 0) << "a number is no text"; });
+    theirs->Member = "";
+    mine->Member = "";
+    outputOf([&] { EXPECT_EQ(source->connectSlots(object), 1); });
+    EXPECT_EQ(theirs->Parameter, structured);
+    EXPECT_EQ(theirs->Member, "");
 }
 
 TEST_F(VSlotContainerConnectSlots, WritesItsLineThoughNothingFits)

@@ -116,6 +116,24 @@ TEST(VInputBase, SendsTheDefaultValueToAllOthers)
     EXPECT_EQ(input->calls, 0);
 }
 
+TEST(VInputBase, SendsToAllThoughTheFirstDropsTheParameter)
+{
+    auto parameter = makeParameter("p", 2.0);
+    const WeakPtr<VParameter> watch = parameter;
+    const RefPtr<Input> input(new Input(parameter));
+    const auto first = makeObserver();
+    const auto second = makeObserver();
+    first->whenCalled = [&] { parameter = {}; };
+    parameter->addNotifier(first);
+    parameter->addNotifier(second);
+
+    outputOf([&] { input->notify(nullptr, {}); });
+
+    EXPECT_EQ(first->calls.size(), 1U);
+    EXPECT_EQ(second->calls.size(), 1U);
+    EXPECT_FALSE(watch) << "it lasted no longer";
+}
+
 TEST(VInputBase, WarnsWhenNobodyHoldsItAndItSends)
 {
     struct Warnings final : VActionNotifier

@@ -6,6 +6,7 @@
 #include <quorl/slots/VSlotTables.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
+#include <tests/support/Objection.h>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,7 @@ using QuorlTest::errorOutputOf;
 using QuorlTest::makeParameter;
 using QuorlTest::makePool;
 using QuorlTest::Network;
+using QuorlTest::Objection;
 using QuorlTest::outputOf;
 using QuorlTest::ticksOf;
 
@@ -262,6 +264,16 @@ TEST_F(VSlotContainerInputs, HaveLevelsThatCanBeChanged)
     EXPECT_EQ(object->setExpertLevel(RefPtr<VSlot>(), 1), 2000);
 }
 
+TEST_F(VSlotContainerInputs, MayStandAtTheLevelThatAnswersForNone)
+{
+    const auto slot = object->input("x", 2000);
+    EXPECT_EQ(object->setExpertLevel(RefPtr<VSlot>(), 5), 2000);
+    EXPECT_EQ(object->setExpertLevel(makeSlot(object.rawptr(), "stranger"), 5), 2000);
+    EXPECT_EQ(object->setExpertLevel(slot, 5), 5);
+    EXPECT_EQ(object->getExpertLevel(slot), 5);
+    EXPECT_EQ(object->getNumberOfInputs(), 1);
+}
+
 TEST_F(VSlotContainerInputs, AreNotLostWhereTheirNameIsTaken)
 {
     const auto slot = object->input("x", 0);
@@ -327,6 +339,19 @@ TEST_F(VSlotContainerInputs, CanBeGivenParametersOfTheirOwn)
     EXPECT_EQ(text, "uniquying parameter\n");
     EXPECT_EQ(byName->name, "again.x");
     EXPECT_EQ(slot->Parameter, byName);
+}
+
+TEST_F(VSlotContainerInputs, AreMadeUniqueWithoutAskingObservers)
+{
+    const auto slot = object->input("x");
+    const RefPtr<VParameter> shared = slot->Parameter;
+    const RefPtr<Objection> objection(new Objection);
+    ASSERT_TRUE(objection->activate());
+
+    const RefPtr<VParameter> unique = object->mkUniqueParameterInput(shared, "");
+
+    EXPECT_EQ(slot->Parameter, unique);
+    EXPECT_EQ(unique->name, ".x") << "an empty name is one as well";
 }
 
 TEST_F(VSlotContainerInputs, ThatAreNotThereCannotBeMadeUnique)
@@ -546,6 +571,16 @@ TEST_F(VSlotContainerAges, AreTheContainersOwnInAContextThatHasEnded)
 
     EXPECT_EQ(&object->age(dead), &object->LocalAge);
     EXPECT_NE(dead.referer, nullptr);
+}
+
+TEST_F(VSlotContainerAges, OfAnInputWithoutValueAreNewerThanNothing)
+{
+    const RefPtr<VSlot> slot(new VSlot(object.rawptr(), {}, "empty", ""));
+    object->addSlot(slot, 0, false);
+    slot->ConnectionTime = Ageable::Ooooold;
+    EXPECT_FALSE(slot->isNew(pool));
+    EXPECT_FALSE(object->hasChanged(slot, pool)) << "though the object never ran";
+    EXPECT_FALSE(object->hasChanged(RefPtr<VSlot>(), pool));
 }
 
 TEST_F(VSlotContainerAges, MakeTheVariablesOfLocalInputs)
