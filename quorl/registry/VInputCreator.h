@@ -14,8 +14,14 @@ template <class T, class Base>
 class QUORL_TEMPLATE_API VInputCreator : public Base
 {
 public:
-    /// Takes what the constructor of `Base` takes; for `VInputCreatorBase` the name, the priority,
-    /// the preferences and the text.
+    VInputCreator(const string& givenName, int givenPriority,
+                  const RefPtr<VCreationPreferences>& givenPreferences, const char* givenText)
+        : Base(givenName, givenPriority, givenPreferences, givenText)
+    {
+        registerVInput(typeid(T), WeakPtr<VInputCreatorBase>(this));
+    }
+
+    /// Takes what a constructor of another `Base` takes.
     template <class... Arguments>
     explicit VInputCreator(Arguments&&... arguments) : Base(std::forward<Arguments>(arguments)...)
     {

@@ -1,6 +1,7 @@
 #include <quorl/foundation/Typename.h>
 #include <quorl/registry/VInputCreatorBase.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/InputCacheBytes.h>
 #include <tests/support/TestCreator.h>
 
 #include <gmock/gmock.h>
@@ -8,7 +9,6 @@
 
 #include <unistd.h>
 
-#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -19,44 +19,10 @@ namespace Quorl
 namespace
 {
 
+using QuorlTest::InputCacheBytes;
 using QuorlTest::outputOf;
 using QuorlTest::Registered;
 using testing::ElementsAre;
-
-/// The bytes of a cache file, item by item.
-class CacheBytes
-{
-public:
-    CacheBytes() { bytes_.append("ZelmInputCreatorCache\n", 23); }
-
-    CacheBytes& number64(std::uint64_t number) { return little(number, 8); }
-    CacheBytes& number32(std::int32_t number)
-    {
-        return little(static_cast<std::uint32_t>(number), 4);
-    }
-    CacheBytes& weight(double number) { return number64(std::bit_cast<std::uint64_t>(number)); }
-    CacheBytes& text(const string& text)
-    {
-        number64(text.size());
-        bytes_ += text;
-        return *this;
-    }
-    CacheBytes& entry(const string& type, const string& provider)
-    {
-        return text(type).text(provider).number32(7).number64(0);
-    }
-
-    const string& bytes() const { return bytes_; }
-
-private:
-    CacheBytes& little(std::uint64_t number, int count)
-    {
-        for (; count > 0; --count, number >>= 8) bytes_ += static_cast<char>(number & 0xFF);
-        return *this;
-    }
-
-    string bytes_;
-};
 
 /// A file that is gone at the end.
 class TemporaryFile
@@ -108,7 +74,7 @@ Registered<VInputCreatorBase> makeCreator(const string& name)
 
 TEST(LoadInputCreatorCache, TellsEachEntry)
 {
-    const string bytes = CacheBytes()
+    const string bytes = InputCacheBytes()
                              .number64(2)
                              .number64(1)
                              .entry("T1", "P1")
@@ -132,15 +98,15 @@ TEST(LoadInputCreatorCache, TellsEachEntry)
 TEST(LoadInputCreatorCache, TakesAFileWithoutGroups)
 {
     string printed;
-    EXPECT_TRUE(load(CacheBytes().number64(0).bytes(), &printed));
+    EXPECT_TRUE(load(InputCacheBytes().number64(0).bytes(), &printed));
     EXPECT_EQ(printed, "");
-    EXPECT_TRUE(load(CacheBytes().number64(1).number64(0).bytes(), &printed));
+    EXPECT_TRUE(load(InputCacheBytes().number64(1).number64(0).bytes(), &printed));
     EXPECT_EQ(printed, "");
 }
 
 TEST(LoadInputCreatorCache, ComparesAll23BytesOfItsBeginning)
 {
-    const string good = CacheBytes().number64(0).bytes();
+    const string good = InputCacheBytes().number64(0).bytes();
     string withoutZero = good;
     withoutZero[22] = 'x';
     EXPECT_FALSE(load(withoutZero));
@@ -161,8 +127,8 @@ TEST(LoadInputCreatorCache, NeedsAFile)
 
 TEST(LoadInputCreatorCache, CutAnywhereAnswersFalseAndKeepsTheEntriesBefore)
 {
-    const string first = CacheBytes().number64(1).number64(2).entry("Cut", "first").bytes();
-    const string whole = CacheBytes()
+    const string first = InputCacheBytes().number64(1).number64(2).entry("Cut", "first").bytes();
+    const string whole = InputCacheBytes()
                              .number64(1)
                              .number64(2)
                              .entry("Cut", "first")
@@ -187,11 +153,12 @@ TEST(LoadInputCreatorCache, CutAnywhereAnswersFalseAndKeepsTheEntriesBefore)
 TEST(LoadInputCreatorCache, DoesNotBelieveNumbersThatTheFileCannotHold)
 {
     constexpr std::uint64_t kHuge = std::uint64_t{1} << 60;
-    EXPECT_FALSE(load(CacheBytes().number64(kHuge).bytes()));
-    EXPECT_FALSE(load(CacheBytes().number64(1).number64(kHuge).bytes()));
-    EXPECT_FALSE(load(CacheBytes().number64(1).number64(1).number64(kHuge).bytes()));
-    EXPECT_FALSE(load(CacheBytes().number64(1).number64(1).number64(~std::uint64_t{0}).bytes()));
-    EXPECT_FALSE(load(CacheBytes()
+    EXPECT_FALSE(load(InputCacheBytes().number64(kHuge).bytes()));
+    EXPECT_FALSE(load(InputCacheBytes().number64(1).number64(kHuge).bytes()));
+    EXPECT_FALSE(load(InputCacheBytes().number64(1).number64(1).number64(kHuge).bytes()));
+    EXPECT_FALSE(
+        load(InputCacheBytes().number64(1).number64(1).number64(~std::uint64_t{0}).bytes()));
+    EXPECT_FALSE(load(InputCacheBytes()
                           .number64(1)
                           .number64(1)
                           .text("t")
@@ -199,7 +166,7 @@ TEST(LoadInputCreatorCache, DoesNotBelieveNumbersThatTheFileCannotHold)
                           .number32(0)
                           .number64(kHuge)
                           .bytes()));
-    EXPECT_FALSE(load(CacheBytes()
+    EXPECT_FALSE(load(InputCacheBytes()
                           .number64(1)
                           .number64(1)
                           .text("t")
@@ -214,7 +181,7 @@ TEST(LoadInputCreatorCache, DoesNotBelieveNumbersThatTheFileCannotHold)
 TEST(LoadInputCreatorCache, ReadsManyWordsQuickly)
 {
     constexpr int kWords = 50000;
-    CacheBytes bytes;
+    InputCacheBytes bytes;
     bytes.number64(1).number64(1).text("Wordy").text("p").number32(0).number64(kWords);
     for (int word = 0; word < kWords; ++word) bytes.text(std::to_string(word)).weight(1.0);
     EXPECT_TRUE(load(bytes.bytes()));
@@ -235,7 +202,7 @@ struct Offline : testing::Test
     /// Enters a provider of a type, with one weighted word or none.
     static void enter(const std::type_info& type, const string& provider, double weight = 0.0)
     {
-        CacheBytes bytes;
+        InputCacheBytes bytes;
         bytes.number64(1).number64(1).text(Tolmen::Typename(type)).text(provider).number32(0);
         if (weight != 0.0)
             bytes.number64(1).text("w").weight(weight);
@@ -316,7 +283,7 @@ TEST_F(Offline, OfEqualWordsTheFirstWeightCounts)
     struct Repeated
     {
     };
-    ASSERT_TRUE(load(CacheBytes()
+    ASSERT_TRUE(load(InputCacheBytes()
                          .number64(1)
                          .number64(1)
                          .text(Tolmen::Typename(typeid(Repeated)))

@@ -279,5 +279,16 @@ TEST(VInputCreator, WithdrawsFromTheStackAsWell)
     EXPECT_FALSE(findBestVInputCreator(typeid(Short), {}));
 }
 
+TEST(VInputCreator, TakesBracedPreferences)
+{
+    struct Braced
+    {
+    };
+    const Registered creator(new VInputCreator<Braced, VInputCreatorBase>("braced", 3, {}, "text"));
+    EXPECT_FALSE(creator->preferences);
+    EXPECT_EQ(creator->priority, 3);
+    EXPECT_EQ(findBestVInputCreator(typeid(Braced), {}), creator.handle());
+}
+
 } // namespace
 } // namespace Quorl
