@@ -71,6 +71,20 @@ bool isStrict()
     return isSet;
 }
 
+/// Lets go of creators of a module that is about to leave. Those that are static end with it; any
+/// others would be left behind without their code. One that was loaded before stays, and so do
+/// they.
+void withdraw(const string& path)
+{
+    struct LeaveItems final : VManagedObject::VRemoveItem
+    {
+        void removeItem(const string& /*module*/, const RefPtr<VManagedObject>& /*item*/) override
+        {
+        }
+    } remover;
+    if (!VModules::find(path)) VManagedObject::UnloadVModule(path, remover);
+}
+
 /// \return whether the module may be used all the same.
 bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
 {
@@ -82,6 +96,7 @@ bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
     const string path = module->path;
     std::printf("ERROR: (win) Module [%s] has NO init routine %s...\n", path.c_str(),
                 routine.c_str());
+    withdraw(path);
     module = RefPtr<VModule>();
     Tolmen::Platform::renameFile(path, path + "-noinit"); // a name that no scan finds
     return false;
@@ -99,19 +114,6 @@ bool runInitRoutine(InitRoutine routine, const string& stem)
     {
         return false;
     }
-}
-
-/// Lets go of creators of a module that is about to leave. Those that are static end with it; any
-/// others would be left behind without their code.
-void withdraw(const string& path)
-{
-    struct LeaveItems final : VManagedObject::VRemoveItem
-    {
-        void removeItem(const string& /*module*/, const RefPtr<VManagedObject>& /*item*/) override
-        {
-        }
-    } remover;
-    VManagedObject::UnloadVModule(path, remover);
 }
 
 /// \return whether the module is to be used.

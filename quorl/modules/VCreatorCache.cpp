@@ -8,6 +8,7 @@
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
@@ -96,18 +97,19 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
 
 // Reading
 
-constexpr std::uint64_t kMostDomainsBehindTheEnd = 1000;
+constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
 
 /// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
 /// a text, and the end of the file is not told.
 class CacheReader
 {
 public:
-    /// Reads the file as it is now; no more is kept in memory than that.
-    CacheReader(std::FILE* file, std::int64_t size)
+    /// Reads the file to its end; no more is kept in memory than was there.
+    explicit CacheReader(std::FILE* file)
     {
-        bytes_.resize(static_cast<std::size_t>(size));
-        bytes_.resize(std::fread(bytes_.data(), 1, bytes_.size(), file));
+        std::array<char, 65536> block{};
+        while (const std::size_t size = std::fread(block.data(), 1, block.size(), file))
+            bytes_.append(block.data(), size);
         left_ = bytes_;
     }
 
@@ -170,7 +172,7 @@ bool isNotLoaded(const string& module, ModuleFiles::Known& known)
 /// Where the last entry went: the next one, which is greater, belongs behind it.
 struct Place
 {
-    VCreatorMap* map; // null if the domain is not there
+    VCreatorMap* map = nullptr; // null if the domain is not there
     VCreatorMap::iterator hint;
 };
 
@@ -276,7 +278,7 @@ bool LoadVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
-    CacheReader reader(file.get(), fileStatus(path).size);
+    CacheReader reader(file.get());
     ModuleFiles files;
     const std::uint64_t domains = reader.count();
     std::printf("TypeEntries: %d\n", static_cast<int>(domains));

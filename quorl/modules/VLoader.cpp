@@ -63,9 +63,9 @@ private:
         while (loader->recent.size() > VLoader::kMostRecent) loader->recent.pop_back();
     }
 
-    const string& file_;
-    const string& name_;
-    const string& url_;
+    const string file_; // copies: what was given may be of a loader's record, or of a report
+    const string name_;
+    const string url_;
 };
 
 } // namespace
@@ -80,8 +80,9 @@ VLoader::VLoader(const string& wantedName, int givenPriority)
 
 VLoader::~VLoader() = default;
 
-RefPtr<VObject> VLoader::Load(LoadSuccess& success, const string& url, const string& name)
+RefPtr<VObject> VLoader::Load(LoadSuccess& success, const string& given, const string& name)
 {
+    const string url = given; // it may be of the last report
     if (url.empty())
     {
         success.reason = "No file name or URL given.";

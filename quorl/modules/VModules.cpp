@@ -50,8 +50,8 @@ int VModules::iterate(Iterator& visitor)
     for (const auto& [path, info] : theModules())
     {
         if (!info.loadable || !info.module) continue;
-        const VModule& module = *info.module;
-        if (!visitor.apply(path, module.path, module.sourceInfo, module.errorText)) break;
+        const RefPtr<VModule> module = info.module; // a visitor may unload it
+        if (!visitor.apply(path, module->path, module->sourceInfo, module->errorText)) break;
         ++count;
     }
     return count;
@@ -98,7 +98,8 @@ bool UnloadVModule(const string& path, VManagedObject::VRemoveItem& remover)
 
 bool ReloadVModule(const string& path, VManagedObject::VRemoveItem& remover)
 {
-    return UnloadVModule(path, remover) && LoadVModule(path);
+    const string kept = path; // it may be that of the module
+    return UnloadVModule(kept, remover) && LoadVModule(kept);
 }
 
 } // namespace Quorl

@@ -256,6 +256,28 @@ TEST_F(VLoaderLoad, RemembersTheLast256)
     EXPECT_EQ(loader->recent.back(), "1.x");
 }
 
+TEST_F(VLoaderLoad, TakesAReferenceFromItsOwnRecord)
+{
+    creator->whenAsked = {};
+    loader->result = creator.handle();
+    for (int number = 0; number < 256; ++number) load(std::to_string(number) + ".x");
+    load(loader->recent.back());
+    EXPECT_EQ(loader->recent.front(), "0.x");
+    EXPECT_EQ(loader->recent.back(), "1.x");
+    EXPECT_EQ(loader->recent.size(), 256U);
+}
+
+TEST_F(VLoaderLoad, TakesAReferenceFromTheLastReport)
+{
+    load("data.unknown");
+    VLoader::Load(success, success.file, success.file);
+    EXPECT_EQ(report(), "|data.unknown|Unsupported file extension or format.");
+    loader->failure = "broken";
+    load("data.x");
+    VLoader::Load(success, success.file, "");
+    EXPECT_EQ(report(), "loader|data.x|broken");
+}
+
 TEST_F(VLoaderLoad, WarnsOfAFailureIfItIsAskedTo)
 {
     EXPECT_FALSE(VLoader::LoadWithWarning("somebody", "data.unknown", "").referer);

@@ -39,6 +39,25 @@ TEST_F(VModulesTest, UnloadHandsTheCreatorsOverAndKeepsTheirEntries)
     EXPECT_EQ(answerOf("Other/Answering"), "7") << "untouched";
 }
 
+TEST_F(VModulesTest, UnloadBearsThatEntriesAreRemovedMeanwhile)
+{
+    struct RemoveEntries final : VManagedObject::VRemoveItem
+    {
+        void removeItem(const string&, const RefPtr<VManagedObject>&) override
+        {
+            for (const char* name : {"Versioned/Answering", "Versioned/Quiet"})
+                VManagedObject::remove(typeid(VInputCreatorBase), name);
+        }
+    } remover;
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+
+    EXPECT_TRUE(UnloadVModule(path, remover));
+
+    outputOf([&] { EXPECT_FALSE(creator("Versioned/Answering")); });
+    EXPECT_FALSE(VModules::find(path));
+}
+
 TEST_F(VModulesTest, UnloadAnswersWhetherTheModuleWasEverKnown)
 {
     EXPECT_FALSE(UnloadVModule("unknown.zelm", removed));

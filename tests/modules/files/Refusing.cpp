@@ -2,9 +2,10 @@
 #include <quorl/kit/VCreator.h>
 
 #include <stdexcept>
+#include <utility>
 
-/// Registers a creator, and then does not want to be used: says so, throws, or forgets to tell what
-/// it was built against.
+/// Registers a creator, and then does not want to be used: says so, throws, forgets to tell what it
+/// was built against, or accepts the first time alone.
 namespace
 {
 
@@ -27,6 +28,12 @@ ZELM_MODULE(refusing)
 ZELM_MODULE(throwing)
 {
     throw std::runtime_error("no");
+}
+#elif defined(FICKLE)
+ZELM_MODULE(fickle)
+{
+    static bool isFirst = true;
+    return std::exchange(isFirst, false);
 }
 #else
 ZELM_PLUGIN_STRINGS("");
