@@ -22,7 +22,7 @@ template <class Integer>
 bool fgetnumber(Integer& number, std::FILE* file)
 {
     using Unsigned = std::make_unsigned_t<Integer>;
-    std::array<unsigned char, sizeof(Integer)> bytes;
+    std::array<unsigned char, sizeof(Integer)> bytes{};
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
     Unsigned value = 0;
     for (std::size_t place = bytes.size(); place-- > 0;)
@@ -36,7 +36,7 @@ template <class Integer>
 bool fputnumber(Integer number, std::FILE* file)
 {
     auto left = static_cast<std::make_unsigned_t<Integer>>(number);
-    std::array<unsigned char, sizeof(Integer)> bytes;
+    std::array<unsigned char, sizeof(Integer)> bytes{};
     for (unsigned char& byte : bytes)
     {
         byte = static_cast<unsigned char>(left & 0xFF);

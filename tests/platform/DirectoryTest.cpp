@@ -1,6 +1,4 @@
 #include <quorl/platform/Directory.h>
-#include <quorl/platform/Question.h>
-#include <tests/support/CapturedOutput.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -75,11 +73,6 @@ TEST_F(Directory, NeverReplacesAFile)
     EXPECT_FALSE(renameFile(folder + "a", folder + "b"));
     EXPECT_EQ(read("a"), "mine");
     EXPECT_EQ(read("b"), "precious");
-}
-
-TEST(AskOnTerminal, IgnoresSilentlyWithoutATerminal)
-{
-    EXPECT_EQ(QuorlTest::errorOutputOf([] { EXPECT_EQ(askOnTerminal("c", "t"), Ignore); }), "");
 }
 
 } // namespace

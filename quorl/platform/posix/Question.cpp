@@ -22,7 +22,7 @@ char firstLetter()
 Answer askOnTerminal(const std::string& caption, const std::string& text)
 {
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) return Ignore;
-    std::fprintf(stderr, "%s\n\n%s\n\n[a] Abort   [l] Ignore All   [i] Ignore: ", caption.c_str(),
+    std::fprintf(stderr, "%s\n\n%s\n\n[Abort] [Ignore All] [Ignore] (a/l/i): ", caption.c_str(),
                  text.c_str());
     switch (firstLetter())
     {

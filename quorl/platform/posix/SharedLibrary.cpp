@@ -144,7 +144,7 @@ void* SharedLibrary::symbol(const std::string& name) const
     void* extra = nullptr;
     if (::dladdr1(found, &place, &extra, RTLD_DL_LINKMAP) == 0) return nullptr;
     definer = static_cast<link_map*>(extra);
-    if (::dlinfo(handle_, RTLD_DI_LINKMAP, &own) != 0) return nullptr;
+    if (::dlinfo(handle_, RTLD_DI_LINKMAP, static_cast<void*>(&own)) != 0) return nullptr;
     return definer == own ? found : nullptr;
 }
 
