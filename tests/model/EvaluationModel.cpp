@@ -362,6 +362,13 @@ bool Model::graphHasChanged(const Object& object)
     });
 }
 
+void Model::touch(Parameter& parameter, int pool)
+{
+    const auto variable = parameter.variables.find(pool);
+    const bool isOwn = parameter.isLocal && variable != parameter.variables.end();
+    (isOwn ? variable->second : parameter.age) = ++clock;
+}
+
 void Model::attach(Slot& slot, int parameter)
 {
     if (slot.parameter == parameter) return;
@@ -406,21 +413,14 @@ void Model::perform(const Move& move, Ticket* ticket)
     switch (move.kind)
     {
         case Move::Request: askInside(move, ticket); break;
-        case Move::Touch: {
-            Parameter& parameter = parameters[at(move.a)];
-            const auto variable = parameter.variables.find(move.b);
-            const bool isOwn = parameter.isLocal && variable != parameter.variables.end();
-            (isOwn ? variable->second : parameter.age) = ++clock;
-            break;
-        }
+        case Move::Touch: touch(parameters[at(move.a)], move.b); break;
         case Move::SetText: {
             Parameter& parameter = parameters[at(move.a)];
             if (parameter.isLocal && move.b != kNoPool)
                 parameter.variables.try_emplace(move.b, clock); // a new value is of now
             for (const Move& reaction : std::vector<Move>(parameter.observer))
                 perform(reaction, nullptr);
-            ++fuel;
-            perform({Move::Touch, move.a, move.b, 0}, nullptr);
+            touch(parameter, move.b);
             break;
         }
         case Move::Attach: attach(slots[at(move.a)], move.b); break;

@@ -186,6 +186,7 @@ private:
     bool poll(const Ticket& ticket);
     void considerLevel(const Ticket& ticket, int level, int object, int caller);
     bool graphHasChanged(const Object& object);
+    void touch(Parameter& parameter, int pool);
     void attach(Slot& slot, int parameter);
     void askInside(const Move& move, Ticket* ticket);
 

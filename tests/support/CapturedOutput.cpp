@@ -1,8 +1,10 @@
 #include <tests/support/CapturedOutput.h>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <stdexcept>
 
 namespace QuorlTest
@@ -18,13 +20,13 @@ void claim(CapturedOutput::Stream stream)
     isCaptured.at(stream) = true;
 }
 
-std::string contentsOf(std::FILE* file)
+std::string contentsOf(int file)
 {
     std::string text;
     std::array<char, 4096> block{};
-    std::rewind(file);
-    while (const std::size_t got = std::fread(block.data(), 1, block.size(), file))
-        text.append(block.data(), got);
+    ::lseek(file, 0, SEEK_SET);
+    for (::ssize_t got = 0; (got = ::read(file, block.data(), block.size())) > 0;)
+        text.append(block.data(), static_cast<std::size_t>(got));
     return text;
 }
 
@@ -36,13 +38,13 @@ void flushAll()
 
 } // namespace
 
-CapturedOutput::CapturedOutput(Stream stream) : stream_(stream), file_(nullptr), original_(-1)
+CapturedOutput::CapturedOutput(Stream stream) : stream_(stream), file_(-1), original_(-1)
 {
     claim(stream);
     flushAll();
-    file_ = std::tmpfile();
+    file_ = ::memfd_create("captured", MFD_CLOEXEC);
     original_ = ::dup(stream_);
-    if (!file_ || original_ < 0 || ::dup2(::fileno(file_), stream_) < 0)
+    if (file_ < 0 || original_ < 0 || ::dup2(file_, stream_) < 0)
     {
         isCaptured.at(stream) = false;
         throw std::runtime_error("the stream cannot be captured");
@@ -52,7 +54,7 @@ CapturedOutput::CapturedOutput(Stream stream) : stream_(stream), file_(nullptr),
 CapturedOutput::~CapturedOutput()
 {
     restore();
-    std::fclose(file_);
+    ::close(file_);
 }
 
 std::string CapturedOutput::text()

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdio>
 #include <string>
 
 namespace QuorlTest
@@ -34,8 +33,8 @@ private:
     void restore();
 
     const Stream stream_;
-    std::FILE* file_; // takes the output; goes with its last descriptor
-    int original_;    // where the stream went before; -1 once it is put back
+    int file_;     // takes the output; goes with its last descriptor
+    int original_; // where the stream went before; -1 once it is put back
     std::string text_;
 };
 

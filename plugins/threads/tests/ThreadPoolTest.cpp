@@ -106,6 +106,7 @@ TEST(PoolThreads, SixtyFourTasksBlockAtOnce)
     ThreadPool pool;
     std::latch all(kTasks);
     std::vector<RefPtr<VTask>> tasks;
+    tasks.reserve(kTasks);
     for (int number = 0; number < kTasks; ++number)
         tasks.push_back(makeTask([&](TestTask&) { all.arrive_and_wait(); }));
     for (const RefPtr<VTask>& task : tasks) EXPECT_TRUE(pool.start(task));
@@ -148,6 +149,7 @@ TEST(PoolThreads, NoMoreThanAllowedRunAtOnceAndTheOthersWait)
     std::atomic<int> running = 0;
     std::atomic<int> most = 0;
     std::vector<RefPtr<VTask>> tasks;
+    tasks.reserve(10);
     for (int number = 0; number < 10; ++number)
         tasks.push_back(makeTask([&](TestTask&) {
             most = std::max(most.load(), ++running);
@@ -363,6 +365,7 @@ TEST(PoolThreads, ResultsReachTheHostInItsOwnTurn)
     std::vector<int> results;
     std::vector<std::thread::id> threads;
     std::vector<RefPtr<VTask>> tasks;
+    tasks.reserve(8);
     for (int number = 0; number < 8; ++number)
         tasks.push_back(makeTask([&, number](TestTask& self) {
             self.deliver([&, number] {
@@ -389,6 +392,7 @@ TEST(PoolThreads, HandlesOfTasksAreSharedByThreads)
     std::atomic<int> runs = 0;
     const RefPtr<VTask> shared = makeTask([&](TestTask&) { ++runs; });
     std::vector<RefPtr<VTask>> tasks;
+    tasks.reserve(4);
     for (int number = 0; number < 4; ++number)
         tasks.push_back(makeTask([&](TestTask&) {
             for (int round = 0; round < kRounds; ++round)
@@ -431,6 +435,7 @@ TEST(PoolThreads, ScopesOfConcurrentTasksNeverMix)
     ASSERT_TRUE(listener->activate());
     std::latch all(kTasks);
     std::vector<RefPtr<VTask>> tasks;
+    tasks.reserve(kTasks);
     for (int number = 0; number < kTasks; ++number)
         tasks.push_back(makeTask([&, number](TestTask&) {
             all.arrive_and_wait();
@@ -454,8 +459,10 @@ TEST(PoolThreads, ScopesOfConcurrentTasksNeverMix)
     for (int number = 0; number < kTasks; ++number)
     {
         const std::string name = "task" + std::to_string(number);
-        EXPECT_EQ(counts["3 " + name + " " + name], kRounds);
-        EXPECT_EQ(counts["4 " + name + "inner " + name], kRounds);
+        const std::string outer = std::string("3 ").append(name).append(" ").append(name);
+        const std::string inner = std::string("4 ").append(name).append("inner ").append(name);
+        EXPECT_EQ(counts[outer], kRounds);
+        EXPECT_EQ(counts[inner], kRounds);
     }
     EXPECT_EQ(listener->tasks.size(), static_cast<std::size_t>(kTasks));
     EXPECT_FALSE(listener->tasks.contains(WeakPtr<VTask>()));
