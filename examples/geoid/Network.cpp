@@ -28,6 +28,12 @@ std::string text(double number)
     return Quorl::VValueTrait<double>::Text(number);
 }
 
+[[noreturn]] void refuse(const std::string& child, const std::string& way,
+                         const std::string& parent)
+{
+    throw GeoidError(child + " does not take " + way + " of " + parent);
+}
+
 } // namespace
 
 Network::Network(const Modules& modules, const std::filesystem::path& gridFile)
@@ -70,8 +76,7 @@ void Network::connect(const std::string& parent, const std::string& child)
 {
     const RefPtr<VCreatorBase> creator = find(child)->Creator;
     for (const RefPtr<Quorl::VAcceptInfo>& way : creator->accept(find(parent)))
-        if (!find(parent)->connectChild(find(child), way).second)
-            throw GeoidError(child + " does not take " + way->name + " of " + parent);
+        if (!find(parent)->connectChild(find(child), way).second) refuse(child, way->name, parent);
 }
 
 /// Lets an object use the parameter of another.
