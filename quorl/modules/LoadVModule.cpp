@@ -136,7 +136,8 @@ int openFiles(const string& directory, bool (*progress)(const char*, bool), bool
     for (const string& name : names)
     {
         if (countOnly) break;
-        const string path = prefix + name;
+        string path = prefix;
+        path += name;
         if (!VModules::isLoadable(path))
         {
             std::printf(" SKIP loading of %s\n", path.c_str());

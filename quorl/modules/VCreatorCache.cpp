@@ -84,8 +84,8 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
 {
     fputstring(domain, file);
     std::printf("** MODULE CACHE REGISTRY FOR DOMAIN [%s] ***\n", domain.c_str());
-    fputnumber(std::uint64_t{map.priorities.size()}, file);
-    for (const auto& [priority, name] : map.priorities)
+    fputnumber(std::uint64_t{map.priorities().size()}, file);
+    for (const auto& [priority, name] : map.priorities())
     {
         fputnumber(std::int32_t{priority}, file);
         fputstring(name, file);

@@ -36,7 +36,7 @@ bool VCreatorMap::remove(const string& name)
 
 void VCreatorMap::addPriority(int priority, const string& name)
 {
-    const auto line = priorities.emplace(priority, name);
+    const auto line = priorities_.emplace(priority, name);
     linesByName_.emplace(std::pair(name, priority), line);
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
@@ -47,12 +47,12 @@ void VCreatorMap::removePriority(const string& name)
     const auto first = linesByName_.lower_bound(std::pair(name, kLowest));
     if (first == linesByName_.end() || first->first.first != name) return;
     for (PriorityWalk* const walk : walks_) walk->leave(first->second);
-    priorities.erase(first->second);
+    priorities_.erase(first->second);
     linesByName_.erase(first);
 }
 
 PriorityWalk::PriorityWalk(VCreatorMap& domain, int from)
-    : domain_(domain), line_(domain.priorities.lower_bound(from))
+    : domain_(domain), line_(domain.priorities().lower_bound(from))
 {
     ++domain_; // the counter of walks
     domain_.walks_.push_back(this);

@@ -52,12 +52,14 @@ public:
     /// The object of that name; null if there is none that is alive.
     RefPtr<VManagedObjectBase> liveCreator(const string& name) const;
 
-    /// Equal ones in the order of insertion. Changed by `addPriority` and `removePriority` alone.
-    std::multimap<int, string> priorities;
+    /// The priority index; equal ones in the order of insertion.
+    const std::multimap<int, string>& priorities() const { return priorities_; }
 
 private:
     friend class PriorityWalk;
     using Line = std::multimap<int, string>::const_iterator;
+
+    std::multimap<int, string> priorities_;
 
     // The lines of each name in the order in which they stand in the index, so that the first is
     // found without a walk.
@@ -77,7 +79,7 @@ public:
     PriorityWalk(const PriorityWalk&) = delete;
     PriorityWalk& operator=(const PriorityWalk&) = delete;
 
-    bool isAtEnd() const { return line_ == domain_.priorities.end(); }
+    bool isAtEnd() const { return line_ == domain_.priorities().end(); }
     int priority() const { return line_->first; }
     const string& name() const { return line_->second; }
 

@@ -3,6 +3,7 @@
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <tests/modules/ModuleFolder.h>
+#include <tests/support/EmptyDomain.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -74,14 +75,7 @@ struct CacheDomain
 
 struct VCreatorCache : QuorlTest::ModuleFolder
 {
-    ~VCreatorCache() override
-    {
-        auto& map = CacheDomain::map();
-        outputOf([&] {
-            while (!map.empty()) VManagedObject::remove(typeid(CacheDomain), map.begin()->first);
-        });
-        map.priorities.clear();
-    }
+    ~VCreatorCache() override { QuorlTest::emptyDomain(typeid(CacheDomain)); }
 
     /// \return what is printed.
     static string load(const string& bytes)

@@ -5,6 +5,7 @@
 #include <quorl/registry/VCreatorMap.h>
 #include <quorl/registry/VManagedDomainObject.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/EmptyDomain.h>
 #include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -37,13 +38,7 @@ struct Domain
 {
     using Object = Thing<Tag>;
 
-    ~Domain()
-    {
-        std::vector<string> names;
-        for (const auto& [name, info] : *VCreators(type())) names.push_back(name);
-        for (const string& name : names) VManagedObject::remove(type(), name);
-        VCreators(type())->priorities.clear();
-    }
+    ~Domain() { QuorlTest::emptyDomain(type()); }
 
     static const std::type_info& type() { return typeid(Object); }
     static WeakPtr<VManagedObject> add(const string& name, int priority = 0)
@@ -429,7 +424,7 @@ TEST(VManagedObject, GetsALineInTheIndexThoughItWasNeverInserted)
     EXPECT_EQ(bare.domainMap, nullptr);
     bare.setPriority(5);
 
-    EXPECT_EQ(VCreators(domain.type())->priorities.size(), 1U);
+    EXPECT_EQ(VCreators(domain.type())->priorities().size(), 1U);
     EXPECT_EQ(traverse<Tag>(), Names{}) << "a line without an entry is passed over";
 }
 
@@ -570,8 +565,6 @@ TEST(VCreatorMap, FindsOneOfALakhOfObjects)
     EXPECT_EQ(VManagedObject::size(domain.type()), 100000);
     EXPECT_TRUE(domain.find("object 99999"));
     EXPECT_EQ(traverse<Tag>(3, 4).size(), 14286U);
-    VCreators(domain.type())->clear(); // one by one would search the index each time
-    VCreators(domain.type())->priorities.clear();
 }
 
 } // namespace
