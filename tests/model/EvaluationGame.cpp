@@ -1,7 +1,6 @@
 #include <tests/model/EvaluationGame.h>
 
 #include <quorl/objects/VObjectIsOutOfMemory.h>
-#include <tests/support/CapturedOutput.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -405,17 +404,11 @@ bool Game::play(const std::vector<Move>& moves)
         make(move);
         fuel_ = model_.fuel = kFuel;
         ++fuel_, ++model_.fuel; // the move itself
-        std::string answer;
-        std::string said;
         VObject::VERBOSE_REQUEST = verbosity_;
-        CapturedOutput err(CapturedOutput::Err);
-        {
-            CapturedOutput out(CapturedOutput::Out);
-            answer = top(move);
-            said = withoutNumbers(out.text());
-        }
+        const std::string answer = top(move);
         VObject::VERBOSE_REQUEST = 0;
-        const std::string complained = err.text();
+        const std::string said = withoutNumbers(out_.take());
+        const std::string complained = err_.take();
         const std::string expected = topOfModel(move);
         expect("the answer", answer, expected);
         expect("what was printed", said, std::exchange(model_.out, ""));

@@ -8,6 +8,7 @@
 #include <quorl/slots/VSlot.h>
 #include <quorl/slots/VValueParameter.h>
 #include <quorl/values/ValuePool.h>
+#include <tests/support/CapturedOutput.h>
 
 #include <map>
 #include <memory>
@@ -92,10 +93,11 @@ private:
     std::map<int, int> numbers_; // of objects by serial number
     std::vector<std::string> events_;
     std::string difference_;
-    Move recorder_{Move::kKinds, 0, 0,
-                   0}; // a move whose successor is an act of an update or observer
+    Move recorder_{Move::kKinds, 0, 0, 0}; // its successor is an act of an update or observer
     int fuel_ = 0;
     const int verbosity_;
+    CapturedOutput out_{CapturedOutput::Out};
+    CapturedOutput err_{CapturedOutput::Err};
 };
 
 } // namespace QuorlTest::Evaluation

@@ -20,12 +20,13 @@ void claim(CapturedOutput::Stream stream)
     isCaptured.at(stream) = true;
 }
 
-std::string contentsOf(int file)
+/// What is behind a place; where the file is written is left alone.
+std::string contentsOf(int file, std::size_t from)
 {
     std::string text;
     std::array<char, 4096> block{};
-    ::lseek(file, 0, SEEK_SET);
-    for (::ssize_t got = 0; (got = ::read(file, block.data(), block.size())) > 0;)
+    for (::ssize_t got = 0; (got = ::pread(file, block.data(), block.size(),
+                                           static_cast<::off_t>(from + text.size()))) > 0;)
         text.append(block.data(), static_cast<std::size_t>(got));
     return text;
 }
@@ -62,9 +63,17 @@ std::string CapturedOutput::text()
     if (original_ >= 0)
     {
         restore();
-        text_ = contentsOf(file_);
+        text_ = contentsOf(file_, 0);
     }
     return text_;
+}
+
+std::string CapturedOutput::take()
+{
+    flushAll();
+    const std::string fresh = contentsOf(file_, taken_);
+    taken_ += fresh.size();
+    return fresh;
 }
 
 void CapturedOutput::restore()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace QuorlTest
@@ -29,6 +30,9 @@ public:
     /// again.
     std::string text();
 
+    /// What was written since this was last called. The capture goes on.
+    std::string take();
+
 private:
     void restore();
 
@@ -36,6 +40,7 @@ private:
     int file_;     // takes the output; goes with its last descriptor
     int original_; // where the stream went before; -1 once it is put back
     std::string text_;
+    std::size_t taken_ = 0;
 };
 
 /// What `act` writes to standard output.
