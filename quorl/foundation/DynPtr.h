@@ -4,7 +4,7 @@
 #include <quorl/foundation/Referer.h>
 #include <quorl/foundation/SpeakPtr.h>
 
-#include <functional>
+#include <compare>
 #include <new>
 #include <type_traits>
 #include <typeinfo>
@@ -76,7 +76,8 @@ public:
     DynPtr(const DynPtr&) = default;
     DynPtr& operator=(const DynPtr&) = default;
 
-    /// Checks that the block, if there still is one, has not lost all its shares.
+    /// Checks that the block, if there still is one, has not lost all its shares. Only a bare
+    /// `DynPtr` comes here with a block; the handles with shares have forgotten theirs.
     ~DynPtr()
     {
         if (referer && referer->strong.load(std::memory_order_relaxed) == 0 &&
@@ -181,11 +182,13 @@ bool operator==(const DynPtr<T1, B>& left, const DynPtr<T2, B>& right)
     return left.referer == right.referer;
 }
 
-/// The order of all maps and sets of handles: by the address of the count block.
+/// The order of all maps and sets of handles: by the address of the count block. Tuples and pairs
+/// of handles have it, too, as this is what they ask for.
 template <class T1, class T2, class B>
-bool operator<(const DynPtr<T1, B>& left, const DynPtr<T2, B>& right)
+std::strong_ordering operator<=>(const DynPtr<T1, B>& left, const DynPtr<T2, B>& right)
 {
-    return std::less<const Referer*>()(left.referer, right.referer);
+    return std::compare_three_way()(static_cast<const Referer*>(left.referer),
+                                    static_cast<const Referer*>(right.referer));
 }
 
 // Handles of different roots have nothing to compare; without these, their truth values would be.
@@ -194,7 +197,7 @@ template <class T1, class B1, class T2, class B2>
 bool operator==(const DynPtr<T1, B1>&, const DynPtr<T2, B2>&) = delete;
 template <class T1, class B1, class T2, class B2>
     requires(!std::is_same_v<B1, B2>)
-bool operator<(const DynPtr<T1, B1>&, const DynPtr<T2, B2>&) = delete;
+std::strong_ordering operator<=>(const DynPtr<T1, B1>&, const DynPtr<T2, B2>&) = delete;
 
 template <class T, class B>
 void DynPtr<T, B>::Speak(const char* a, const char* b) const

@@ -32,6 +32,12 @@ struct Referer
     {
         return object != nullptr && strong.load(std::memory_order_relaxed) >= 0;
     }
+
+    /// Whether a strong handle has the object. One in its extreme unction counts as owned.
+    bool isOwned() const { return strong.load(std::memory_order_relaxed) > 0; }
+
+    /// Whether the object lives, or began its end, without ever having been owned.
+    bool isUnowned() const { return strong.load(std::memory_order_relaxed) == 0; }
 };
 
 inline constexpr std::int32_t kDead = -1;

@@ -53,4 +53,13 @@ private:
     };
 };
 
+/// Keeps an object alive across calls that may drop it, if anybody owns it: to hold one that nobody
+/// owns would end it.
+/// \return null for one that is dead or unowned.
+template <class T, class B>
+StrongPtr<T, B> heldIfOwned(const DynPtr<T, B>& object)
+{
+    return object && object.referer->isOwned() ? StrongPtr<T, B>(object) : StrongPtr<T, B>();
+}
+
 } // namespace Tolmen

@@ -1,7 +1,6 @@
 #include <quorl/foundation/TypeInfo.h>
 
 #include <atomic>
-#include <cstring>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -9,15 +8,6 @@
 
 namespace Tolmen
 {
-
-struct TypeInfo::Record
-{
-    std::string name;     // mangled, our own copy
-    const char* identity; // tells types of one name apart if `isInternal`
-    bool isInternal;      // of an unnamed namespace: equal only to itself
-    // May dangle after its module is unloaded. Keys are made and read by any thread.
-    mutable std::atomic<const std::type_info*> latest;
-};
 
 namespace
 {
@@ -31,11 +21,26 @@ public:
     ~Namesake() override = default;
 };
 
-bool hasInternalLinkage(const std::type_info& type)
+} // namespace
+
+struct TypeInfo::Record
 {
-    const std::string copyOfName(type.name());
-    return !(type == Namesake(copyOfName));
-}
+    explicit Record(const std::type_info& type)
+        : name(type.name()), identity(type.name()), namesake(name), isInternal(!(type == namesake)),
+          latest(&type)
+    {
+    }
+
+    const std::string name;     // mangled, our own copy
+    const char* const identity; // tells types of one name apart if `isInternal`
+    const Namesake namesake;    // as good as the type itself unless that is internal, and it stays
+    const bool isInternal;      // of an unnamed namespace: equal only to itself
+    // May dangle after its module is unloaded. Keys are made and read by any thread.
+    mutable std::atomic<const std::type_info*> latest;
+};
+
+namespace
+{
 
 class RecordTable
 {
@@ -56,8 +61,7 @@ public:
 private:
     const TypeInfo::Record& add(const std::type_info& type)
     {
-        const auto* record =
-            new TypeInfo::Record{type.name(), type.name(), hasInternalLinkage(type), &type};
+        const auto* record = new TypeInfo::Record(type);
         records_.emplace(record->name, record);
         return *record;
     }
@@ -79,7 +83,13 @@ TypeInfo::TypeInfo(const std::type_info& type) : record_(&theRecords().recordOf(
 
 const std::type_info& TypeInfo::get() const
 {
-    return *record_->latest.load(std::memory_order_relaxed);
+    return record_->isInternal ? *record_->latest.load(std::memory_order_relaxed)
+                               : record_->namesake;
+}
+
+const std::string& TypeInfo::name() const
+{
+    return record_->name;
 }
 
 bool TypeInfo::operator<(const TypeInfo& other) const

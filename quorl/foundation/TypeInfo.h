@@ -3,6 +3,7 @@
 #include <quorl/foundation/Export.h>
 #include <quorl/foundation/Forward.h>
 
+#include <string>
 #include <typeinfo>
 
 namespace Tolmen
@@ -20,8 +21,11 @@ public:
     TypeInfo(const TypeInfo&) = default;
     TypeInfo& operator=(const TypeInfo&) = default;
 
-    /// The type that was last seen under this key. Not to be used once its module is unloaded.
+    /// A type that is equal to the one of this key, and stays when that one leaves. Of an unnamed
+    /// namespace it is the type itself, not to be used once its module is unloaded.
     const std::type_info& get() const;
+
+    const std::string& name() const; ///< as the compiler has it; for people see `Typename`
 
     bool operator<(const TypeInfo& other) const;
     bool operator==(const TypeInfo& other) const { return record_ == other.record_; }

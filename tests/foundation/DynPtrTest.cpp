@@ -7,7 +7,9 @@
 #include <csignal>
 #include <map>
 #include <set>
+#include <tuple>
 #include <typeinfo>
+#include <utility>
 
 namespace QuorlTest
 {
@@ -137,6 +139,25 @@ TEST(DynPtr, OrdersMapsByTheAddressesOfBlocks)
     {
         EXPECT_LT(before, handle.referer);
         before = handle.referer;
+    }
+}
+
+TEST(DynPtr, HasOneOrderInTuplesAsWellAndDeadOrAlive)
+{
+    RefPtr<Root> first(new Root);
+    RefPtr<Root> second(new Root);
+    const WeakPtr<Root> one = first;
+    const WeakPtr<Root> other = second;
+    const bool isBefore = one < other;
+    for (const bool isAlive : {true, false})
+    {
+        EXPECT_EQ(one < other, isBefore) << isAlive;
+        EXPECT_EQ(one > other, !isBefore) << isAlive;
+        EXPECT_EQ(other <= one, !isBefore) << isAlive;
+        EXPECT_EQ(std::tie(one, other) < std::tie(other, one), isBefore) << isAlive;
+        EXPECT_EQ(std::pair(1, one) < std::pair(1, other), isBefore) << isAlive;
+        first = RefPtr<Root>();
+        second = RefPtr<Root>();
     }
 }
 

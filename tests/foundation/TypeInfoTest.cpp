@@ -70,7 +70,7 @@ TEST(TypeInfo, StaysUsableWhenTheTypeHasGone)
     const ModuleType reloaded(again->c_str());
     EXPECT_EQ(map.size(), 2U);
     EXPECT_EQ(map.at(reloaded), 5);
-    EXPECT_EQ(&TypeInfo(reloaded).get(), &reloaded);
+    EXPECT_EQ(TypeInfo(reloaded).get(), reloaded);
 }
 
 TEST(TypeInfo, IsTheSameKeyForEachOfSeveralTypeObjectsOfOneName)
