@@ -49,12 +49,14 @@ class QUORL_API VCreatorProperties;
 class QUORL_API VDataFlowGraph;
 class QUORL_API VGlobals;
 class QUORL_API VGraph;
+struct QUORL_API VSlotTables;
 class QUORL_API VInputBase;
 class VInputClass;
 class QUORL_API VInputClassRecognition;
 class QUORL_API VInputCreatorBase;
 class QUORL_API VLoader;
 class QUORL_API VLoaderInfo;
+class QUORL_API VModuleHold;
 class QUORL_API VLogger;
 class QUORL_API VManagedObject;
 class QUORL_API VManagedObjectBase;
@@ -192,6 +194,10 @@ struct HandleRoot<Quorl::ValueCache> : IsHandleRoot<Tolmen::InterfaceBase>
 };
 template <>
 struct HandleRoot<Quorl::VLoaderInfo> : IsHandleRoot<Tolmen::InterfaceBase>
+{
+};
+template <>
+struct HandleRoot<Quorl::VModuleHold> : IsHandleRoot<Tolmen::InterfaceBase>
 {
 };
 template <>

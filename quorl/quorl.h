@@ -39,6 +39,7 @@
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
 #include <quorl/kit/BackgroundTask.h>
+#include <quorl/kit/ClassCreator.h>
 #include <quorl/kit/HostQueue.h>
 #include <quorl/kit/MessageInbox.h>
 #include <quorl/kit/Module.h>
@@ -51,6 +52,7 @@
 #include <quorl/modules/VLoader.h>
 #include <quorl/modules/VLoaderInfo.h>
 #include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/modules/VSaveable.h>
 #include <quorl/modules/ZelmSaver.h>

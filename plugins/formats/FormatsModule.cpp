@@ -3,6 +3,7 @@
 #include <quorl/kit/Module.h>
 #include <quorl/modules/VLoader.h>
 #include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VAcceptInfo.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/tasks/VThreadManager.h>
 
 #include <condition_variable>

@@ -1,6 +1,7 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/VInitialization.h>
 #include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/platform/Directory.h>
 #include <quorl/platform/Question.h>

@@ -231,7 +231,7 @@ bool readEntry(std::uint64_t index, const string& domain, Place& place, ModuleFi
 VCreatorMap* findDomain(const string& name)
 {
     for (const auto& [type, map] : VCreatorTypes())
-        if (map && Tolmen::Typename(type.get()) == name) return map.rawptr();
+        if (map && Tolmen::Typename(type) == name) return map.rawptr();
     return nullptr;
 }
 
@@ -270,7 +270,7 @@ bool SaveVCreatorMapTypes(const string& path)
     ModuleFiles files;
     fputnumber(std::uint64_t{VCreatorTypes().size()}, file.get());
     for (const auto& [type, map] : VCreatorTypes())
-        if (map) writeDomain(Tolmen::Typename(type.get()), *map, files, file.get());
+        if (map) writeDomain(Tolmen::Typename(type), *map, files, file.get());
     return true;
 }
 

@@ -4,8 +4,6 @@
 #include <quorl/platform/SharedLibrary.h>
 #include <quorl/registry/VManagedObject.h>
 
-#include <mutex>
-#include <set>
 #include <utility>
 
 namespace Tolmen
@@ -51,33 +49,6 @@ string incompatibility(const string& word, const string& source)
            ", but need to have: ZELM_API_2017_AUG_07. The required plugin needs to be "
            "recompiled.\n" +
            hint;
-}
-
-/// Modules that somebody has let go of, each once. Tasks end on their own threads.
-class Departing
-{
-public:
-    void add(const RefPtr<VModule>& module)
-    {
-        const std::scoped_lock lock(mutex_);
-        modules_.insert(module);
-    }
-
-    std::set<RefPtr<VModule>> take()
-    {
-        const std::scoped_lock lock(mutex_);
-        return std::exchange(modules_, {});
-    }
-
-private:
-    std::mutex mutex_;
-    std::set<RefPtr<VModule>> modules_;
-};
-
-Departing& departing()
-{
-    static auto& modules = *new Departing; // objects end until the very end
-    return modules;
 }
 
 } // namespace
@@ -148,21 +119,14 @@ bool VModule::haveNewerPlugin() const
     return !present.invalid && present.modified > fileInfo.modified;
 }
 
+void VModule::leaveBehind()
+{
+    if (library_) library_->leaveBehind();
+}
+
 void VModule::keepAllLoaded()
 {
     allStayLoaded = true;
-}
-
-VModuleHold::VModuleHold(const RefPtr<VModule>& held) : module(held) {}
-
-VModuleHold::~VModuleHold()
-{
-    departing().add(module);
-}
-
-void VModuleHold::letGo()
-{
-    const std::set<RefPtr<VModule>> modules = departing().take();
 }
 
 } // namespace Quorl

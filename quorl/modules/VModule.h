@@ -3,7 +3,6 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/FileInfo.h>
-#include <quorl/foundation/Interface.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/VGlobals.h>
 
@@ -38,6 +37,9 @@ public:
 
     bool haveNewerPlugin() const; ///< whether the file has been changed since
 
+    /// The next load of its path is of the file as it is then, though somebody still has this one.
+    void leaveBehind();
+
     /// From now on no module is unloaded any more: the process ends, and objects of their classes
     /// may last longer than the handles.
     static void keepAllLoaded();
@@ -45,13 +47,16 @@ public:
     const string path;
     string sourceInfo; ///< the directory that it was built from, if it tells
     const Tolmen::FileInfo fileInfo;
+
+private:
+    std::unique_ptr<Tolmen::Platform::SharedLibrary> library_; // null unless it is loaded
+
+public:
     string errorText;
 
 private:
     bool isCompatible();
     void load();
-
-    std::unique_ptr<Tolmen::Platform::SharedLibrary> library_; // null unless it is loaded
 };
 
 /// What is known of a module file.
@@ -59,23 +64,6 @@ struct VGlobals::ModuleInfo
 {
     RefPtr<VModule> module; ///< null if it is known from the cache alone, or was unloaded
     bool loadable = false;  ///< Deliberate: the kernel sets it nowhere.
-};
-
-/// Keeps a module loaded as long as the object that it is added to lives. What is left of the
-/// object's destructor may be code of the module, so that the module is let go of later, when
-/// modules are next loaded or unloaded.
-///
-/// Threads: may end on any.
-class QUORL_API VModuleHold : public Tolmen::Interface<VModuleHold>
-{
-public:
-    explicit VModuleHold(const RefPtr<VModule>& held);
-    ~VModuleHold() override;
-
-    /// Lets go of the modules whose objects have ended.
-    static void letGo();
-
-    const RefPtr<VModule> module;
 };
 
 } // namespace Quorl

@@ -2,8 +2,7 @@
 
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/VModule.h>
-
-#include <vector>
+#include <quorl/modules/VModuleHold.h>
 
 namespace Quorl
 {
@@ -20,19 +19,10 @@ struct LeaveItems final : VManagedObject::VRemoveItem
     void removeItem(const string& /*module*/, const RefPtr<VManagedObject>& /*object*/) override {}
 };
 
-bool isHeldByTheTableAlone(const RefPtr<VModule>& module)
+/// Whether its file is newer, and nobody but the table has it.
+bool isToBeReloaded(const VGlobals::ModuleInfo& info)
 {
-    return module.referer->strong < 2;
-}
-
-/// The paths of modules that are to be reloaded; loading changes the table.
-std::vector<string> reloadable()
-{
-    std::vector<string> paths;
-    for (const auto& [path, info] : theModules())
-        if (info.module && info.module->haveNewerPlugin() && isHeldByTheTableAlone(info.module))
-            paths.push_back(path);
-    return paths;
+    return info.module && info.module->haveNewerPlugin() && info.module.referer->strong < 2;
 }
 
 } // namespace
@@ -70,8 +60,9 @@ int VModules::reloadAllNew()
     VModuleHold::letGo();
     LeaveItems remover;
     int count = 0;
-    for (const string& path : reloadable())
-        if (ReloadVModule(path, remover)) ++count;
+    // One by one: what one of them does when it is loaded concerns those behind it.
+    for (auto& [path, info] : theModules()) // nothing is ever taken out
+        if (isToBeReloaded(info) && ReloadVModule(path, remover)) ++count;
     return count;
 }
 
@@ -92,7 +83,9 @@ bool UnloadVModule(const string& path, VManagedObject::VRemoveItem& remover)
     const auto entry = theModules().find(path);
     if (entry == theModules().end()) return false;
     VManagedObject::UnloadVModule(path, remover);
+    const WeakPtr<VModule> module = entry->second.module;
     entry->second.module = RefPtr<VModule>();
+    if (module) module->leaveBehind(); // an object has it, but its creators are to come back
     return true;
 }
 

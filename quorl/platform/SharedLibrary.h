@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Export.h>
 
+#include <memory>
 #include <string>
 
 namespace Tolmen::Platform
@@ -24,7 +25,7 @@ public:
     SharedLibrary(SharedLibrary&&) = delete;
     ~SharedLibrary();
 
-    bool isLoaded() const { return handle_ != nullptr; }
+    bool isLoaded() const { return image_ != nullptr; }
 
     /// A symbol that the library itself defines; null if it does not, or nothing is loaded.
     void* symbol(const std::string& name) const;
@@ -32,11 +33,16 @@ public:
     const std::string& error() const { return error_; } ///< the system's words; empty if loaded
 
     /// Leaves it loaded for as long as the process lasts.
-    void stay() { handle_ = nullptr; }
+    void stay() { image_ = nullptr; }
+
+    /// The next load of the path maps the file as it is then, though somebody still has this one.
+    void leaveBehind();
+
+    struct Image;
 
 private:
     const std::string path_;
-    void* handle_ = nullptr; // owned
+    std::shared_ptr<Image> image_; // with a share of the mapping; null if there is none
     std::string error_;
 };
 

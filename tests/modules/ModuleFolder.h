@@ -138,14 +138,14 @@ private:
         auto& table = *Quorl::VGlobals::theGlobals().modules;
         std::vector<std::string> paths;
         for (const auto& [path, info] : table) paths.push_back(path);
-        std::vector<std::pair<const std::type_info*, std::string>> entries;
+        std::vector<std::pair<Quorl::VCreatorMap*, std::string>> entries;
         for (const auto& [type, domain] : Quorl::VCreatorTypes())
             for (const auto& [name, info] : *domain)
-                if (!info || !info->ModuleName.empty()) entries.emplace_back(&type.get(), name);
+                if (!info || !info->ModuleName.empty()) entries.emplace_back(domain.rawptr(), name);
         NoteItems items;
         outputOf([&] {
             for (const std::string& path : paths) Quorl::UnloadVModule(path, items);
-            for (const auto& [type, name] : entries) Quorl::VManagedObject::remove(*type, name);
+            for (const auto& [domain, name] : entries) domain->remove(name);
         });
         table.clear();
         Quorl::VManagedObject::CurrentLoadModule.clear();

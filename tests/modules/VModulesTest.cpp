@@ -1,9 +1,13 @@
+#include <quorl/modules/VCreatorCache.h>
+#include <quorl/modules/VModuleHold.h>
+#include <quorl/objects/VRequest.h>
 #include <tests/modules/ModuleFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <thread>
 
 namespace Quorl
 {
@@ -193,6 +197,92 @@ TEST_F(VModulesTest, AParameterThatOthersShowKeepsItsModuleLoaded)
     UnloadVModule(path, removed);
     EXPECT_TRUE(module) << "held by the slot that this test has";
     other->VManagedObject::remove();
+}
+
+TEST_F(VModulesTest, ItsCreatorsComeBackThoughAnObjectHasTheOldCode)
+{
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    RefPtr<VObject> object = creator("Versioned/Answering")->create("user", {});
+    const WeakPtr<VModule> former = VModules::find(path);
+    add("version2", path);
+
+    EXPECT_TRUE(ReloadVModule(path, removed));
+
+    EXPECT_EQ(answerOf("Versioned/Answering"), "2");
+    EXPECT_EQ(creator("Versioned/Answering")->getLoadModule(), path);
+    const RefPtr<ValuePool> pool(new ValuePool);
+    VRequest request(pool, false);
+    object->init_request(request, 1.0);
+    EXPECT_EQ(object->getOutput("answer")->getValueBase(pool)->Text(), "1") << "its own code";
+    EXPECT_TRUE(former);
+    object->VManagedObject::remove();
+    object = RefPtr<VObject>();
+    UnloadVModule(path, removed);
+    EXPECT_FALSE(former);
+    LoadVModule(path);
+    EXPECT_EQ(answerOf("Versioned/Answering"), "2");
+}
+
+TEST_F(VModulesTest, LoadsAModuleThatNeverLeavesOnceOnlyUntilItIsUnloaded)
+{
+    const string path = add("resident1", "versioned.zelm");
+    LoadVModule(path);
+    ReloadVModule(path, removed);
+    EXPECT_TRUE(LoadVModule(path));
+    EXPECT_EQ(answerOf("Versioned/Answering"), "3");
+    EXPECT_FALSE(creator("Versioned/Answering1")) << "its initialisers did not run again";
+}
+
+TEST_F(VModulesTest, AModuleIsNotLetGoOfByTheThreadThatHeldIt)
+{
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    RefPtr<VModuleHold> hold(new VModuleHold(VModules::find(path)));
+    const WeakPtr<VModule> module = VModules::find(path);
+    UnloadVModule(path, removed);
+    std::thread([&] { hold = RefPtr<VModuleHold>(); }).join();
+    EXPECT_TRUE(module);
+    VModuleHold::letGo();
+    EXPECT_FALSE(module);
+}
+
+TEST_F(VModulesTest, TypesThatModulesShareStayUsableWhenOneOfThemLeaves)
+{
+    const string path = add("shareda", "shareda.zelm");
+    const string later = add("sharedb", "sharedb.zelm");
+    ASSERT_TRUE(LoadVModule(path));
+    ASSERT_TRUE(LoadVModule(later));
+    const RefPtr<VObject> object = creator("Shared/shareda")->create("parent", {});
+    EXPECT_TRUE(UnloadVModule(later, removed));
+
+    EXPECT_EQ(creator("Shared/shareda")->accept(object).size(), 1U);
+    object->VManagedObject::remove();
+    EXPECT_TRUE(UnloadVModule(path, removed));
+}
+
+TEST_F(VModulesTest, ADomainOfAModuleIsNamedWhenTheModuleHasLeft)
+{
+    const string path = add("shareda", "shareda.zelm");
+    ASSERT_TRUE(LoadVModule(path));
+    UnloadVModule(path, removed);
+    outputOf([] { EXPECT_TRUE(SaveVCreatorMapTypes("cache")); });
+    EXPECT_NE(read("cache").find("Item"), string::npos);
+    outputOf([] { EXPECT_TRUE(LoadVCreatorMapTypes("cache")); });
+}
+
+TEST_F(VModulesTest, AReloadedModuleMayTakeHoldOfOneThatWasToBeReloadedToo)
+{
+    const string grasping = add("grasping", "grasping.zelm");
+    LoadVModule(grasping);
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    for (const string& each : {grasping, path})
+        std::filesystem::last_write_time(each, std::filesystem::last_write_time(each) +
+                                                   std::chrono::hours(1));
+    EXPECT_EQ(VModules::countReloadablePlugins(), 2);
+    EXPECT_EQ(VModules::reloadAllNew(), 1);
+    EXPECT_EQ(VModules::countReloadablePlugins(), 1) << "which is held";
 }
 
 TEST_F(VModulesTest, NoticesANewerFile)

@@ -8,9 +8,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <set>
 #include <utility>
 
@@ -19,10 +21,26 @@ namespace Tolmen::Platform
 namespace
 {
 
-/// How many objects here hold the file of a path, and the files that stayed though none does.
+} // namespace
+
+/// What was mapped for a path.
+struct SharedLibrary::Image
+{
+    std::string openPath; ///< by which the system knows it
+    void* handle;         ///< the same for all owners
+    int owners;
+};
+
+namespace
+{
+
+using Image = SharedLibrary::Image;
+
+/// The present image of each path, and the paths whose next one has to be a copy, as an earlier one
+/// is still there.
 struct Loaded
 {
-    std::map<std::string, int> owners;
+    std::map<std::string, std::shared_ptr<Image>> images;
     std::set<std::string> residents;
 };
 
@@ -78,27 +96,54 @@ std::string freshPathTo(const Descriptor& file)
     return path + "/" + std::to_string(file);
 }
 
+void* open(const std::string& path)
+{
+    return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
 /// Loads a copy that has no name in the file system.
-void* loadCopy(const std::string& path)
+std::shared_ptr<Image> loadCopy(const std::string& path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
     if (file < 0 || copy < 0 || !copyBytes(file, copy)) return nullptr;
-    return ::dlopen(freshPathTo(copy).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string openPath = freshPathTo(copy);
+    void* const handle = open(openPath);
+    return handle ? std::make_shared<Image>(Image{openPath, handle, 0}) : nullptr;
 }
 
-void* load(const std::string& path)
+std::shared_ptr<Image> loadFile(const std::string& path)
 {
-    if (theLoaded().residents.contains(path))
-        if (void* const copy = loadCopy(path)) return copy;
-    return ::dlopen(pathForLoader(path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string openPath = pathForLoader(path);
+    void* const handle = open(openPath);
+    return handle ? std::make_shared<Image>(Image{openPath, handle, 0}) : nullptr;
 }
 
+/// The image of a path, with a share of it for the caller; null if there can be none.
+std::shared_ptr<Image> load(const std::string& path)
+{
+    Loaded& loaded = theLoaded();
+    std::shared_ptr<Image>& image = loaded.images[path];
+    if (image)
+        open(image->openPath); // another share
+    else if (loaded.residents.contains(path))
+        image = loadCopy(path);
+    if (!image) image = loadFile(path);
+    const std::shared_ptr<Image> found = image;
+    if (!found) loaded.images.erase(path);
+    return found;
+}
+
+/// Whether the file of a path is mapped, though no present image is that.
 bool isStillThere(const std::string& path)
 {
-    void* const present = ::dlopen(pathForLoader(path).c_str(), RTLD_NOW | RTLD_NOLOAD);
-    if (present) ::dlclose(present); // takes back the share that the question has taken
-    return present != nullptr;
+    void* const handle = ::dlopen(pathForLoader(path).c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (!handle) return false;
+    ::dlclose(handle); // takes back the share that the question has taken
+    const auto& images = theLoaded().images;
+    return std::none_of(images.begin(), images.end(), [&](const auto& entry) {
+        return entry.second && entry.second->handle == handle;
+    });
 }
 
 std::string lastError()
@@ -116,27 +161,37 @@ SharedLibrary::SharedLibrary(const std::string& path) : path_(path)
         error_ = std::strerror(ENOENT);
         return;
     }
-    handle_ = load(path);
-    if (!handle_)
-        error_ = lastError();
+    image_ = load(path);
+    if (image_)
+        ++image_->owners;
     else
-        ++theLoaded().owners[path];
+        error_ = lastError();
 }
 
 SharedLibrary::~SharedLibrary()
 {
-    if (!handle_) return;
-    ::dlclose(handle_);
+    if (!image_) return;
+    ::dlclose(image_->handle);
+    if (--image_->owners > 0) return;
     Loaded& loaded = theLoaded();
-    if (--loaded.owners[path_] > 0) return;
-    loaded.owners.erase(path_);
+    const auto present = loaded.images.find(path_);
+    if (present != loaded.images.end() && present->second == image_) loaded.images.erase(present);
     if (isStillThere(path_)) loaded.residents.insert(path_);
+}
+
+void SharedLibrary::leaveBehind()
+{
+    Loaded& loaded = theLoaded();
+    const auto present = loaded.images.find(path_);
+    if (!image_ || present == loaded.images.end() || present->second != image_) return;
+    loaded.images.erase(present);
+    loaded.residents.insert(path_);
 }
 
 void* SharedLibrary::symbol(const std::string& name) const
 {
-    if (!handle_) return nullptr;
-    void* const found = ::dlsym(handle_, name.c_str()); // looks in its dependencies, too
+    if (!image_) return nullptr;
+    void* const found = ::dlsym(image_->handle, name.c_str()); // looks in its dependencies, too
     if (!found) return nullptr;
     Dl_info place = {};
     link_map* definer = nullptr;
@@ -144,7 +199,7 @@ void* SharedLibrary::symbol(const std::string& name) const
     void* extra = nullptr;
     if (::dladdr1(found, &place, &extra, RTLD_DL_LINKMAP) == 0) return nullptr;
     definer = static_cast<link_map*>(extra);
-    if (::dlinfo(handle_, RTLD_DI_LINKMAP, static_cast<void*>(&own)) != 0) return nullptr;
+    if (::dlinfo(image_->handle, RTLD_DI_LINKMAP, static_cast<void*>(&own)) != 0) return nullptr;
     return definer == own ? found : nullptr;
 }
 
