@@ -3,7 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
-#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 
 #include <chrono>
 #include <functional>

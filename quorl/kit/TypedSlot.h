@@ -3,7 +3,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Typename.h>
-#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreationPreferences.h>
 #include <quorl/slots/VSlot.h>

@@ -3,6 +3,7 @@
 #include <quorl/objects/VObjectUserInfo.h>
 #include <quorl/registry/VAcceptList.h>
 #include <quorl/registry/VInputCreator.h>
+#include <quorl/services/VActionNotifier.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
