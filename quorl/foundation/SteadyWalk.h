@@ -1,6 +1,6 @@
 #pragma once
 
-namespace Quorl
+namespace Tolmen
 {
 
 /// Shows copies of the entries of an ordered map until `show` answers false. Entries may come and
@@ -19,4 +19,4 @@ bool walkSteadily(const Map& map, Show&& show)
     return true;
 }
 
-} // namespace Quorl
+} // namespace Tolmen

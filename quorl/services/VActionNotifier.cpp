@@ -85,7 +85,7 @@ VActionNotifier::~VActionNotifier() = default;
 bool VActionNotifier::activate()
 {
     if (!ActionNotifierListIsAvailable) return false;
-    if (self.referer && self.referer->strong == 0) return false;
+    if (self.referer && self.referer->isUnowned()) return false;
     theNotifiers().emplace_back(this);
     return true;
 }

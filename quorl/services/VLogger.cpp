@@ -78,7 +78,7 @@ VLogger::~VLogger() = default;
 
 bool VLogger::activate()
 {
-    if (self.referer && self.referer->strong == 0) return false;
+    if (self.referer && self.referer->isUnowned()) return false;
     theLoggers().emplace_back(this);
     return true;
 }

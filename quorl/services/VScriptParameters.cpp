@@ -1,6 +1,6 @@
 #include <quorl/services/VScriptParameters.h>
 
-#include <quorl/services/SteadyWalk.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptTypedValue.h>
 #include <quorl/services/VScriptValue.h>
 #include <quorl/values/VValueTrait.h>
@@ -52,7 +52,7 @@ RefPtr<VScriptTypedValue> VScriptParameters::get(const string& first, const stri
 int VScriptParameters::iterate(iterator& visitor)
 {
     int count = 0;
-    walkSteadily(*table_, [&](const string& name, const RefPtr<VScriptValue>& value) {
+    Tolmen::walkSteadily(*table_, [&](const string& name, const RefPtr<VScriptValue>& value) {
         if (!visitor.apply(name, value)) return false;
         ++count;
         return true;

@@ -1,6 +1,6 @@
 #include <quorl/services/VScriptValue.h>
 
-#include <quorl/services/SteadyWalk.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptTypedValue.h>
 
 namespace Tolmen
@@ -69,13 +69,13 @@ RefPtr<VScriptTypedValue> VScriptValue::get(const std::type_info& first,
 int VScriptValue::iterate(iterator& visitor)
 {
     int count = 0;
-    walkSteadily(*table_,
-                 [&](const Tolmen::TypeInfo& type, const RefPtr<VScriptTypedValue>& value) {
-                     if (!value) return true;
-                     if (!visitor.apply(type.get(), *value)) return false;
-                     ++count;
-                     return true;
-                 });
+    Tolmen::walkSteadily(*table_,
+                         [&](const Tolmen::TypeInfo& type, const RefPtr<VScriptTypedValue>& value) {
+                             if (!value) return true;
+                             if (!visitor.apply(type.get(), *value)) return false;
+                             ++count;
+                             return true;
+                         });
     return count;
 }
 

@@ -1,6 +1,6 @@
 #include <quorl/services/VScriptable.h>
 
-#include <quorl/services/SteadyWalk.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptFunctor.h>
 
 namespace Quorl
@@ -42,9 +42,10 @@ unsigned long long VScriptable::nFunctors() const
 
 bool VScriptable::iterate(iterator& visitor)
 {
-    return walkSteadily(*functors_, [&](const string& name, const RefPtr<VScriptFunctor>& functor) {
-        return visitor.apply(name, functor);
-    });
+    return Tolmen::walkSteadily(*functors_,
+                                [&](const string& name, const RefPtr<VScriptFunctor>& functor) {
+                                    return visitor.apply(name, functor);
+                                });
 }
 
 } // namespace Quorl

@@ -17,14 +17,7 @@ public:
     {
     }
 
-    bool undo() override
-    {
-        if (!stack_) return false;
-        // Lest the stack end in its own undo. One that nobody owns would end by being held.
-        RefPtr<VUndoStack> held;
-        if (stack_.referer->strong > 0) held = stack_;
-        return stack_->undo();
-    }
+    bool undo() override { return stack_ && stack_->undo(); }
 
 private:
     const WeakPtr<VUndoStack> stack_;
@@ -53,6 +46,7 @@ void VUndoStack::AddAction(const RefPtr<VUndoAction>& action)
 bool VUndoStack::undo()
 {
     if (actions_.empty()) return false;
+    const RefPtr<VUndoStack> held = Tolmen::heldIfOwned(WeakPtr<VUndoStack>(this)); // by its action
     const RefPtr<VUndoAction> newest = actions_.front();
     const bool answer = newest->undo();
     // Deliberate: whatever is in front by now, should the action have added or undone others.

@@ -56,7 +56,7 @@ struct QUORL_API VValueTrait<long long>
     static string Text(long long datum);
 };
 
-/// "%f", so six decimals, in the locale of the process; reads in none.
+/// "%f", so six decimals, in no locale; reads in none.
 template <>
 struct QUORL_API VValueTrait<float>
 {

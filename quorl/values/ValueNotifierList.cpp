@@ -73,7 +73,8 @@ bool ValueNotifierList::addShadow(const WeakPtr<ValuePool>& pool) const
 bool ValueNotifierList::removeAllShadows()
 {
     const WeakPtr<ValueNotifierList> key(this);
-    for (const WeakPtr<ValuePool>& pool : record_->shadows)
+    const std::shared_ptr<Record> record = record_; // a value that ends may end this list
+    for (const WeakPtr<ValuePool>& pool : record->shadows)
         if (pool) pool->removeVariable(key);
     return true;
 }
@@ -81,16 +82,20 @@ bool ValueNotifierList::removeAllShadows()
 int ValueNotifierList::copyShadows(const WeakPtr<ValueNotifierList>& source)
 {
     if (!source) return 0;
+    const WeakPtr<ValueNotifierList> key(this);
+    // A value that is replaced may end either list.
+    const std::shared_ptr<Record> record = record_;
+    const std::shared_ptr<Record> original = source->record_;
     int count = 0;
-    for (const WeakPtr<ValuePool>& pool : source->record_->shadows)
+    for (const WeakPtr<ValuePool>& pool : std::set(original->shadows)) // which may be this one's
     {
         if (!pool) continue;
         const RefPtr<VValueBase> variable = pool->findVariable(source);
         if (!variable) continue;
         const RefPtr<VValueBase> copied = variable->copy();
         if (!copied) continue;
-        addShadow(pool);
-        pool->createVariable(this, copied);
+        record->shadows.insert(pool);
+        pool->createVariable(key, copied);
         ++count;
     }
     return count;
@@ -99,8 +104,9 @@ int ValueNotifierList::copyShadows(const WeakPtr<ValueNotifierList>& source)
 int ValueNotifierList::iterateShadows(ValueShadowIterator& visitor) const
 {
     const WeakPtr<ValueNotifierList> key(this);
+    const std::shared_ptr<Record> record = record_; // a visitor may end this list
     int count = 0;
-    for (const WeakPtr<ValuePool>& entry : record_->shadows)
+    for (const WeakPtr<ValuePool>& entry : record->shadows)
     {
         const RefPtr<ValuePool> pool = entry;
         if (!pool) continue;
@@ -114,8 +120,9 @@ int ValueNotifierList::iterateShadows(ValueShadowIterator& visitor) const
 
 int ValueNotifierList::iterateValues(NotifiedValueIterator& visitor) const
 {
+    const std::shared_ptr<Record> record = record_; // a visitor may end this list
     int count = 0;
-    for (const WeakPtr<ValueNotifier>& entry : record_->notifiers)
+    for (const WeakPtr<ValueNotifier>& entry : record->notifiers)
     {
         const RefPtr<ValueNotifier> notifier = entry;
         if (!notifier) continue;

@@ -1,6 +1,7 @@
 #include <quorl/values/ValuePool.h>
 
 #include <quorl/foundation/AddressString.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/objects/VObjectAge.h> // completes the record of a pool, which keeps the ages
 #include <quorl/values/VValueBase.h>
@@ -9,6 +10,7 @@
 #include <quorl/values/ValuePoolCreator.h>
 
 #include <map>
+#include <utility>
 
 namespace Tolmen
 {
@@ -22,19 +24,6 @@ namespace
 {
 
 using Variables = std::map<WeakPtr<ValueNotifierList>, RefPtr<VValueBase>>;
-
-/// Visits the variables with a live key, in order. The visitor may add and remove any.
-template <class Visit>
-void forEachVariable(const Variables& variables, Visit&& visit)
-{
-    for (auto entry = variables.begin(); entry != variables.end();)
-    {
-        const WeakPtr<ValueNotifierList> key = entry->first;
-        const RefPtr<VValueBase> variable = entry->second;
-        if (key) visit(key, variable);
-        entry = variables.upper_bound(key);
-    }
-}
 
 } // namespace
 
@@ -57,7 +46,17 @@ ValuePool::ValuePool(const string& givenName) : data_(new Data)
     setName(givenName);
 }
 
-ValuePool::~ValuePool() = default;
+/// Values may ask for this pool, and put others there, while they end.
+ValuePool::~ValuePool()
+{
+    while (data_) const auto ended = std::exchange(data_, nullptr);
+}
+
+ValuePool::Data& ValuePool::data()
+{
+    if (!data_) data_ = std::make_shared<Data>();
+    return *data_;
+}
 
 bool ValuePool::setName(const string& newName)
 {
@@ -71,10 +70,13 @@ RefPtr<ValuePool> ValuePool::getValuePool(const string& name)
     const VGlobals& globals = VGlobals::theGlobals();
     const auto entry = globals.pools.find(name);
     if (entry != globals.pools.end()) return entry->second;
-    for (const RefPtr<ValuePoolCreator>& creator : globals.poolCreators)
+    const auto& creators = globals.poolCreators; // which a creator may leave
+    for (auto next = creators.begin(); next != creators.end();)
     {
-        if (!creator) continue;
-        if (const RefPtr<ValuePool> pool = creator->createPool(name)) return pool;
+        const RefPtr<ValuePoolCreator> creator = *next;
+        const RefPtr<ValuePool> pool = creator ? creator->createPool(name) : RefPtr<ValuePool>();
+        if (pool) return pool;
+        next = creators.upper_bound(creator);
     }
     return {};
 }
@@ -93,6 +95,7 @@ int ValuePool::iterate(iterator& visitor)
 
 RefPtr<VValueBase> ValuePool::findVariable(const WeakPtr<ValueNotifierList>& key) const
 {
+    if (!data_) return {};
     const auto variable = data_->variables.find(key);
     return variable == data_->variables.end() ? RefPtr<VValueBase>() : variable->second;
 }
@@ -100,55 +103,60 @@ RefPtr<VValueBase> ValuePool::findVariable(const WeakPtr<ValueNotifierList>& key
 void ValuePool::createVariable(const WeakPtr<ValueNotifierList>& key,
                                const RefPtr<VValueBase>& value)
 {
-    data_->variables[key] = value;
+    RefPtr<VValueBase>& place = data().variables[key];
+    const RefPtr<VValueBase> former = place; // ends when the table is whole
+    place = value;
 }
 
 void ValuePool::removeVariable(const WeakPtr<ValueNotifierList>& key)
 {
-    data_->variables.erase(key);
+    if (data_) const auto former = data_->variables.extract(key); // ends when the table is whole
 }
 
 bool ValuePool::registerValue(const string& valueName, const WeakPtr<VValueBase>& value)
 {
-    data_->namedValues[valueName] = value;
+    data().namedValues[valueName] = value;
     return true;
 }
 
 RefPtr<VValueBase> ValuePool::retrieveValue(const string& valueName) const
 {
+    if (!data_) return {};
     const auto entry = data_->namedValues.find(valueName);
     return entry == data_->namedValues.end() ? RefPtr<VValueBase>() : entry->second;
 }
 
 bool ValuePool::removeValue(const string& valueName)
 {
+    if (!data_) return false;
     data_->namedValues.erase(valueName);
     return true;
 }
 
 VObjectAge& ValuePool::ObjectAgePool()
 {
-    return data_->objectAges;
-}
-
-bool ValuePool::holdsLiveVariable(const WeakPtr<ValueNotifierList>& key) const
-{
-    return static_cast<bool>(findVariable(key));
+    return data().objectAges;
 }
 
 void ValuePool::activate(const RefPtr<ValuePool>& old, const WeakPtr<ValueNotifier>& skip,
                          const ValueMap* changes) const
 {
     if (old && old.referer == self.referer) return;
-    if (old)
-        forEachVariable(old->data_->variables, [&](const auto& key, const auto& /*variable*/) {
-            if (holdsLiveVariable(key)) return;
-            const RefPtr<VValueBase> fallback = key->DefaultValue(); // an observer may end the key
-            key->notify(fallback, WeakPtr<ValuePool>(), skip, nullptr, changes);
-        });
-    forEachVariable(data_->variables, [&](const auto& key, const auto& variable) {
-        key->notify(variable, WeakPtr<ValuePool>(this), skip, nullptr, changes);
-    });
+    const WeakPtr<ValuePool> me(this); // an observer may end both pools
+    const std::shared_ptr<Data> present = data_;
+    const std::shared_ptr<Data> before = old ? old->data_ : nullptr;
+    const auto fallBack = [&](const WeakPtr<ValueNotifierList>& key, const auto& /*variable*/) {
+        if (!key || (me && findVariable(key))) return true;
+        const RefPtr<VValueBase> fallback = key->DefaultValue(); // an observer may end the key
+        key->notify(fallback, WeakPtr<ValuePool>(), skip, nullptr, changes);
+        return true;
+    };
+    const auto tell = [&](const WeakPtr<ValueNotifierList>& key, const auto& variable) {
+        if (key) key->notify(variable, me, skip, nullptr, changes);
+        return true;
+    };
+    if (before) Tolmen::walkSteadily(before->variables, fallBack);
+    if (present) Tolmen::walkSteadily(present->variables, tell);
 }
 
 } // namespace Quorl

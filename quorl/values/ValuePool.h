@@ -87,9 +87,10 @@ public:
 private:
     struct Data;
 
-    bool holdsLiveVariable(const WeakPtr<ValueNotifierList>& key) const;
+    /// The record, made if it is missing.
+    Data& data();
 
-    std::unique_ptr<Data> data_;
+    std::shared_ptr<Data> data_; // shared with walks; null while the values of an ended pool end
 };
 
 } // namespace Quorl

@@ -16,9 +16,9 @@ ValueSet::~ValueSet() = default;
 
 void ValueSet::addValue(const WeakPtr<VValueBase>& value)
 {
-    key += '\'';
-    if (value) key += Tolmen::StringUtil::subst(value->Text(), '\'', '"');
-    key += '\'';
+    // In one piece: a text that throws leaves no open quote.
+    const string text = value ? Tolmen::StringUtil::subst(value->Text(), '\'', '"') : string();
+    key += '\'' + text + '\'';
 }
 
 bool lessValueSetPtr::operator()(const RefPtr<ValueSet>& left, const RefPtr<ValueSet>& right) const

@@ -53,6 +53,16 @@ TEST_F(VUndoStackTest, AnswersFalseWhileEmpty)
     EXPECT_EQ(stack->name, "");
 }
 
+TEST_F(VUndoStackTest, SurvivesItsOwnEndInTheUndoOfAnAction)
+{
+    const WeakPtr<VUndoStack> watch = stack;
+    add(stack, "A");
+    add(stack, "B")->whenUndone = [this] { stack = RefPtr<VUndoStack>(); };
+    EXPECT_TRUE(watch->undo());
+    EXPECT_FALSE(watch);
+    EXPECT_EQ(taken, "B");
+}
+
 TEST_F(VUndoStackTest, UndoesNewestFirst)
 {
     for (const char* label : {"A", "B", "C"}) add(stack, label);

@@ -93,6 +93,13 @@ TEST(VValue, TakesTheDatumOfItsOwnTypeOnly)
     EXPECT_EQ(datumOf(*value), 2.0);
 }
 
+TEST(VValue, TakesWhatIsNoNumberForZero)
+{
+    const RefPtr<VValue<double>> value(new VValue<double>(3.0));
+    EXPECT_TRUE(value->setValueFromText("abc"));
+    EXPECT_EQ(value->Text(), "0");
+}
+
 TEST(VValue, DiffersFromOtherTypesAndFromNoValue)
 {
     const auto value = make(1.0);

@@ -378,5 +378,66 @@ TEST(ValueActionBase, GetsTheArgumentsOfANotificationAsTheyAre)
     EXPECT_EQ(action->gottenChanges, &changes);
 }
 
+TEST(ValueNotifierList, SurvivesItsOwnEndInTheCallOfAVisitor)
+{
+    struct End final : ValueShadowIterator, NotifiedValueIterator
+    {
+        bool apply(const RefPtr<ValuePool>&, const RefPtr<VValueBase>&) override
+        {
+            list = RefPtr<ValueNotifierList>();
+            return true;
+        }
+        bool apply(const RefPtr<ValueNotifier>&) override
+        {
+            list = RefPtr<ValueNotifierList>();
+            return true;
+        }
+        RefPtr<ValueNotifierList> list;
+    } end;
+    end.list = makeList();
+    const auto first = makeObserver();
+    const auto second = makeObserver();
+    end.list->addNotifier(first);
+    end.list->addNotifier(second);
+    EXPECT_EQ(end.list->iterateValues(end), 2);
+    EXPECT_FALSE(end.list);
+
+    end.list = makeList();
+    const auto pool = makePool();
+    const auto other = makePool();
+    for (const auto& each : {pool, other})
+    {
+        end.list->addShadow(each);
+        each->createVariable(end.list, make(1));
+    }
+    EXPECT_EQ(end.list->iterateShadows(end), 2);
+    EXPECT_FALSE(end.list);
+}
+
+TEST(ValueNotifierListShadows, SurviveTheEndOfTheListByAVariableThatEnds)
+{
+    class Last final : public VValue<int>
+    {
+    public:
+        ~Last() override { owner = RefPtr<ValueNotifierList>(); }
+        RefPtr<ValueNotifierList> owner;
+    };
+    const auto pool = makePool();
+    const auto other = makePool();
+    RefPtr<ValueNotifierList> list = makeList();
+    const WeakPtr<ValueNotifierList> watch = list;
+    for (const auto& each : {pool, other})
+    {
+        const RefPtr<Last> value(new Last);
+        value->owner = list;
+        each->createVariable(list, value);
+        list->addShadow(each);
+    }
+    list = RefPtr<ValueNotifierList>();
+    ASSERT_TRUE(watch);
+    EXPECT_TRUE(watch->removeAllShadows());
+    EXPECT_FALSE(watch);
+}
+
 } // namespace
 } // namespace Quorl

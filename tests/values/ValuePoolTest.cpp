@@ -12,6 +12,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace Quorl
@@ -31,6 +34,17 @@ RefPtr<ValuePool> makePool(const string& name)
 {
     return RefPtr<ValuePool>(new ValuePool(name));
 }
+
+/// A value that does something when it ends.
+class Ending final : public VValue<int>
+{
+public:
+    explicit Ending(std::function<void()> act) : act_(std::move(act)) {}
+    ~Ending() override { act_(); }
+
+private:
+    const std::function<void()> act_;
+};
 
 /// A list with a default value, such as a parameter is.
 class Key final : public ValueNotifierList
@@ -203,6 +217,77 @@ TEST(ValuePool, KeepsOneVariableForAKeyAndDropsTheFirst)
     changed.removeVariable(key);
     changed.removeVariable(key);
     EXPECT_EQ(pool.findVariable(key).referer, nullptr);
+}
+
+TEST(ValuePool, BearsToBeChangedByTheEndOfAVariable)
+{
+    const RefPtr<ValuePool> pool(new ValuePool);
+    const auto key = makeKey(0);
+    const auto other = makeKey(1);
+    for (const bool isReplaced : {true, false})
+    {
+        pool->createVariable(key, RefPtr<VValueBase>(new Ending([&] {
+                                 pool->removeVariable(key);
+                                 pool->createVariable(other, make(7));
+                             })));
+        if (isReplaced)
+            pool->createVariable(key, make(2));
+        else
+            pool->removeVariable(key);
+        EXPECT_FALSE(pool->findVariable(key)) << isReplaced;
+        EXPECT_EQ(pool->findVariable(other)->Text(), "7") << isReplaced;
+        pool->removeVariable(other);
+    }
+}
+
+TEST(ValuePool, HasNothingWhileItEnds)
+{
+    const auto key = makeKey(0);
+    const auto other = makeKey(1);
+    const auto value = make(4);
+    int ended = 0;
+    {
+        ValuePool pool; // nobody owns it, so that it lives for handles to the very end
+        const WeakPtr<ValuePool> weak(&pool);
+        ASSERT_TRUE(pool.registerValue("named", value));
+        pool.createVariable(key, RefPtr<VValueBase>(new Ending([&, weak] {
+                                ++ended;
+                                ASSERT_TRUE(weak);
+                                EXPECT_FALSE(weak->findVariable(key));
+                                EXPECT_FALSE(weak->retrieveValue("named"));
+                                EXPECT_FALSE(weak->removeValue("named"));
+                                weak->removeVariable(key);
+                                weak->activate({}, {}, nullptr);
+                                weak->createVariable(other, make(5));
+                                EXPECT_EQ(weak->findVariable(other)->Text(), "5");
+                            })));
+    }
+    EXPECT_EQ(ended, 1);
+}
+
+TEST(ValuePool, BearsACreatorThatLeavesInItsOwnCall)
+{
+    struct Once final : ValuePoolCreator
+    {
+        RefPtr<ValuePool> createPool(const string&) override
+        {
+            auto& creators = VGlobals::theGlobals().poolCreators;
+            creators.erase(RefPtr<ValuePoolCreator>(this));
+            ++*calls;
+            return {};
+        }
+        std::shared_ptr<int> calls = std::make_shared<int>(0);
+    };
+    auto& creators = VGlobals::theGlobals().poolCreators;
+    std::vector<std::shared_ptr<int>> calls;
+    for (int number = 0; number < 3; ++number)
+    {
+        auto* const creator = new Once;
+        calls.push_back(creator->calls);
+        creators.insert(RefPtr<ValuePoolCreator>(creator));
+    }
+    EXPECT_FALSE(ValuePool::getValuePool("nobody makes this"));
+    for (const auto& count : calls) EXPECT_EQ(*count, 1);
 }
 
 TEST(ValuePool, RemembersNamedValuesWithoutOwningThem)
@@ -401,6 +486,30 @@ TEST(ValuePoolReferer, IsABaseToBeDestroyedThrough)
     delete base;
 
     EXPECT_TRUE(isDestroyed);
+}
+
+TEST(ValuePoolActivation, SurvivesTheEndOfBothPoolsInTheCallOfAnObserver)
+{
+    RefPtr<ValuePool> old(new ValuePool);
+    RefPtr<ValuePool> pool(new ValuePool);
+    std::vector<RefPtr<Key>> keys{makeKey(10), makeKey(20), makeKey(30)};
+    for (const auto& key : keys)
+    {
+        old->createVariable(key, make(1));
+        key->observer->whenCalled = [&] {
+            old = RefPtr<ValuePool>();
+            pool = RefPtr<ValuePool>();
+        };
+    }
+    activate(pool, old);
+    for (const auto& key : keys) EXPECT_EQ(key->observer->calls.size(), 1U);
+
+    pool = new ValuePool;
+    for (const auto& key : keys) pool->createVariable(key, make(2));
+    const WeakPtr<ValuePool> weak = pool;
+    activate(pool, {});
+    for (const auto& key : keys) EXPECT_EQ(key->observer->calls.size(), 2U);
+    EXPECT_FALSE(weak);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace Quorl
 {
 namespace
@@ -82,6 +84,20 @@ TEST(ValueSet, IsEquivalentToAllOthersIfDead)
     EXPECT_FALSE(less(none, setOf("a")));
     EXPECT_FALSE(less(setOf("a"), none));
     EXPECT_FALSE(less(none, none));
+}
+
+TEST(ValueSet, LeavesNoOpenQuoteIfATextCannotBeWritten)
+{
+    class Mute final : public VValue<int>
+    {
+    public:
+        string Text() const override { throw std::runtime_error("no text"); }
+    };
+    const RefPtr<VValueBase> mute(new Mute);
+    ValueSet set;
+    set.addValue(RefPtr<VValueBase>(new VValue<int>(1)));
+    EXPECT_THROW(set.addValue(mute), std::runtime_error);
+    EXPECT_EQ(set.key, "'1'");
 }
 
 } // namespace
