@@ -1,57 +1,17 @@
 #include <quorl/slots/VConnectable.h>
 
 #include <quorl/objects/VObject.h> // objects are searched for outputs
-#include <quorl/slots/VParameter.h>
-#include <quorl/slots/VSlot.h>
+#include <quorl/slots/InputSearch.h>
 #include <quorl/slots/VSlotIterator.h>
 #include <quorl/values/VValueBase.h>
 
 #include <cstdio>
-#include <limits>
 #include <typeinfo>
 
 namespace Quorl
 {
 namespace
 {
-
-constexpr int kAllLevels = std::numeric_limits<int>::max();
-
-bool isOfType(const VSlot& slot, const std::type_info& type)
-{
-    return slot.Parameter && slot.getType() == type;
-}
-
-/// Finds the first input whose parameter the offered one can take the place of.
-class FindReplaceable final : public VSlotIterator
-{
-public:
-    FindReplaceable(const RefPtr<VParameter>& offered, VSlotContainer& container)
-        : offered_(offered), container_(container)
-    {
-    }
-
-    bool apply(const RefPtr<VSlot>& slot, int expertLevel) override
-    {
-        if (!fits(*slot, expertLevel)) return true;
-        found = slot;
-        return false;
-    }
-
-    RefPtr<VSlot> found;
-
-private:
-    bool fits(const VSlot& slot, int expertLevel)
-    {
-        return isOfType(slot, offered_->getType()) &&
-               slot.Parameter->ConnectibilityMismatch(*offered_) == 0 &&
-               container_.allowParameterReplacement(offered_, slot.Parameter, slot.Name,
-                                                    expertLevel);
-    }
-
-    const RefPtr<VParameter> offered_;
-    VSlotContainer& container_;
-};
 
 /// Gives an interface to the first input of its type.
 class GiveInterface final : public VSlotIterator
@@ -83,14 +43,6 @@ private:
 
 VConnectable::VConnectable() = default;
 VConnectable::~VConnectable() = default;
-
-RefPtr<VSlot> VSlotContainer::findReplaceableSlot(const RefPtr<VParameter>& parameter)
-{
-    if (!parameter) return {};
-    FindReplaceable search(parameter, *this);
-    iterateParameters(kAllLevels, search);
-    return search.found;
-}
 
 RefPtr<VSlot> VConnectable::Connect(const RefPtr<VParameter>& parameter)
 {

@@ -28,7 +28,7 @@ void VInputBase::setOwner(const WeakPtr<VParameter>& newOwner)
 bool VInputBase::activateNotification() const
 {
     if (!owner) return false;
-    if (!self.referer || self.referer->strong < 1)
+    if (!self.referer || !self.referer->isOwned())
         std::printf("\n\nbool VInputBase::activateNotification() called from object without strong "
                     "references!! Don't do this!\n\n");
     return owner->addNotifier(WeakPtr<ValueNotifier>(this));
@@ -37,7 +37,7 @@ bool VInputBase::activateNotification() const
 void VInputBase::notify(const ValueNotifierList* caller, const WeakPtr<ValuePool>& pool) const
 {
     // Asked for 0, not for being dead: an input in its destructor is nobody's business any more.
-    const bool isUnowned = self.referer && self.referer->strong == 0;
+    const bool isUnowned = self.referer && self.referer->isUnowned();
     if (isUnowned) VActionNotifier::Warning("VInput has no strong references!");
     std::puts("void VInputBase::notify()");
     if (!owner) return;
@@ -45,8 +45,7 @@ void VInputBase::notify(const ValueNotifierList* caller, const WeakPtr<ValuePool
     if (isUnowned) std::puts("me is not strongly referenced!?");
     // An observer may drop the parameter, which lasts until all have been told.
     const WeakPtr<VParameter> target = owner;
-    const RefPtr<VParameter> held =
-        target->self.referer->strong > 0 ? RefPtr<VParameter>(target) : RefPtr<VParameter>();
+    const RefPtr<VParameter> held = Tolmen::heldIfOwned(target);
     target->notify(target->defaultValue, pool, WeakPtr<ValueNotifier>(this), caller,
                    target->properties.get());
 }

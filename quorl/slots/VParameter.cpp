@@ -21,12 +21,10 @@ namespace Quorl
 namespace
 {
 
-/// Keeps a parameter, if anybody owns it, until its observers have been told: one of them may drop
-/// it. To hold one that nobody owns would end it.
-RefPtr<ValueNotifierList> kept(const VParameter& parameter)
+/// Keeps a parameter until its observers have been told: one of them may drop it.
+RefPtr<VParameter> kept(const VParameter& parameter)
 {
-    return parameter.self.referer->strong > 0 ? RefPtr<ValueNotifierList>(&parameter)
-                                              : RefPtr<ValueNotifierList>();
+    return Tolmen::heldIfOwned(WeakPtr<VParameter>(&parameter));
 }
 
 } // namespace
@@ -93,9 +91,9 @@ void VParameter::Globalize(const RefPtr<ValuePool>& pool)
     local = false;
     // Deliberate: being global already, this is the default value, and no pool's.
     const RefPtr<VValueBase> value = pool ? getValue(pool, "") : RefPtr<VValueBase>();
+    const RefPtr<VParameter> held = kept(*this); // a variable that ends may drop it, too
     removeAllShadows();
     if (value) setGlobalValue(value, "");
-    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, WeakPtr<ValuePool>(), WeakPtr<ValueNotifier>(), nullptr, properties.get());
 }
 
@@ -158,7 +156,7 @@ bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& p
         return false;
     }
     if (!value->setValueFromText(text)) return false;
-    const RefPtr<ValueNotifierList> held = kept(*this);
+    const RefPtr<VParameter> held = kept(*this);
     notify(value, pool, skip, caller, changes);
     touchValue(pool);
     return true;
@@ -168,7 +166,7 @@ void VParameter::notifyValueChange(const RefPtr<VValueBase>& value, const RefPtr
                                    const string& member, const WeakPtr<ValueNotifier>& skip,
                                    const ValueNotifierList* caller, const ValueMap* changes) const
 {
-    const RefPtr<ValueNotifierList> held = kept(*this);
+    const RefPtr<VParameter> held = kept(*this);
     notify(value, pool, skip, caller, changes);
     NotifyActionChangeParameter(WeakPtr<ValueNotifierList>(this),
                                 local ? pool : RefPtr<ValuePool>(), value, member);
@@ -188,12 +186,19 @@ ValueMap& VParameter::ensuredProperties()
     return *properties;
 }
 
+void VParameter::notifyOfProperties(const WeakPtr<ValueNotifier>& skip,
+                                    const ValueNotifierList* caller,
+                                    const WeakPtr<ValuePool>& pool) const
+{
+    const RefPtr<VParameter> held = kept(*this);
+    notify(defaultValue, pool, skip, caller, properties.get());
+}
+
 void VParameter::sendNotification(const WeakPtr<ValueNotifier>& skip,
                                   const ValueNotifierList* caller, const WeakPtr<ValuePool>& pool)
 {
     if (!properties) return;
-    const RefPtr<ValueNotifierList> held = kept(*this);
-    notify(defaultValue, pool, skip, caller, properties.get());
+    notifyOfProperties(skip, caller, pool);
 }
 
 void VParameter::setProperty(const string& propertyName, const RefPtr<VValueBase>& value,
@@ -201,8 +206,7 @@ void VParameter::setProperty(const string& propertyName, const RefPtr<VValueBase
                              const WeakPtr<ValuePool>& pool)
 {
     ensuredProperties().setValue(propertyName, value);
-    const RefPtr<ValueNotifierList> held = kept(*this);
-    notify(defaultValue, pool, skip, caller, properties.get());
+    notifyOfProperties(skip, caller, pool);
 }
 
 void VParameter::updateProperties(const ValueMap& changed, const WeakPtr<ValueNotifier>& skip,
@@ -225,8 +229,7 @@ void VParameter::updateProperties(const ValueMap& changed, const WeakPtr<ValueNo
     std::puts("VParameter::updateProperties()....");
     changed.iterate(enter);
     std::puts("VParameter::updateProperties().... DONE");
-    const RefPtr<ValueNotifierList> held = kept(*this);
-    notify(defaultValue, WeakPtr<ValuePool>(), skip, caller, properties.get());
+    notifyOfProperties(skip, caller, {});
 }
 
 void VParameter::AddAction(const RefPtr<ValueActionBase>& action)

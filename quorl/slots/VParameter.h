@@ -169,6 +169,8 @@ private:
     RefPtr<VValueBase> editedValue(const RefPtr<ValuePool>& pool, const string& member,
                                    bool create) const;
     ValueMap& ensuredProperties();
+    void notifyOfProperties(const WeakPtr<ValueNotifier>& skip, const ValueNotifierList* caller,
+                            const WeakPtr<ValuePool>& pool) const;
 };
 
 } // namespace Quorl

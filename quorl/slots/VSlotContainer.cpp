@@ -2,14 +2,10 @@
 
 #include <quorl/foundation/Typename.h>
 #include <quorl/services/Vprintf.h>
-#include <quorl/slots/VParameter.h>
-#include <quorl/slots/VSlot.h>
-#include <quorl/slots/VSlotTables.h>
+#include <quorl/slots/InputSearch.h>
 #include <quorl/values/VValueBase.h>
 
 #include <cstdio>
-#include <limits>
-#include <utility>
 
 namespace Tolmen
 {
@@ -23,13 +19,27 @@ namespace
 
 constexpr int kTraceVerbosity = 100;
 
-/// Goes by level, then by name, until `stop` answers true. The one walk of all searches.
-template <class Stop>
-void searchInputs(const VSlotTables& tables, Stop&& stop)
+/// \return the number of visits that answered true; the first other one ends them.
+template <class Visit>
+int countInputs(const VSlotTables& tables, Visit&& visit)
 {
-    for (const auto& [level, slots] : tables.Inputs)
-        for (const RefPtr<VSlot>& slot : slots)
-            if (slot && stop(slot, level)) return;
+    int count = 0;
+    searchChangingInputs(tables, [&](const RefPtr<VSlot>& slot, int level) {
+        if (!visit(slot, level)) return true;
+        ++count;
+        return false;
+    });
+    return count;
+}
+
+/// Gives a slot a parameter of its own.
+RefPtr<VParameter> makeUnique(const RefPtr<VSlot>& slot, const string& prefix)
+{
+    const RefPtr<VParameter> copied = slot->Parameter->copy();
+    if (!copied) return {};
+    copied->setName(prefix + "." + slot->Name);
+    slot->assignParameter(copied, "");
+    return copied;
 }
 
 } // namespace
@@ -158,7 +168,7 @@ string VSlotContainer::getSlotName(const RefPtr<VParameter>& parameter) const
 
 int VSlotContainer::getNumberOfInputs() const
 {
-    return getNumberOfParameters(std::numeric_limits<int>::max());
+    return getNumberOfParameters(kAllLevels);
 }
 
 int VSlotContainer::getNumberOfParameters(int maxExpertLevel) const
@@ -192,24 +202,13 @@ int VSlotContainer::iterateParameters(int maxExpertLevel, VSlotIterator& visitor
 
 int VSlotContainer::iterate_inputs(std::function<bool(const RefPtr<VSlot>&, int)> visit) const
 {
-    int count = 0;
-    searchInputs(*Slots, [&](const RefPtr<VSlot>& slot, int level) {
-        if (!visit(slot, level)) return true;
-        ++count;
-        return false;
-    });
-    return count;
+    return countInputs(*Slots, visit);
 }
 
 int VSlotContainer::iterate_inputs(std::function<bool(VSlot&, int)> visit) const
 {
-    int count = 0;
-    searchInputs(*Slots, [&](const RefPtr<VSlot>& slot, int level) {
-        if (!visit(*slot, level)) return true;
-        ++count;
-        return false;
-    });
-    return count;
+    return countInputs(*Slots,
+                       [&](const RefPtr<VSlot>& slot, int level) { return visit(*slot, level); });
 }
 
 int VSlotContainer::getExpertLevel(const RefPtr<VSlot>& wanted) const
@@ -260,7 +259,7 @@ RefPtr<VSlot> VSlotContainer::getUniqueInputSlot(const std::type_info& type)
 {
     RefPtr<VSlot> found;
     searchInputs(*Slots, [&](const RefPtr<VSlot>& slot, int) {
-        if (!slot->Parameter || slot->getType() != type) return false;
+        if (!isOfType(*slot, type)) return false;
         const bool isSecond = static_cast<bool>(found);
         found = isSecond ? RefPtr<VSlot>() : slot;
         return isSecond;
@@ -272,20 +271,6 @@ bool VSlotContainer::ignoreInput(const RefPtr<VSlot>& slot) const
 {
     return slot->Name.starts_with("qZelm::");
 }
-
-namespace
-{
-
-RefPtr<VParameter> makeUnique(const RefPtr<VSlot>& slot, const string& prefix)
-{
-    const RefPtr<VParameter> copied = slot->Parameter->copy();
-    if (!copied) return {};
-    copied->setName(prefix + "." + slot->Name);
-    slot->assignParameter(copied, "");
-    return copied;
-}
-
-} // namespace
 
 RefPtr<VParameter> VSlotContainer::mkUniqueParameterInput(const RefPtr<VParameter>& parameter,
                                                           const string& prefix)

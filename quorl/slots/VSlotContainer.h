@@ -14,6 +14,7 @@
 #include <quorl/values/ValueCacheable.h>
 
 #include <functional>
+#include <limits>
 #include <list>
 #include <memory>
 #include <set>
@@ -21,8 +22,6 @@
 
 namespace Quorl
 {
-
-struct VSlotTables;
 
 /// All that has named inputs and registered outputs; `VObject` is the main kind.
 ///
@@ -32,7 +31,8 @@ struct VSlotTables;
 ///
 /// It must be held by a strong handle before anything is attached to it.
 ///
-/// Threads: the outputs are guarded by a mutex, the inputs are not; see `VSlotTables`.
+/// Threads: what searches and registers outputs takes their mutex; what only counts them or
+/// compares their ages does not, nor does anything that concerns inputs. See `VSlotTables`.
 class QUORL_API VSlotContainer : public virtual VManagedObjectBase,
                                  public VConnectionValidatorList,
                                  public ValueCacheable
@@ -53,6 +53,7 @@ public:
         AttachIncompatibleTypes = -5,
     };
 
+    static constexpr int kAllLevels = std::numeric_limits<int>::max(); ///< of inputs
     static constexpr int kNoSuchSlot = 2000; ///< the expert level of what is not there
 
     VSlotContainer();
@@ -62,10 +63,35 @@ public:
 
     static string AttachErrorCodeMessage(int code); ///< empty for an unknown one
 
-    // Setting up
+    // What a kind of container may do otherwise; in the order of the table of virtual operations
 
     /// What an object does once its slots are connected, or some of them anew.
     virtual void setup(const VSlotSet& slots);
+
+    /// Whether a parameter of this container may be replaced by one that is offered.
+    virtual bool allowParameterReplacement(const RefPtr<VParameter>& source,
+                                           const RefPtr<VParameter>& destination,
+                                           const string& name, int expertLevel);
+
+    /// Attaches what the propagating inputs show to the inputs of `other` with the same name and
+    /// type. Prints a reminder on standard output.
+    /// \return the number of attachments, objections included; 0 for a dead `other`.
+    virtual int connectSlots(const RefPtr<VSlotContainer>& other);
+
+    /// Whether requests pass over an input; by default over names that begin with "qZelm::".
+    virtual bool ignoreInput(const RefPtr<VSlot>& slot) const;
+
+    virtual bool implements(const std::type_info& type) const; ///< whether an output has the type
+
+    /// The output of that type with that name and member; for an empty name the first of the type.
+    virtual RefPtr<VParameter> getImplementation(const std::type_info& type, const string& name,
+                                                 const string& member) const;
+
+    /// Visits the outputs of a type, all for `void`. Runs under the lock of the outputs.
+    /// \return the number of visits, the one that answered false included.
+    virtual int iterateOutputs(VOutputIterator& visitor, const std::type_info& type) const;
+
+    // Setting up
 
     void addSetupFunction(SetupFunction function);
     void addSetupFunctor(const Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>& functor);
@@ -107,7 +133,8 @@ public:
     /// \return the number of levels that were finished.
     int iterateParameters(int maxExpertLevel, VSlotIterator& visitor) const;
 
-    /// Visits all inputs. \return the number of visits that answered true.
+    /// Visits all inputs, until a visit answers false. Inputs may come and go meanwhile.
+    /// \return the number of visits that answered true.
     /// \throws std::bad_function_call for an empty function, at the first input.
     int iterate_inputs(std::function<bool(const RefPtr<VSlot>&, int)> visit) const;
     int iterate_inputs(std::function<bool(VSlot&, int)> visit) const;
@@ -127,9 +154,6 @@ public:
 
     /// The one input of a type; null if there are several.
     RefPtr<VSlot> getUniqueInputSlot(const std::type_info& type);
-
-    /// Whether requests pass over an input; by default over names that begin with "qZelm::".
-    virtual bool ignoreInput(const RefPtr<VSlot>& slot) const;
 
     /// Gives an input a parameter of its own: a copy of the one that it shows, called `prefix`, a
     /// point, and the slot's name.
@@ -159,16 +183,9 @@ public:
     int getNumberOfOutputs() const;
     RefPtr<Tolmen::StringList> getOutputs(const std::type_info& type) const; ///< their names
 
-    /// Visits the outputs of a type, all for `void`. Runs under the lock of the outputs.
-    /// \return the number of visits, the one that answered false included.
-    virtual int iterateOutputs(VOutputIterator& visitor, const std::type_info& type) const;
-
-    virtual bool implements(const std::type_info& type) const; ///< whether an output has the type
     bool provides(const RefPtr<VSlot>& slot) const; ///< whether one fits what the slot wants
 
-    /// The output of that type with that name and member; for an empty name the first of the type.
-    virtual RefPtr<VParameter> getImplementation(const std::type_info& type, const string& name,
-                                                 const string& member) const;
+    /// The slot of `getImplementation`.
     RefPtr<VSlot> getImplementationSlot(const std::type_info& type, const string& name,
                                         const string& member) const;
 
@@ -228,21 +245,11 @@ public:
     AttachErrorCode attach(const RefPtr<VParameter>& destination, const RefPtr<VParameter>& source,
                            const string& member);
 
-    /// Whether a parameter of this container may be replaced by one that is offered.
-    virtual bool allowParameterReplacement(const RefPtr<VParameter>& source,
-                                           const RefPtr<VParameter>& destination,
-                                           const string& name, int expertLevel);
-
     /// The first input, by level, then by name, whose parameter may be replaced by `parameter`: of
     /// its type, without a constraint against it, and allowed by `allowParameterReplacement`.
     /// Whether it is connected does not matter.
     /// \return null if there is none, and for a null parameter.
     RefPtr<VSlot> findReplaceableSlot(const RefPtr<VParameter>& parameter);
-
-    /// Attaches what the propagating inputs show to the inputs of `other` with the same name and
-    /// type. Prints a reminder on standard output.
-    /// \return the number of attachments, objections included; 0 for a dead `other`.
-    virtual int connectSlots(const RefPtr<VSlotContainer>& other);
 
     const std::unique_ptr<VSlotTables> Slots; ///< never null
     Ageable LocalAge;

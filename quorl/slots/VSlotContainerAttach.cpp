@@ -1,8 +1,7 @@
 #include <quorl/services/VActionNotifier.h>
-#include <quorl/slots/VParameter.h>
-#include <quorl/slots/VSlot.h>
+#include <quorl/slots/InputSearch.h>
 #include <quorl/slots/VSlotContainer.h>
-#include <quorl/slots/VSlotTables.h>
+#include <quorl/slots/VSlotIterator.h>
 
 #include <cstdio>
 
@@ -15,6 +14,37 @@ const std::type_info& typeOf(const RefPtr<VParameter>& parameter)
 {
     return parameter ? parameter->getType() : typeid(void);
 }
+
+/// Finds the first input whose parameter the offered one can take the place of.
+class FindReplaceable final : public VSlotIterator
+{
+public:
+    FindReplaceable(const RefPtr<VParameter>& offered, VSlotContainer& container)
+        : offered_(offered), container_(container)
+    {
+    }
+
+    bool apply(const RefPtr<VSlot>& slot, int expertLevel) override
+    {
+        if (!fits(*slot, expertLevel)) return true;
+        found = slot;
+        return false;
+    }
+
+    RefPtr<VSlot> found;
+
+private:
+    bool fits(const VSlot& slot, int expertLevel)
+    {
+        return isOfType(slot, offered_->getType()) &&
+               slot.Parameter->ConnectibilityMismatch(*offered_) == 0 &&
+               container_.allowParameterReplacement(offered_, slot.Parameter, slot.Name,
+                                                    expertLevel);
+    }
+
+    const RefPtr<VParameter> offered_;
+    VSlotContainer& container_;
+};
 
 } // namespace
 
@@ -78,26 +108,34 @@ bool VSlotContainer::allowParameterReplacement(const RefPtr<VParameter>& /*sourc
     return true;
 }
 
-int VSlotContainer::connectSlots(const RefPtr<VSlotContainer>& other)
+RefPtr<VSlot> VSlotContainer::findReplaceableSlot(const RefPtr<VParameter>& parameter)
 {
+    if (!parameter) return {};
+    FindReplaceable search(parameter, *this);
+    iterateParameters(kAllLevels, search);
+    return search.found;
+}
+
+int VSlotContainer::connectSlots(const RefPtr<VSlotContainer>& given)
+{
+    const RefPtr<VSlotContainer> other = given;
     if (!other) return 0;
     int count = 0;
-    const auto passOn = [&](const RefPtr<VSlot>& slot) {
-        for (const auto& [level, places] : other->Slots->Inputs)
-        {
-            const auto place = places.find(slot->Name);
-            if (place == places.end() || !*place || !(*place)->Parameter) continue;
-            if ((*place)->getType() != slot->getType()) continue;
-            if (!other->allowParameterReplacement(slot->Parameter, (*place)->Parameter,
-                                                  (*place)->Name, level))
-                continue;
-            attachParameter(slot->Parameter, *place, (*place)->Member);
-            ++count;
-        }
+    const auto passOn = [&](const RefPtr<VSlot>& slot, const RefPtr<VSlot>& place, int level) {
+        if (!place || !slot->Parameter || !isOfType(*place, slot->getType())) return;
+        if (!other->allowParameterReplacement(slot->Parameter, place->Parameter, place->Name,
+                                              level))
+            return;
+        attachParameter(slot->Parameter, place, place->Member);
+        ++count;
     };
-    for (const auto& [level, slots] : Slots->Inputs)
-        for (const RefPtr<VSlot>& slot : slots)
-            if (slot && slot->Propagates && slot->Parameter) passOn(slot);
+    searchChangingInputs(*Slots, [&](const RefPtr<VSlot>& slot, int) {
+        if (!slot->Propagates) return false;
+        for (const auto& [level, places] : other->Slots->Inputs)
+            if (const auto place = places.find(slot->Name); place != places.end())
+                passOn(slot, RefPtr<VSlot>(*place), level);
+        return false;
+    });
     std::printf("VConnectable.cpp: vobj->touch();\n");
     return count;
 }

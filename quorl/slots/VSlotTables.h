@@ -43,7 +43,7 @@ struct QUORL_API VSlotTables
     std::map<std::int32_t, VNamedInputSet> Inputs; ///< by expert level; a lower one is more basic
     Ageable InputSetAge; ///< when an input was last added, removed or attached
     VOutputSlots Outputs;
-    Tolmen::mutex OutputMutex; ///< guards `Outputs`
+    Tolmen::mutex OutputMutex; ///< guards `Outputs` where they are searched and registered
 };
 
 } // namespace Quorl

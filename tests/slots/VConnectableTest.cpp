@@ -469,6 +469,34 @@ TEST_F(VSlotContainerConnectSlots, KeepsTheMemberOfTheOther)
     EXPECT_EQ(theirs->Member, "");
 }
 
+TEST_F(VSlotContainerConnectSlots, BearsThatInputsAreRemovedMeanwhile)
+{
+    struct Removing final : Node
+    {
+        using Node::Node;
+        bool allowParameterReplacement(const RefPtr<VParameter>&, const RefPtr<VParameter>&,
+                                       const string& slotName, int) override
+        {
+            removeParameter(slotName);
+            other->removeParameter(slotName);
+            return true;
+        }
+        RefPtr<Node> other;
+    };
+    const RefPtr<Removing> removing(new Removing("removing"));
+    removing->other = source;
+    for (const char* name : {"a", "b", "c"})
+    {
+        source->input(name)->Propagates = true;
+        removing->input(name);
+    }
+    outputOf([&] { EXPECT_EQ(source->connectSlots(removing), 3); });
+    EXPECT_EQ(source->getNumberOfInputs(), 0);
+    EXPECT_EQ(removing->getNumberOfInputs(), 0);
+    removing->other = RefPtr<Node>();
+    removing->VManagedObject::remove();
+}
+
 TEST_F(VSlotContainerConnectSlots, WritesItsLineThoughNothingFits)
 {
     source->input("x")->Propagates = true;

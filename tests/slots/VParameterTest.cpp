@@ -626,5 +626,28 @@ TEST(VValueParameter, MayStandForAGraph)
     EXPECT_TRUE(VGraph() == VGraph());
 }
 
+TEST(VParameter, MayEndByBecomingGlobalWhenItsVariableEnds)
+{
+    class Last final : public VValue<double>
+    {
+    public:
+        ~Last() override { owner = RefPtr<VParameter>(); }
+        RefPtr<VParameter> owner;
+    };
+    RefPtr<VParameter> parameter = makeLocal(1.0);
+    const WeakPtr<VParameter> watch = parameter;
+    const auto pool = makePool();
+    {
+        const RefPtr<Last> value(new Last);
+        value->owner = parameter;
+        pool->createVariable(parameter, value);
+        parameter->addShadow(pool);
+    }
+    parameter = RefPtr<VParameter>();
+    ASSERT_TRUE(watch);
+    watch->Globalize({});
+    EXPECT_FALSE(watch);
+}
+
 } // namespace
 } // namespace Quorl

@@ -28,7 +28,7 @@ using QuorlTest::Objection;
 using QuorlTest::outputOf;
 using QuorlTest::ticksOf;
 
-constexpr int kAllLevels = std::numeric_limits<int>::max();
+constexpr int kAllLevels = VSlotContainer::kAllLevels;
 
 RefPtr<VSlot> makeSlot(VSlotContainer* owner, const string& name)
 {
@@ -234,6 +234,20 @@ TEST_F(VSlotContainerInputs, AreCountedWhereAFunctionAnswersTrue)
     EXPECT_EQ(object->iterate_inputs(byHandle), 3);
     EXPECT_EQ(object->iterate_inputs(byReference), 1);
     EXPECT_EQ(seen, "a0b1c2ab");
+}
+
+TEST_F(VSlotContainerInputs, MayBeRemovedByTheFunctionThatIsShownThem)
+{
+    for (const char* name : {"a", "b", "c"}) object->input(name);
+    std::vector<string> shown;
+    const std::function<bool(const RefPtr<VSlot>&, int)> removeEach = [&](const RefPtr<VSlot>& slot,
+                                                                          int) {
+        shown.push_back(slot->Name);
+        return object->removeParameter(slot->Name);
+    };
+    EXPECT_EQ(object->iterate_inputs(removeEach), 3);
+    EXPECT_EQ(shown, (std::vector<string>{"a", "b", "c"}));
+    EXPECT_EQ(object->getNumberOfInputs(), 0);
 }
 
 TEST_F(VSlotContainerInputs, AreNotGivenToAnEmptyFunction)
