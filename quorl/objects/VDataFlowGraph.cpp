@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -16,8 +15,6 @@ namespace Quorl
 {
 namespace
 {
-
-constexpr int kAllLevels = std::numeric_limits<int>::max();
 
 /// An input with an object behind it.
 struct FedInput
@@ -63,7 +60,7 @@ public:
     explicit Visit(VertexMap::iterator visited) : vertex_(visited)
     {
         Iterator collect(inputs_);
-        visited->first->iterateParameters(kAllLevels, collect);
+        visited->first->iterateParameters(VSlotContainer::kAllLevels, collect);
     }
 
     bool isDone() const { return next_ == inputs_.size(); }

@@ -54,6 +54,8 @@ public:
     using VertexMap = std::map<Vertex, std::list<EdgeSet::const_iterator>>;
 
     explicit VDataFlowGraph(const WeakPtr<VObject>& root);
+    VDataFlowGraph(const VDataFlowGraph&) = delete; // its lists hold places of its own set
+    VDataFlowGraph& operator=(const VDataFlowGraph&) = delete;
     ~VDataFlowGraph() override;
 
     /// Starts anew, from any root. The age and the taint stand.

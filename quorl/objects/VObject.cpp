@@ -104,7 +104,8 @@ string VObject::CreatorName() const
 
 void VObject::remove()
 {
-    const string leaving = getName(); // this object may end together with its entry
+    const string leaving = getName();
+    const RefPtr<VObject> held = Tolmen::heldIfOwned(WeakVObjectPtr(this)); // by a subscriber, too
     VActionNotifier::VObjectDeletion(leaving);
     VManagedObject::remove();
 }
@@ -113,8 +114,9 @@ bool VObject::remove(const string& objectName)
 {
     std::puts("**WARNING** VObject::remove(const string&s): for some yet unknown reason this "
               "function is not working.");
-    if (!VManagedObject::remove(typeid(VObject), objectName)) return false;
-    VActionNotifier::VObjectDeletion(objectName);
+    const string leaving = objectName; // may be the name of the object that ends here
+    if (!VManagedObject::remove(typeid(VObject), leaving)) return false;
+    VActionNotifier::VObjectDeletion(leaving);
     return true;
 }
 

@@ -110,8 +110,9 @@ int VObject::attachNewObject(const RefPtr<VSlot>& slot, const string& objectName
     if (!slot || !slot->Parameter) return AttachSourceNotFound;
     const WeakPtr<VCreatorBase> creator = findBestVInputCreator(slot->getType(), preferences);
     if (!creator) return AttachSourceNotFound;
-    if (preferences) context.addInterface(preferences);
-    const RefPtr<VObject> object = creator->create(objectName, context);
+    const Tolmen::Intercube told(context);
+    if (preferences) told.addInterface(preferences);
+    const RefPtr<VObject> object = creator->create(objectName, told);
     if (!object) return AttachSourceNotFound;
     return VSlotContainer::attach(slot->Parameter,
                                   object->getImplementation(slot->getType(), "", ""), "");

@@ -2,15 +2,11 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 
-#include <limits>
-
 /// The walks to the objects around one, and through the registry.
 namespace Quorl
 {
 namespace
 {
-
-constexpr int kAllLevels = std::numeric_limits<int>::max();
 
 /// Shows the outputs of one type of each object that it comes by.
 class ShowOutputs final : public VManagedObjectIterator, public VOutputIterator
@@ -141,6 +137,8 @@ void VObject::iterateParents(VObjectIterator& visitor, int maxExpertLevel) const
 
 int VObject::iterateChildren(OutputObjectIterator& visitor) const
 {
+    const RefPtr<VObject> held =
+        Tolmen::heldIfOwned(WeakVObjectPtr(this)); // the visitor may drop it
     ShowChildren walk(*this, visitor);
     return iterateOutputs(walk, typeid(void));
 }

@@ -6,7 +6,6 @@
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/ValuePool.h>
 
-#include <limits>
 #include <mutex>
 
 namespace Quorl
@@ -237,7 +236,7 @@ bool VObject::request(VRequest& request, double precision, const WeakVObjectPtr&
     }
     {
         const RequestTrace::Indentor deeper;
-        iterateParameters(std::numeric_limits<std::int32_t>::max(), inputs);
+        iterateParameters(kAllLevels, inputs);
     }
     removeRequest(request); // Deliberate: not done if the walk throws.
     if (request.isCancelled()) return false;
@@ -258,6 +257,7 @@ bool VObject::request(VRequest& request, double precision, const WeakVObjectPtr&
 bool VObject::init_request(VRequest& request, double precision)
 {
     const WeakVObjectPtr myself(this);
+    const RefPtr<VObject> held = Tolmen::heldIfOwned(myself); // its update may drop it
     return this->request(request, precision, myself, myself);
 }
 

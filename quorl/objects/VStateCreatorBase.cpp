@@ -1,5 +1,6 @@
 #include <quorl/objects/VStateCreatorBase.h>
 
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/values/ValuePool.h>
 
 namespace Tolmen
@@ -48,12 +49,12 @@ void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
 
 RefPtr<Tolmen::InterfaceBase> VStateCreatorBase::hasLocalInterface(const std::type_info& type) const
 {
-    for (const auto& [pool, state] : *states_)
-    {
-        if (!state) continue;
-        if (const RefPtr<Tolmen::InterfaceBase> found = state->getInterface(type)) return found;
-    }
-    return {};
+    RefPtr<Tolmen::InterfaceBase> found;
+    Tolmen::walkSteadily(*states_, [&](const auto& /*pool*/, const RefPtr<State>& state) {
+        if (state) found = state->getInterface(type);
+        return !found;
+    });
+    return found;
 }
 
 } // namespace Quorl

@@ -2,6 +2,7 @@
 
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/foundation/TypeInfo.h>
 #include <quorl/registry/VCreationPreferences.h>
 
@@ -40,15 +41,7 @@ public:
     template <class Show>
     bool visit(Show&& show) const
     {
-        std::uint64_t number = 0;
-        for (auto next = entries_.begin(); next != entries_.end();
-             next = entries_.upper_bound(number))
-        {
-            number = next->first;
-            const Entry entry = next->second;
-            if (!show(number, entry)) return false;
-        }
-        return true;
+        return Tolmen::walkSteadily(entries_, show);
     }
 
     void remove(std::uint64_t number) { entries_.erase(number); }

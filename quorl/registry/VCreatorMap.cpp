@@ -91,10 +91,30 @@ RefPtr<VManagedObjectBase> VCreatorMap::liveCreator(const string& name) const
     return entry->second->getCreator();
 }
 
+namespace
+{
+
+/// At the end objects leave their domain one by one: what they ask of the registry while they end,
+/// and what they take out of it, is whole.
+struct AllDomains
+{
+    AllDomains() = default;
+    AllDomains(const AllDomains&) = delete;
+    AllDomains& operator=(const AllDomains&) = delete;
+    ~AllDomains()
+    {
+        for (const auto& [type, domain] : domains)
+            while (domain && !domain->empty()) domain->remove(domain->begin()->first);
+    }
+    VCreatorMapTypes domains;
+};
+
+} // namespace
+
 VCreatorMapTypes& VCreatorTypes()
 {
-    static VCreatorMapTypes domains;
-    return domains;
+    static AllDomains all;
+    return all.domains;
 }
 
 VCreatorMap* VCreators(const std::type_info& type)

@@ -1,3 +1,4 @@
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/modules/VModules.h> // tells which modules are loaded
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
@@ -14,7 +15,7 @@ namespace
 void reportUnowned(const VCreatorBaseInfo& info, const string& name)
 {
     const RefPtr<VManagedObjectBase>& creator = info.getCreator();
-    if (creator.referer->strong != 0) return;
+    if (!creator.referer->isUnowned()) return;
     std::printf("VManagedObject::traverse(): %s [%s]\n", name.c_str(), info.ModuleName.c_str());
     creator.Speak("VInfo->getCreator()", "");
     std::fflush(stdout);
@@ -55,17 +56,12 @@ int walkEntries(Show&& show)
     for (const auto& [type, domain] : VCreatorTypes())
     {
         if (!domain) continue;
-        string name;
-        for (auto entry = domain->begin(); entry != domain->end();
-             entry = domain->upper_bound(name))
-        {
-            name = entry->first;
-            const RefPtr<VCreatorBaseInfo> info = entry->second;
-            if (!info) continue;
-            const auto answer = show(*info, name);
-            if (answer == WalkAnswer::Stop) break;
-            if (answer == WalkAnswer::Count) ++count;
-        }
+        Tolmen::walkSteadily(
+            *domain, [&](const string& name, const RefPtr<VCreatorBaseInfo>& info) {
+                const auto answer = info ? show(*info, name) : WalkAnswer::PassOver;
+                if (answer == WalkAnswer::Count) ++count;
+                return answer != WalkAnswer::Stop;
+            });
     }
     return count;
 }

@@ -294,5 +294,21 @@ TEST_F(Graphs, AChainOfAHundredThousandNeedsNoDeepStack)
     EXPECT_THAT(graph.Edges, SizeIs(kLength - 1));
 }
 
+TEST_F(Graphs, KeepsTheOrderOfEdgesWhoseObjectsHaveEnded)
+{
+    std::vector<RefPtr<Node>> mortals;
+    for (const char* name : {"a", "b", "c", "d", "e"})
+    {
+        mortals.push_back(RefPtr<Node>(new Node(name)));
+        network.connect(mortals.back(), sink, name);
+    }
+    const VDataFlowGraph graph(sink);
+    for (const auto& mortal : mortals) mortal->VManagedObject::remove();
+    mortals.clear();
+
+    for (auto edge = graph.Edges.begin(); edge != graph.Edges.end(); ++edge)
+        EXPECT_EQ(graph.Edges.find(*edge), edge);
+}
+
 } // namespace
 } // namespace Quorl

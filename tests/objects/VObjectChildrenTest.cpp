@@ -179,6 +179,17 @@ TEST_F(AttachNewObject, TakesTheBestProviderOfTheType)
     EXPECT_TRUE(unregisterVInput(typeid(double), creator.handle()));
 }
 
+TEST_F(AttachNewObject, LeavesTheContextOfTheCallerAsItIs)
+{
+    const RefPtr<VSlot> slot = object->input("x");
+    registerVInput(typeid(double), creator.handle());
+    const Tolmen::Intercube context;
+    object->attachNewObject(slot, "supply", context,
+                            RefPtr<VCreationPreferences>(new VCreationPreferences("w")));
+    EXPECT_FALSE(context.findInterface(typeid(VCreationPreferences)));
+    EXPECT_TRUE(unregisterVInput(typeid(double), creator.handle()));
+}
+
 TEST_F(AttachNewObject, AnswersMinusOneWhereNothingCanBeMade)
 {
     const RefPtr<VSlot> slot = object->input("x");

@@ -1030,5 +1030,19 @@ TEST(VObjectRequest, WalksAHundredThousandObjects)
     EXPECT_TRUE(network.log.empty());
 }
 
+TEST(VObjectRequest, LastsUntilItIsAnsweredThoughTheUpdateRemovesTheObject)
+{
+    auto* const object = new Node("leaving in its update");
+    const WeakPtr<Node> watch(object);
+    object->whenUpdated = [watch](VRequest&) {
+        watch->VManagedObject::remove();
+        return true;
+    };
+    object->input("x");
+    VRequest request(makePool(), false);
+    EXPECT_TRUE(object->init_request(request, 1.0));
+    EXPECT_FALSE(watch) << "the registry alone had it";
+}
+
 } // namespace
 } // namespace Quorl

@@ -96,6 +96,56 @@ TEST(VObject, WarnsAtEachRemovalByNameAndTellsOnlySuccess)
     EXPECT_EQ(deletions->names.size(), 1U);
 }
 
+TEST(VObject, MayBeRemovedByItsOwnName)
+{
+    const RefPtr<Deletions> deletions(new Deletions);
+    ASSERT_TRUE(deletions->activate());
+    const WeakPtr<VObject> object(new VObject("a name that is long enough to be elsewhere", 0, {}));
+    outputOf([&] { EXPECT_TRUE(VObject::remove(object->getName())); });
+    EXPECT_EQ(deletions->names, std::vector<string>{"a name that is long enough to be elsewhere"});
+    EXPECT_FALSE(object);
+}
+
+TEST(VObject, SurvivesASubscriberThatRemovesItAsWell)
+{
+    struct Removing final : VActionNotifier
+    {
+        void deleteVObject(const string& name) override
+        {
+            VManagedObject::remove(typeid(VObject), name);
+        }
+    };
+    const RefPtr<Removing> removing(new Removing);
+    ASSERT_TRUE(removing->activate());
+    const WeakPtr<VObject> object(new VObject("twice", 0, {}));
+    EXPECT_EQ(outputOf([&] { object->remove(); }), "Could not find twice...\n");
+    EXPECT_FALSE(object);
+}
+
+TEST(VObject, UsesTheRegistryInItsDestructorAlsoAtTheEndOfTheProcess)
+{
+    struct Composite final : VObject
+    {
+        explicit Composite(const string& wantedName)
+            : VObject(wantedName, 0, {}), part(new VObject(wantedName + " part", 0, {}))
+        {
+        }
+        ~Composite() override
+        {
+            VManagedObject::remove(typeid(VObject), part->getName());
+            VManagedObject::find(typeid(VObject), "a");
+        }
+        const WeakPtr<VObject> part;
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            for (const char* name : {"a", "m", "z"}) new Composite(name);
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST(VObject, NamesItsParametersAfterItself)
 {
     QuorlTest::Network network;

@@ -187,6 +187,26 @@ TEST(LoadInputCreatorCache, ReadsManyWordsQuickly)
     EXPECT_TRUE(load(bytes.bytes()));
 }
 
+TEST(LoadInputCreatorCache, EntersTheRecordsBeforeTheEndOfACutFile)
+{
+    struct Cut
+    {
+    };
+    const string type = Tolmen::Typename(typeid(Cut));
+    const string whole = InputCacheBytes()
+                             .number64(1)
+                             .number64(2)
+                             .entry(type, "cut first")
+                             .entry(type, "cut second")
+                             .bytes();
+    EXPECT_FALSE(load(whole.substr(0, whole.size() - 1)));
+    const Registered first = makeCreator("cut first");
+    const Registered second = makeCreator("cut second");
+    Visit visit;
+    outputOf([&] { EXPECT_TRUE(iterateVInputCreators(typeid(Cut), visit)); });
+    EXPECT_THAT(visit.names, ElementsAre("cut first"));
+}
+
 TEST(CreateInputCreatorCache, AnswersTrueAndWritesNothing)
 {
     const string path =

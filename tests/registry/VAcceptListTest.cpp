@@ -23,13 +23,13 @@ RefPtr<VAcceptInfo> makeInfo(const string& name)
 
 /// Accepts anything, under the names that are given.
 Registered<TestCreator> makeAcceptor(const string& key, int priority,
-                                     const std::vector<string>& names)
+                                     const std::vector<string>& names, double weight = 1.0)
 {
     auto* const creator = new TestCreator(key, priority);
-    creator->whenOffered = [names](const RefPtr<VObject>&) {
+    creator->whenOffered = [names, weight](const RefPtr<VObject>&) {
         VAcceptInfoList ways;
         for (const string& name : names) ways.push_back(makeInfo(name));
-        return ways;
+        return ways * weight;
     };
     return Registered<TestCreator>(creator);
 }
@@ -76,9 +76,9 @@ TEST_F(Acceptors, WithoutAnyThereIsNoListRatherThanAnEmptyOne)
 
 TEST_F(Acceptors, ComeByAscendingPriorityWhateverTheirWeights)
 {
-    const Registered late = makeAcceptor("Accept/Late", 5, {"a", "b"});
-    const Registered early = makeAcceptor("Accept/Early", -5, {"c"});
-    const Registered same = makeAcceptor("Accept/Same", 5, {"d"});
+    const Registered late = makeAcceptor("Accept/Late", 5, {"a", "b"}, 1.0);
+    const Registered early = makeAcceptor("Accept/Early", -5, {"c"}, 0.5);
+    const Registered same = makeAcceptor("Accept/Same", 5, {"d"}, 9.0);
     const RefPtr<VAcceptList> list = VAcceptList::getAcceptors(object, INT_MIN, INT_MAX);
 
     EXPECT_THAT(namesOf(list),

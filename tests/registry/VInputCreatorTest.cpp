@@ -74,6 +74,16 @@ TEST(RegisterVInput, WarnsOnceOfADeadCreator)
                 ElementsAre(testing::MatchesRegex("No creator of input .*Unserved.* given, cannot "
                                                   "register input!")));
     EXPECT_FALSE(unregisterVInput(typeid(Unserved), {}));
+
+    WeakPtr<VInputCreatorBase> dead;
+    {
+        const Registered leaving = makeCreator("leaving");
+        dead = leaving.handle();
+    }
+    ASSERT_FALSE(dead);
+    outputOf([&] { EXPECT_FALSE(registerVInput(typeid(Unserved), dead)); });
+    EXPECT_EQ(warnings.texts().size(), 2U);
+    EXPECT_FALSE(unregisterVInput(typeid(Unserved), dead)) << "it was not entered";
 }
 
 TEST(RegisterVInput, MakesTwoEntriesOfACreatorThatIsRegisteredTwice)

@@ -98,10 +98,39 @@ TEST(VScheduler, CountsRunningCallsWithAnOffset)
     counting->VManagedObject::remove();
 }
 
+TEST(VScheduler, CountsNoCallBeforeTheFirst)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const int before = VScheduler::isRunning();
+            VScheduler::execute(1.0);
+            std::_Exit(before == 0 && VScheduler::isRunning() == -1 ? 17 : 1);
+        },
+        testing::ExitedWithCode(17), "");
+}
+
 TEST_F(VSchedulerTest, RunsNothingWhenNothingIsListed)
 {
     EXPECT_EQ(VScheduler::execute(1.0), 0);
     EXPECT_TRUE(VScheduler::AllowScheduling);
+}
+
+TEST_F(VSchedulerTest, ExchangesTheListsAlsoIfNothingIsListed)
+{
+    const auto deferring = object("deferring");
+    const auto deferred = object("deferred");
+    deferring->whenAsked = [&]() -> bool {
+        deferred->schedule(1.0, pool);
+        throw std::runtime_error("stop");
+    };
+    deferring->schedule(1.0, pool);
+    EXPECT_THROW(VScheduler::execute(1.0), std::runtime_error);
+    ASSERT_THAT(listed(), ElementsAre());
+
+    EXPECT_EQ(VScheduler::execute(1.0), 0);
+    EXPECT_THAT(listed(), ElementsAre("deferred"));
+    EXPECT_EQ(VScheduler::execute(1.0), 1);
 }
 
 TEST_F(VSchedulerTest, RunsAnObjectOnceWithTheLastCallsValues)
