@@ -43,6 +43,7 @@
 #include <quorl/kit/HostQueue.h>
 #include <quorl/kit/MessageInbox.h>
 #include <quorl/kit/Module.h>
+#include <quorl/kit/Network.h>
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
 #include <quorl/kit/ValueTraits.h>
@@ -71,6 +72,7 @@
 #include <quorl/objects/VRequest.h>
 #include <quorl/objects/VStateCreatorBase.h>
 #include <quorl/objects/VTraceRequestID.h>
+#include <quorl/registry/InputCreatorCache.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VAcceptList.h>
 #include <quorl/registry/VAcception.h>

@@ -3,6 +3,7 @@
 #include "GeoidError.h"
 
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/kit/Network.h>
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h>
@@ -27,11 +28,6 @@ void writeCache(const std::filesystem::path& cache)
         throw GeoidError("'" + cache.string() + "': the cache cannot be written");
 }
 
-Quorl::RefPtr<Quorl::VCreatorBase> find(const std::string& creator)
-{
-    return Quorl::VManagedObject::find(typeid(Quorl::VInputCreatorBase), creator);
-}
-
 /// Loads those that only the cache knows.
 void loadAll()
 {
@@ -53,9 +49,9 @@ Modules::Modules(const std::filesystem::path& folder, const std::filesystem::pat
 
 Quorl::RefPtr<Quorl::VCreatorBase> Modules::creator(const std::string& name) const
 {
-    if (const auto found = find(name)) return found;
+    if (const auto found = Quorl::findCreator(name)) return found;
     loadAll();
-    return find(name);
+    return Quorl::findCreator(name);
 }
 
 int Modules::opened() const

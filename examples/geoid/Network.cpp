@@ -2,6 +2,7 @@
 
 #include "GeoidError.h"
 
+#include <quorl/kit/Network.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/slots/VParameter.h>
@@ -26,12 +27,6 @@ using Quorl::VSlotContainer;
 std::string text(double number)
 {
     return Quorl::VValueTrait<double>::Text(number);
-}
-
-[[noreturn]] void refuse(const std::string& child, const std::string& way,
-                         const std::string& parent)
-{
-    throw GeoidError(child + " does not take " + way + " of " + parent);
 }
 
 } // namespace
@@ -74,9 +69,8 @@ void Network::make(const Modules& modules, const std::string& name, const std::s
 /// In all ways in which the creator of the child accepts the parent.
 void Network::connect(const std::string& parent, const std::string& child)
 {
-    const RefPtr<VCreatorBase> creator = find(child)->Creator;
-    for (const RefPtr<Quorl::VAcceptInfo>& way : creator->accept(find(parent)))
-        if (!find(parent)->connectChild(find(child), way).second) refuse(child, way->name, parent);
+    const std::string way = Quorl::connectInAllWays(find(parent), find(child));
+    if (!way.empty()) throw GeoidError(child + " does not take " + way + " of " + parent);
 }
 
 /// Lets an object use the parameter of another.
@@ -141,7 +135,7 @@ void Network::set(const RefPtr<Quorl::ValuePool>& pool, const std::string& objec
 {
     const RefPtr<Quorl::VParameter> found = find(object)->getParameter(parameter);
     if (!found) throw GeoidError(object + " has no parameter " + parameter);
-    if (!found->setValueFromText(newText, pool, "", true, {}, nullptr, nullptr))
+    if (!Quorl::setText(*find(object), parameter, newText, pool))
         throw GeoidError(found->Name() + " cannot be \"" + newText + "\"");
 }
 

@@ -9,16 +9,12 @@ int main(int argc, char** argv)
     using namespace Quorl;
     if (argc != 2 || openModules(argv[1]) == 0) return 2;
 
-    const RefPtr<VCreatorBase> creator =
-        VManagedObject::find(typeid(VInputCreatorBase), "Example/Summit");
+    const RefPtr<VCreatorBase> creator = findCreator("Example/Summit");
     if (!creator) return 1;
     const RefPtr<VObject> summit = creator->create("summit", Tolmen::Intercube());
     const RefPtr<ValuePool> alps(new ValuePool("alps"));
-    const auto set = [&](const char* input, const char* text) {
-        return summit->getParameter(input)->setValueFromText(text, alps, "", true, {}, nullptr,
-                                                             nullptr);
-    };
-    if (!set("left", "4806") || !set("right", "4634")) return 1;
+    if (!setText(*summit, "left", "4806", alps) || !setText(*summit, "right", "4634", alps))
+        return 1;
 
     VRequest request(alps, false);
     summit->init_request(request, 1.0);

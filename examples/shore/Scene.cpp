@@ -1,6 +1,6 @@
 #include "Scene.h"
 
-#include <quorl/registry/VAcceptInfo.h>
+#include <quorl/kit/Network.h>
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/tasks/ThreadManagerValue.h>
@@ -15,7 +15,6 @@ namespace
 
 using Quorl::RefPtr;
 using Quorl::VCreatorBase;
-using Quorl::VManagedObject;
 using Quorl::VObject;
 
 /// The first way that the child's creator accepts is enough for an object with one output.
@@ -27,9 +26,8 @@ void wire(const RefPtr<VObject>& child, const RefPtr<VObject>& parent)
 
 void wireInAllWays(const RefPtr<VObject>& child, const RefPtr<VObject>& parent)
 {
-    for (const RefPtr<Quorl::VAcceptInfo>& way : child->Creator->accept(parent))
-        if (!parent->connectChild(child, way).second)
-            throw std::runtime_error(child->getName() + " does not take " + way->name);
+    const std::string way = Quorl::connectInAllWays(parent, child);
+    if (!way.empty()) throw std::runtime_error(child->getName() + " does not take " + way);
 }
 
 } // namespace
@@ -67,16 +65,14 @@ Scene::~Scene()
 
 RefPtr<VObject> Scene::make(const std::string& name, const std::string& creator)
 {
-    const RefPtr<VCreatorBase> found =
-        VManagedObject::find(typeid(Quorl::VInputCreatorBase), creator);
+    const RefPtr<VCreatorBase> found = Quorl::findCreator(creator);
     if (!found) throw std::runtime_error("there is no creator " + creator);
     return steps_[name] = found->create(name, Tolmen::Intercube());
 }
 
 void Scene::set(const std::string& object, const std::string& slot, const std::string& text)
 {
-    const RefPtr<Quorl::VParameter> parameter = steps_.at(object)->getParameter(slot);
-    if (!parameter || !parameter->setValueFromText(text, {}, "", true, {}, nullptr, nullptr))
+    if (!Quorl::setText(*steps_.at(object), slot, text))
         throw std::runtime_error(object + "." + slot + " cannot be set to " + text);
 }
 

@@ -1,5 +1,6 @@
 #include "Scene.h"
 
+#include <quorl/foundation/Timer.h>
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/kit/HostQueue.h>
 #include <quorl/modules/VModules.h>
@@ -19,7 +20,7 @@ namespace
 {
 
 using Shore::Scene;
-using Clock = std::chrono::steady_clock;
+using Tolmen::Timer;
 
 constexpr int kWrongUse = 2;
 
@@ -31,28 +32,17 @@ struct Options
     double level = 0.0;
 };
 
-class Watch
-{
-public:
-    double milliseconds() const
-    {
-        return std::chrono::duration<double, std::milli>(Clock::now() - start_).count();
-    }
-
-private:
-    const Clock::time_point start_ = Clock::now();
-};
-
-void requestAloud(Scene& scene, const char* what, const Watch& watch)
+void requestAloud(Scene& scene, const char* what, const Timer& watch)
 {
     const bool hasRun = scene.request();
-    std::printf("%6.0f ms  %s%s\n", watch.milliseconds(), what, hasRun ? "" : ": nothing to do");
+    std::printf("%6.0f ms  %s%s\n", 1000.0 * watch.seconds(), what,
+                hasRun ? "" : ": nothing to do");
     std::fflush(stdout);
 }
 
 /// Turns until nobody works in the background any more.
 /// \return how many answers came from there.
-int runMainLoop(Scene& scene, const Watch& watch)
+int runMainLoop(Scene& scene, const Timer& watch)
 {
     int answers = 0;
     for (bool isBusy = true; isBusy;)
@@ -75,7 +65,7 @@ int run(const Options& options)
     const bool hasThreads = Quorl::VThreadCreator::getThreadManager() != nullptr;
     std::printf("Threads: %s\n", hasThreads ? "a module brings them in" : "none");
 
-    const Watch watch;
+    const Timer watch;
     Scene scene(options.plan);
     scene.setLevel(options.level + 20.0);
     requestAloud(scene, "the first picture", watch);

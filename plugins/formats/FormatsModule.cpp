@@ -1,6 +1,7 @@
 #include "GridFile.h"
 
 #include <quorl/kit/Module.h>
+#include <quorl/kit/Network.h>
 #include <quorl/modules/VLoader.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
@@ -23,28 +24,21 @@ using Quorl::VCreatorBase;
 using Quorl::VManagedObject;
 using Quorl::VObject;
 
-RefPtr<VCreatorBase> findReader()
-{
-    return VManagedObject::find(typeid(Quorl::VInputCreatorBase), "Grid/Reader");
-}
-
 /// Makes readers of one file, by the creator of readers, which may have to be loaded.
 class GridFileCreator final : public VCreatorBase
 {
 public:
-    GridFileCreator(const std::string& file)
+    explicit GridFileCreator(const std::string& file)
         : VCreatorBase("Grid files/" + file, 0, {}, false, nullptr), file_(file)
     {
     }
 
     RefPtr<VObject> create(const std::string& wantedName, const Tolmen::Intercube& context) override
     {
-        const RefPtr<VCreatorBase> maker = findReader();
+        const RefPtr<VCreatorBase> maker = Quorl::findCreator("Grid/Reader");
         if (!maker) return {};
         RefPtr<VObject> reader = maker->create(wantedName, context);
-        if (reader)
-            reader->getParameter("file")->setValueFromText(file_, {}, "", true, {}, nullptr,
-                                                           nullptr);
+        if (reader) Quorl::setText(*reader, "file", file_);
         return reader;
     }
 

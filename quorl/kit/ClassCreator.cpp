@@ -4,6 +4,7 @@
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>
+#include <quorl/registry/VInputCreator.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/slots/VOutputIterator.h>
 #include <quorl/slots/VParameter.h>

@@ -106,6 +106,7 @@ public:
     void set(const VRequest& request, const T& datum) const { set(request.Pool, datum); }
 
     /// The same in a pool, or for all contexts with a null one.
+    /// \pre the slot still has the parameter that it was made with, or one of the type `T`.
     void set(const RefPtr<ValuePool>& pool, const T& datum) const
     {
         const RefPtr<VParameter>& parameter = this->slot_->Parameter;
@@ -128,11 +129,11 @@ std::optional<T> TypedSlot<T>::read(const RefPtr<ValuePool>& pool) const
 template <class T>
 T TypedSlot<T>::operator()(const VRequest& request) const
 {
-    constexpr unsigned kFailed = 5;
     if (std::optional<T> datum = read(request.Pool)) return *datum;
-    throw VObject::ExecutionStatus(kFailed, "The slot " + slot_->Name + " shows " +
-                                                Tolmen::Typename(slot_->getType()) + ", not " +
-                                                Tolmen::Typename(typeid(T)) + ".");
+    throw VObject::ExecutionStatus(VObject::ExecutionStatus::Failed,
+                                   "The slot " + slot_->Name + " shows " +
+                                       Tolmen::Typename(slot_->getType()) + ", not " +
+                                       Tolmen::Typename(typeid(T)) + ".");
 }
 
 template <class T>
