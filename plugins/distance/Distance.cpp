@@ -1,8 +1,9 @@
 #include "Distance.h"
 
+#include "Earth.h"
+
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -11,8 +12,7 @@ namespace Maps
 namespace
 {
 
-constexpr double kEarthRadius = 6371.0; // kilometres
-constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
+constexpr double kKilometres = kEarthRadiusInMetres / 1000.0; // of a radian along a great circle
 
 /// A place on the unit sphere.
 struct Place
@@ -66,7 +66,7 @@ double distanceToNearest(const Place& place, const std::vector<Place>& places)
 {
     double nearest = -1.0;
     for (const Place& candidate : places) nearest = std::max(nearest, place.cosineTo(candidate));
-    return kEarthRadius * std::acos(std::clamp(nearest, -1.0, 1.0));
+    return kKilometres * std::acos(std::clamp(nearest, -1.0, 1.0));
 }
 
 void checkInput(const Field& heights, double level)

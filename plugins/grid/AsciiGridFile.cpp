@@ -1,6 +1,6 @@
 #include "AsciiGridFile.h"
 
-#include "GtxFile.h"
+#include "Grid.h"
 
 #include <cctype>
 #include <charconv>
@@ -103,11 +103,18 @@ int count(Words& words, const std::string& name)
     return static_cast<int>(value);
 }
 
-/// The coordinate of the first cell's middle.
-double origin(Words& words, const std::string& corner, const std::string& center, double& offset)
+/// What is given of the first cell: its corner, or its middle.
+struct Origin
 {
-    offset = words.expect({corner, center}) == corner ? 0.5 : 0.0;
-    return words.number(corner);
+    double given;
+    double cellsToMiddle;
+    double middle(double step) const { return given + cellsToMiddle * step; }
+};
+
+Origin origin(Words& words, const std::string& corner, const std::string& center)
+{
+    const bool isCorner = words.expect({corner, center}) == corner;
+    return {words.number(corner), isCorner ? 0.5 : 0.0};
 }
 
 std::vector<float> readCells(Words& words, const Grid& grid, int columns, int rows,
@@ -122,7 +129,7 @@ std::vector<float> readCells(Words& words, const Grid& grid, int columns, int ro
                 words.fail("there is no height at " +
                            std::to_string(grid.west + column * grid.longitudeStep) + ", " +
                            std::to_string(grid.south + row * grid.latitudeStep));
-            if (std::abs(height) > kGreatestHeight)
+            if (!isHeightOfGeoid(height))
                 words.fail("this is no height of the geoid: " + std::to_string(height) + " m");
             cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
                   static_cast<std::size_t>(column)] = static_cast<float>(height);
@@ -139,15 +146,13 @@ Grid readAsciiGrid(const std::filesystem::path& path)
     const int columns = count(words, "ncols");
     const int rows = count(words, "nrows");
     Grid grid;
-    double columnOffset = 0.0;
-    double rowOffset = 0.0;
-    grid.west = origin(words, "xllcorner", "xllcenter", columnOffset);
-    grid.south = origin(words, "yllcorner", "yllcenter", rowOffset);
+    const Origin west = origin(words, "xllcorner", "xllcenter");
+    const Origin south = origin(words, "yllcorner", "yllcenter");
     words.expect({"cellsize"});
     grid.longitudeStep = grid.latitudeStep = words.number("cellsize");
     if (!(grid.longitudeStep > 0.0)) words.fail("cellsize is not positive");
-    grid.west += columnOffset * grid.longitudeStep;
-    grid.south += rowOffset * grid.latitudeStep;
+    grid.west = west.middle(grid.longitudeStep);
+    grid.south = south.middle(grid.latitudeStep);
     std::optional<double> noData;
     if (words.keyword({"nodata_value"})) noData = words.number("nodata_value");
 

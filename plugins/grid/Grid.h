@@ -2,8 +2,20 @@
 
 #include "Raster.h"
 
+#include <cmath>
+
 namespace Maps
 {
+
+/// Metres above or below the ellipsoid beyond which a height cannot be one of the Earth's geoid,
+/// which stays within about -107 and +86.
+inline constexpr float kGreatestHeight = 1000.0F;
+
+template <class Float>
+bool isHeightOfGeoid(Float metres)
+{
+    return std::abs(metres) <= kGreatestHeight; // false for what is no number
+}
 
 /// Heights in metres at the nodes of a geographic grid, as a file gives them: row 0 is the
 /// southernmost, column 0 the westernmost, and the samples stand on the nodes themselves.

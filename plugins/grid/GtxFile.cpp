@@ -116,7 +116,7 @@ std::vector<float> decodeHeights(const std::vector<char>& bytes, const std::file
             std::bit_cast<float>(bigEndian<std::uint32_t>(&bytes[i * kSampleBytes]));
         if (!std::isfinite(height))
             fail(path, "sample " + std::to_string(i) + " is not a finite number");
-        if (std::abs(height) > kGreatestHeight)
+        if (!isHeightOfGeoid(height))
             fail(path, "sample " + std::to_string(i) +
                            " is no height of the geoid: " + std::to_string(height) + " m");
         heights[i] = height;

@@ -28,10 +28,6 @@ namespace Maps
 /// \throws MapError which names the path and what is wrong with it.
 Grid readGtx(const std::filesystem::path& path);
 
-/// Metres above or below the ellipsoid beyond which a height cannot be one of the Earth's geoid,
-/// which stays within about -107 and +86.
-inline constexpr float kGreatestHeight = 1000.0F;
-
 /// The most samples that a file may hold, about four times a global grid of one minute of arc.
 inline constexpr unsigned long long kMostSamples = 1ULL << 30;
 

@@ -1,9 +1,10 @@
 #include "Hillshade.h"
 
+#include "Earth.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 #include <span>
 #include <utility>
 #include <vector>
@@ -13,8 +14,6 @@ namespace Maps
 
 namespace
 {
-
-constexpr double kRadians = std::numbers::pi / 180.0;
 
 void checkLight(const Light& light)
 {
@@ -45,9 +44,11 @@ Neighbours neighbours(int place, int count, bool wraps)
 struct Direction
 {
     explicit Direction(const Light& light)
-        : east(std::cos(light.altitude * kRadians) * std::sin(light.azimuth * kRadians)),
-          north(std::cos(light.altitude * kRadians) * std::cos(light.azimuth * kRadians)),
-          up(std::sin(light.altitude * kRadians))
+        : east(std::cos(light.altitude * kRadiansPerDegree) *
+               std::sin(light.azimuth * kRadiansPerDegree)),
+          north(std::cos(light.altitude * kRadiansPerDegree) *
+                std::cos(light.azimuth * kRadiansPerDegree)),
+          up(std::sin(light.altitude * kRadiansPerDegree))
     {
     }
 
@@ -73,7 +74,7 @@ double weighted(double first, double middle, double last)
 
 double shadeOfLevelGround(const Light& light)
 {
-    return std::sin(light.altitude * kRadians);
+    return std::sin(light.altitude * kRadiansPerDegree);
 }
 
 Field hillshade(const Field& heights, const Light& light)
@@ -82,7 +83,7 @@ Field hillshade(const Field& heights, const Light& light)
     if (heights.values.isEmpty()) return heights;
 
     const Direction direction(light);
-    const double metresPerDegree = kEarthRadius * kRadians;
+    const double metresPerDegree = kEarthRadiusInMetres * kRadiansPerDegree;
     const double rowDistance = heights.degreesPerRow() * metresPerDegree;
     std::vector<float> shades;
     shades.reserve(heights.values.samples().size());
@@ -93,7 +94,7 @@ Field hillshade(const Field& heights, const Light& light)
         const std::span<const float> middle = heights.values.row(row);
         const std::span<const float> south = heights.values.row(rows.after);
         const double columnDistance = heights.degreesPerColumn() * metresPerDegree *
-                                      std::cos(heights.latitude(row) * kRadians);
+                                      std::cos(heights.latitude(row) * kRadiansPerDegree);
         for (int column = 0; column < heights.width(); ++column)
         {
             const Neighbours columns = neighbours(column, heights.width(), heights.region.wraps());

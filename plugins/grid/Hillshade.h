@@ -15,9 +15,6 @@ struct Light
     friend bool operator==(const Light&, const Light&) = default;
 };
 
-/// Mean radius of the Earth in metres (IUGG: a third of two equatorial radii and a polar one).
-inline constexpr double kEarthRadius = 6371008.8;
-
 /// How brightly each pixel of a field of heights in metres is lit: the cosine of the angle between
 /// its normal and the light, 0 (turned away) to 1 (turned towards it). No shadows are cast.
 ///

@@ -1,9 +1,10 @@
 #include "Smoothing.h"
 
+#include "Earth.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -82,7 +83,7 @@ void convolve(const std::vector<double>& padded, const std::vector<double>& weig
 double sigmaInColumns(const Field& field, int row, double sigma)
 {
     constexpr double kWidestInDegrees = 180.0;
-    const double cosine = std::cos(field.latitude(row) * std::numbers::pi / 180.0);
+    const double cosine = std::cos(field.latitude(row) * kRadiansPerDegree);
     const double degrees = cosine * kWidestInDegrees > sigma ? sigma / cosine : kWidestInDegrees;
     return degrees / field.degreesPerColumn();
 }

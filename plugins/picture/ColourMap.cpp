@@ -1,10 +1,11 @@
 #include "ColourMap.h"
 
+#include "Earth.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -27,7 +28,7 @@ struct Side
     {
         const double lightness = 0.955 - 0.545 * s;
         const double chroma = 0.155 * (1.0 - std::pow(1.0 - s, 3.0));
-        const double hue = (hueAtZero + (hueAtEnd - hueAtZero) * s) * std::numbers::pi / 180.0;
+        const double hue = (hueAtZero + (hueAtEnd - hueAtZero) * s) * kRadiansPerDegree;
         return {lightness, chroma * std::cos(hue), chroma * std::sin(hue)};
     }
 };

@@ -1,3 +1,4 @@
+#include "Earth.h"
 #include <Distance.h>
 
 #include <gmock/gmock.h>
@@ -5,7 +6,6 @@
 
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <vector>
 
 namespace Maps
@@ -13,7 +13,7 @@ namespace Maps
 namespace
 {
 
-constexpr double kKilometresPerDegree = 6371.0 * std::numbers::pi / 180.0;
+constexpr double kKilometresPerDegree = kEarthRadiusInMetres / 1000.0 * kRadiansPerDegree;
 
 bool never()
 {

@@ -1,4 +1,5 @@
 #include "Hillshade.h"
+#include "Earth.h"
 #include <plugins/grid/tests/Support.h>
 
 #include <gtest/gtest.h>
@@ -6,14 +7,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 
 namespace Maps
 {
 namespace
 {
-
-constexpr double kRadians = std::numbers::pi / 180.0;
 
 /// The closed formula for a plane that rises by `east` and `north` metres a metre.
 double shadeOfPlane(double east, double north, const Light& light)
@@ -22,20 +20,20 @@ double shadeOfPlane(double east, double north, const Light& light)
     const double q = light.exaggeration * north;
     const double slope = std::atan(std::hypot(p, q));
     const double downhill = std::atan2(-p, -q); // clockwise from north
-    const double shade = std::sin(light.altitude * kRadians) * std::cos(slope) +
-                         std::cos(light.altitude * kRadians) * std::sin(slope) *
-                             std::cos(light.azimuth * kRadians - downhill);
+    const double shade = std::sin(light.altitude * kRadiansPerDegree) * std::cos(slope) +
+                         std::cos(light.altitude * kRadiansPerDegree) * std::sin(slope) *
+                             std::cos(light.azimuth * kRadiansPerDegree - downhill);
     return std::max(0.0, shade);
 }
 
 /// A plane near the given latitude, a tenth of a degree wide: there the Earth is flat.
 Field plane(double latitude, double east, double north)
 {
-    const double metresPerDegree = kEarthRadius * kRadians;
+    const double metresPerDegree = kEarthRadiusInMetres * kRadiansPerDegree;
     const Region region{20.0, 20.1, latitude - 0.05, latitude + 0.05};
     return fieldOf(region, 10, 10, [&](double x, double y) {
-        return metresPerDegree *
-               (east * (x - 20.0) * std::cos(latitude * kRadians) + north * (y - latitude));
+        return metresPerDegree * (east * (x - 20.0) * std::cos(latitude * kRadiansPerDegree) +
+                                  north * (y - latitude));
     });
 }
 
@@ -90,7 +88,7 @@ TEST(Hillshade, StaysBetweenNoneAndFull)
 TEST(Hillshade, LeavesNoSeamWhereLongitudesWrap)
 {
     const auto wave = [](double longitude, double) {
-        return 1000.0 * std::sin(longitude * kRadians);
+        return 1000.0 * std::sin(longitude * kRadiansPerDegree);
     };
     const Light light{300.0, 40.0, 1000.0};
     const Field fromDateLine = hillshade(fieldOf({-180, 180, -10, 10}, 72, 4, wave), light);

@@ -1,10 +1,10 @@
 #include "Resampling.h"
+#include "Earth.h"
 #include <plugins/grid/tests/Support.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 #include <vector>
 
 namespace Maps
@@ -31,7 +31,7 @@ double linear(double longitude, double latitude)
 
 double wave(double longitude, double latitude)
 {
-    return std::cos(longitude * std::numbers::pi / 180.0) + latitude;
+    return std::cos(longitude * kRadiansPerDegree) + latitude;
 }
 
 /// A global grid of ten degrees.

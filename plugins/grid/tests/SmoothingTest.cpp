@@ -1,19 +1,17 @@
 #include "Smoothing.h"
+#include "Earth.h"
 #include <plugins/grid/tests/Support.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <numeric>
 
 namespace Maps
 {
 namespace
 {
-
-constexpr double kRadians = std::numbers::pi / 180.0;
 
 double mean(std::span<const float> values)
 {
@@ -51,12 +49,12 @@ TEST(Smoothing, DampsAWaveAsAGaussianDoes)
     const double sigma = 3.0;
     const Region equator{-180.0, 180.0, -0.5, 0.5};
     const Field field = fieldOf(equator, 1440, 4, [&](double longitude, double) {
-        return std::cos(cycles * longitude * kRadians);
+        return std::cos(cycles * longitude * kRadiansPerDegree);
     });
 
     const Field smoothed = smooth(field, sigma);
 
-    const double damping = std::exp(-0.5 * std::pow(cycles * sigma * kRadians, 2.0));
+    const double damping = std::exp(-0.5 * std::pow(cycles * sigma * kRadiansPerDegree, 2.0));
     for (int column = 0; column < 1440; ++column)
         EXPECT_NEAR(smoothed.values.at(column, 1), damping * field.values.at(column, 1), 1e-4);
 }
@@ -68,12 +66,12 @@ TEST(Smoothing, IsAsWideOnTheGroundAtEachLatitude)
     const double sigma = 3.0;
     const Region band{-180.0, 180.0, 59.99, 60.01};
     const Field field = fieldOf(band, 1440, 2, [&](double longitude, double) {
-        return std::cos(cycles * longitude * kRadians);
+        return std::cos(cycles * longitude * kRadiansPerDegree);
     });
 
     const Field smoothed = smooth(field, sigma);
 
-    const double damping = std::exp(-0.5 * std::pow(2.0 * cycles * sigma * kRadians, 2.0));
+    const double damping = std::exp(-0.5 * std::pow(2.0 * cycles * sigma * kRadiansPerDegree, 2.0));
     EXPECT_NEAR(smoothed.values.at(720, 0) / field.values.at(720, 0), damping, 1e-3);
 }
 
@@ -82,7 +80,7 @@ TEST(Smoothing, EvensOutTheParallelsAtThePoles)
     for (const Region& cap : {Region{-180, 180, 89.9, 90}, Region{-180, 180, -90, -89.9}})
     {
         const Field field = fieldOf(cap, 360, 2, [](double longitude, double) {
-            return 10.0 * std::cos(longitude * kRadians);
+            return 10.0 * std::cos(longitude * kRadiansPerDegree);
         });
 
         const Field smoothed = smooth(field, 2.0);
