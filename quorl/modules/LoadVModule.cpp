@@ -1,4 +1,5 @@
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/VInitialization.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
@@ -77,12 +78,7 @@ bool isStrict()
 /// they.
 void withdraw(const string& path)
 {
-    struct LeaveItems final : VManagedObject::VRemoveItem
-    {
-        void removeItem(const string& /*module*/, const RefPtr<VManagedObject>& /*item*/) override
-        {
-        }
-    } remover;
+    LeaveItems remover;
     if (!VModules::find(path)) VManagedObject::UnloadVModule(path, remover);
 }
 

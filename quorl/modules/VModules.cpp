@@ -1,6 +1,7 @@
 #include <quorl/modules/VModules.h>
 
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
 
@@ -13,11 +14,6 @@ VGlobals::ModuleTable& theModules()
 {
     return *VGlobals::theGlobals().modules;
 }
-
-struct LeaveItems final : VManagedObject::VRemoveItem
-{
-    void removeItem(const string& /*module*/, const RefPtr<VManagedObject>& /*object*/) override {}
-};
 
 /// Whether its file is newer, and nobody but the table has it.
 bool isToBeReloaded(const VGlobals::ModuleInfo& info)

@@ -55,13 +55,17 @@ public:
 
     /// Thrown by an update to end its run. The text goes to standard error.
     ///
-    /// | status | the request answers                                   |
-    /// |--------|-------------------------------------------------------|
-    /// | 0 to 4 | true; the age stands, so that it is tried again       |
-    /// | others | false                                                 |
+    /// | status | the request answers                                                  |
+    /// |--------|----------------------------------------------------------------------|
+    /// | 0 to 4 | true; the age stands, so that it is tried again                      |
+    /// | 5      | false                                                                |
+    /// | others | false, and says so at a verbosity of more than 10                    |
     class QUORL_API ExecutionStatus
     {
     public:
+        static constexpr std::uint32_t LastModified = 4; ///< up to this one: modified
+        static constexpr std::uint32_t Failed = 5;
+
         ExecutionStatus(unsigned statusNumber, const string& message);
         ~ExecutionStatus();
 

@@ -3,6 +3,7 @@
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VAcception.h>
 #include <quorl/registry/VCreatorBase.h>
+#include <quorl/registry/VInputCreator.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>

@@ -14,8 +14,6 @@ namespace
 {
 
 constexpr double kPrecisionOfInputs = 1.0; // an object's own precision is no business of its inputs
-constexpr std::uint32_t kLastStatusOfModified = 4;
-constexpr std::uint32_t kStatusOfFailed = 5;
 
 /// The walk of one request over the inputs of one object, and what it finds: whether some input
 /// demands an update, why, and the youngest age that was met.
@@ -170,8 +168,8 @@ void considerConnections(const VObject& object, const Ageable& ageBefore,
 bool answerTo(const VObject::ExecutionStatus& status, const RequestTrace& trace)
 {
     trace.exception(status.text);
-    if (status.status <= kLastStatusOfModified) return true;
-    if (status.status != kStatusOfFailed) trace.notUpdated();
+    if (status.status <= VObject::ExecutionStatus::LastModified) return true;
+    if (status.status != VObject::ExecutionStatus::Failed) trace.notUpdated();
     return false;
 }
 

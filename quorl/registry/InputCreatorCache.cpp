@@ -1,7 +1,7 @@
 #include <quorl/foundation/BinaryFile.h>
 #include <quorl/foundation/StringFile.h>
+#include <quorl/registry/InputCreatorCache.h>
 #include <quorl/registry/InputCreatorTables.h>
-#include <quorl/registry/VInputCreatorBase.h>
 
 #include <algorithm>
 #include <array>

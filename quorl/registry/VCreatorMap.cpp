@@ -1,9 +1,9 @@
 #include <quorl/registry/VCreatorMap.h>
 
+#include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
 #include <cstdio>
-#include <iterator>
 #include <limits>
 
 namespace Tolmen
@@ -49,39 +49,6 @@ void VCreatorMap::removePriority(const string& name)
     for (PriorityWalk* const walk : walks_) walk->leave(first->second);
     priorities_.erase(first->second);
     linesByName_.erase(first);
-}
-
-PriorityWalk::PriorityWalk(VCreatorMap& domain, int from)
-    : domain_(domain), line_(domain.priorities().lower_bound(from))
-{
-    ++domain_; // the counter of walks
-    domain_.walks_.push_back(this);
-}
-
-PriorityWalk::~PriorityWalk()
-{
-    domain_.walks_.remove(this);
-    --domain_;
-}
-
-void PriorityWalk::goOn()
-{
-    if (!hasLeft_) ++line_;
-    hasLeft_ = false;
-}
-
-void PriorityWalk::leave(Line removed)
-{
-    if (line_ != removed) return;
-    ++line_;
-    if (!hasLeft_) leftPriority_ = removed->first;
-    hasLeft_ = true;
-}
-
-/// A line between the one that is gone and the one behind it is the next to be shown.
-void PriorityWalk::noteAdded(Line added)
-{
-    if (hasLeft_ && std::next(added) == line_ && added->first >= leftPriority_) line_ = added;
 }
 
 RefPtr<VManagedObjectBase> VCreatorMap::liveCreator(const string& name) const

@@ -68,36 +68,6 @@ private:
     std::list<PriorityWalk*> walks_; // under way; not owned
 };
 
-/// A walk over a priority index that stays valid while lines are added by `addPriority` and removed
-/// by `removePriority`. It sees what an undisturbed walk sees, lines added behind it included.
-class PriorityWalk
-{
-public:
-    /// Stands on the first line with a priority of at least `from`.
-    PriorityWalk(VCreatorMap& domain, int from);
-    ~PriorityWalk();
-    PriorityWalk(const PriorityWalk&) = delete;
-    PriorityWalk& operator=(const PriorityWalk&) = delete;
-
-    bool isAtEnd() const { return line_ == domain_.priorities().end(); }
-    int priority() const { return line_->first; }
-    const string& name() const { return line_->second; }
-
-    void goOn();
-
-private:
-    friend class VCreatorMap;
-    using Line = std::multimap<int, string>::const_iterator;
-
-    void leave(Line removed);
-    void noteAdded(Line added);
-
-    VCreatorMap& domain_;
-    Line line_;
-    bool hasLeft_ = false; // the line that was shown is gone, and this is the one behind it
-    int leftPriority_ = 0; // of the line that is gone
-};
-
 /// The table of all domains. They are never removed.
 using VCreatorMapTypes = std::map<Tolmen::TypeInfo, RefPtr<VCreatorMap>>;
 

@@ -1,6 +1,6 @@
 #include <quorl/foundation/Typename.h>
 #include <quorl/registry/InputCreatorTables.h>
-#include <quorl/registry/VInputCreatorBase.h>
+#include <quorl/registry/VInputCreator.h>
 #include <quorl/services/VActionNotifier.h>
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include <quorl/registry/VInputCreatorBase.h>
+#include <quorl/registry/VInputCreator.h>
 
 namespace Quorl
 {

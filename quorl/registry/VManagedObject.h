@@ -35,7 +35,7 @@ public:
     using ModuleVisit =
         std::function<bool(const string& module, const RefPtr<VManagedObject>&, const string&)>;
 
-    /// Visits entries of modules that are not loaded; true goes on. The object may be null.
+    /// Visits entries; true goes on. The object is null where it waits for its module.
     class QUORL_API ModuleIterator
     {
     public:
@@ -44,7 +44,8 @@ public:
         virtual ~ModuleIterator();
     };
 
-    /// Told of each object that an unloaded module leaves behind, while it is alive.
+    /// Told of each entry of a module that is unloaded: of its object while that is alive, or null
+    /// where it waits for the module already.
     class QUORL_API VRemoveItem
     {
     public:
@@ -106,8 +107,11 @@ public:
     /// Takes an object out of a domain by its name. \return whether there was one.
     static bool remove(const std::type_info& domain, const string& name);
 
-    /// Visits the entries whose module is not loaded, domain by domain, by name. False ends the
-    /// walk of that domain. \return the number of visits that answered true.
+    /// Visits the entries whose module the table of modules does not know, domain by domain, by
+    /// name: those of the program itself, whose path is empty, are among them; those of modules
+    /// that were unloaded, or are known from the cache, are not. False ends the walk of that
+    /// domain.
+    /// \return the number of visits that answered true.
     static int iterateModules(ModuleIterator& visitor);
     static int iterateModules(const ModuleVisit& visit);
 

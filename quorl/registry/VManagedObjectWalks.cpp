@@ -1,5 +1,6 @@
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/modules/VModules.h> // tells which modules are loaded
+#include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 #include <quorl/registry/VManagedObject.h>

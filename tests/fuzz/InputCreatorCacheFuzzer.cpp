@@ -1,4 +1,5 @@
-#include <quorl/registry/VInputCreatorBase.h>
+#include <quorl/registry/InputCreatorCache.h>
+#include <quorl/registry/VInputCreator.h>
 #include <tests/fuzz/MemoryFile.h>
 
 /// Any bytes are read to their end, or to where they stop to make sense. What was entered can be

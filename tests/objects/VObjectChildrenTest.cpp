@@ -1,6 +1,7 @@
 #include <quorl/foundation/Interface.h>
 #include <quorl/objects/VObjectUserInfo.h>
 #include <quorl/registry/VAcception.h>
+#include <quorl/registry/VInputCreator.h>
 #include <quorl/services/VActionNotifier.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>

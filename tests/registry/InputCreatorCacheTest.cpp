@@ -1,5 +1,6 @@
 #include <quorl/foundation/Typename.h>
-#include <quorl/registry/VInputCreatorBase.h>
+#include <quorl/registry/InputCreatorCache.h>
+#include <quorl/registry/VInputCreator.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/InputCacheBytes.h>
 #include <tests/support/TestCreator.h>

@@ -502,7 +502,7 @@ TEST(VManagedObjectModules, VisitAReloadedObjectOnceForEachLineOfItsName)
     EXPECT_EQ(traverse<Tag>(), (Names{"a0", "a0"}));
 }
 
-TEST(VManagedObjectModules, AreVisitedDomainByDomainWhereTheyAreNotLoaded)
+TEST(VManagedObjectModules, AreVisitedDomainByDomainWhereTheTableOfModulesDoesNotKnowThem)
 {
     struct TagA;
     struct TagB;

@@ -39,11 +39,13 @@ public:
     explicit Item(const std::string& wantedName) { insert(wantedName, 0); }
 };
 
+// The registry has it, until the module is unloaded.
+const Quorl::WeakPtr<Quorl::VManagedObject> item(new Item("Shared item of " ZELM_MODULE_STEM));
+
 } // namespace
 
 #define DEFINE_MODULE(stem) ZELM_MODULE(stem)
 DEFINE_MODULE(STEM)
 {
-    new Item("Shared item of " ZELM_MODULE_STEM); // the registry has it
     return true;
 }
