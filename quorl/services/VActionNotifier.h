@@ -47,15 +47,27 @@ public:
 
     // What a subscriber may override; the defaults do nothing and object to nothing
 
+    /// An object was made, and is ready. \param creator null where none made it, as for what was
+    /// extracted from another object.
     virtual void createVObject(const RefPtr<VObject>& object, const Tolmen::Intercube& info,
                                const WeakPtr<VCreatorBase>& creator);
+
+    /// An object leaves the registry. It may live on.
     virtual void deleteVObject(const string& name);
     virtual void warn(const string& text);
     virtual void warn(const WarnInfo& info);
+
+    /// How far something has come: `current` of `total` steps, of the work that `id` stands for
+    /// (see `getNewProgressID`). \return false to ask that it be given up.
     virtual bool progress(unsigned long id, const string& text, int current, int total);
-    virtual void status(const string& text);
+    virtual void status(const string& text); ///< a line for people, such as that a load has failed
+
+    /// A parameter is about to be put into a slot; null empties it. \return false to object.
     virtual bool attachPrefix(const RefPtr<VParameter>& parameter, const RefPtr<VSlot>& slot);
-    virtual void attachPostfix(const RefPtr<VSlot>& slot);
+    virtual void attachPostfix(const RefPtr<VSlot>& slot); ///< it was, and that changed the slot
+
+    /// A parameter has another value. \param context null where that is its value in all contexts.
+    /// \param member the part of the value that was set; empty for the whole.
     virtual void changeParameter(const WeakPtr<VParameter>& parameter,
                                  const RefPtr<ValuePool>& context, const WeakPtr<VValueBase>& value,
                                  const string& member);

@@ -9,7 +9,8 @@ namespace Quorl
 
 /// The observer of a parameter that acts as an input of it.
 ///
-/// It must be held by a strong handle to be told of anything.
+/// It should be held by a strong handle: the first one made to it in passing would end it. That it
+/// is not is said on standard output.
 class QUORL_API VInputBase : public ValueNotifier
 {
 public:

@@ -10,8 +10,9 @@ namespace Quorl
 /// values of a type of its own specialises it with the same two functions.
 ///
 /// The rules of the kernel's types are not symmetric, and are kept as they are for the sake of
-/// files that were written with them. Apart from `char`, no reader refuses a text: what is no
-/// number reads as 0, what follows one is not looked at.
+/// files that were written with them. No reader of a number refuses a text: what is none
+/// reads as 0 (`unsigned int` throws), what follows one is not looked at. `char` takes one
+/// character, and graphs and managers of threads take nothing.
 template <class T>
 struct VValueTrait;
 
