@@ -324,7 +324,10 @@ void Game::perform(const Move& move, CountedRequest* ticket)
         case Move::SetText:
             parameters_[at(move.a)]->setValueFromText("1", pool, "", true, {}, nullptr, nullptr);
             break;
-        case Move::Attach: slots_[at(move.a)]->attachSource(parameters_[at(move.b)]); break;
+        case Move::Attach:
+            Quorl::VSlotContainer::attachParameter(parameters_[at(move.b)], slots_[at(move.a)],
+                                                   Model::memberOf(move));
+            break;
         case Move::Empty: slots_[at(move.a)]->assignParameter({}, ""); break;
         case Move::TouchState: objects_[at(move.a)]->myState(pool)->touch(); break;
         case Move::Ready: objects_[at(move.a)]->RequestProcessing = move.b % 2 == 1; break;

@@ -292,9 +292,10 @@ bool Model::visit(int number, Ticket& ticket, const Slot& slot, Walk& walk)
     const long long sourceAge = age(parameter.source, ticket.pool);
     if (verbosity > 4 && before > sourceAge)
         sayIndented("   \t\t      %s(t=%lld) input [%s(t=%lld)] as owned by object %s(t=%lld)\t"
-                    "[member '']"
+                    "[member '%s']"
                     " - REQUIRES UPDATE\n",
-                    name.c_str(), myAge, slot.name.c_str(), before, source.name.c_str(), sourceAge);
+                    name.c_str(), myAge, slot.name.c_str(), before, source.name.c_str(), sourceAge,
+                    slot.member.c_str());
     if (!source.isReady)
         say("Vobject[%s]::request(): skip object, it's not yet ready.\n", source.name.c_str());
     else if (source.inside == ticket.id)
@@ -369,10 +370,11 @@ void Model::touch(Parameter& parameter, int pool)
     (isOwn ? variable->second : parameter.age) = ++clock;
 }
 
-void Model::attach(Slot& slot, int parameter)
+void Model::attach(Slot& slot, int parameter, const std::string& member)
 {
-    if (slot.parameter == parameter) return;
+    if (slot.parameter == parameter && slot.member == member) return;
     slot.parameter = parameter;
+    slot.member = member;
     ++clock;                                            // of the slot
     if (parameters[at(parameter)].source >= 0) ++clock; // of the output
     Object& object = objects[at(slot.object)];
@@ -423,10 +425,11 @@ void Model::perform(const Move& move, Ticket* ticket)
             touch(parameter, move.b);
             break;
         }
-        case Move::Attach: attach(slots[at(move.a)], move.b); break;
+        case Move::Attach: attach(slots[at(move.a)], move.b, memberOf(move)); break;
         case Move::Empty:
             if (slots[at(move.a)].parameter < 0) break;
             slots[at(move.a)].parameter = -1;
+            slots[at(move.a)].member.clear();
             ++clock;
             break;
         case Move::TouchState: objects[at(move.a)].states[move.b] = ++clock; break;

@@ -21,7 +21,7 @@ struct Move
         Request,    ///< object `a` in pool `b`; cancelled after `c` polls unless that is 0
         Touch,      ///< parameter `a` in pool `b`
         SetText,    ///< the same, telling observers
-        Attach,     ///< slot `a` to parameter `b`
+        Attach,     ///< slot `a` to parameter `b`, or to a member of it if `c` says so
         Empty,      ///< slot `a`
         TouchState, ///< of object `a` in pool `b`
         Ready,      ///< whether object `a` is: `b`
@@ -101,6 +101,7 @@ struct Slot
     int level;
     int parameter; ///< -1 for none
     int inputClass;
+    std::string member{};
 };
 
 struct Object
@@ -158,6 +159,9 @@ public:
     }
     long long ageOf(const Parameter& parameter, int pool) const;
 
+    /// Which member of a parameter an attachment shows; empty for the whole.
+    static std::string memberOf(const Move& move) { return move.c % 4 == 1 ? "part" : ""; }
+
     static std::size_t at(int number) { return static_cast<std::size_t>(number); }
 
     std::vector<Object> objects;
@@ -187,7 +191,7 @@ private:
     void considerLevel(const Ticket& ticket, int level, int object, int caller);
     bool graphHasChanged(const Object& object);
     void touch(Parameter& parameter, int pool);
-    void attach(Slot& slot, int parameter);
+    void attach(Slot& slot, int parameter, const std::string& member);
     void askInside(const Move& move, Ticket* ticket);
 
     [[gnu::format(printf, 2, 3)]] void say(const char* format, ...);
