@@ -189,7 +189,7 @@ TEST_F(LoadVModuleTest, AsksNoMoreWhenToldSo)
             answer() = 4;
             LoadVModule("a.zelm");
             LoadVModule("b.zelm");
-            std::_Exit(asked().size() == 1 && read("ZelmError.log").size() > 100 ? 17 : 1);
+            std::exit(asked().size() == 1 && read("ZelmError.log").size() > 100 ? 17 : 1);
         },
         testing::ExitedWithCode(17), "");
 }
@@ -247,7 +247,7 @@ TEST_F(LoadVModuleTest, RenamesAModuleWithoutInitRoutineIfItIsStrict)
             add("noinit", "again.zelm");
             outputOf([&] { answer = answer || LoadVModule("again.zelm"); });
             const bool isRenamedAgain = std::filesystem::exists("again.zelm-noinit");
-            std::_Exit(!answer && isRenamed && isSaid && isGone && isRenamedAgain ? 17 : 1);
+            std::exit(!answer && isRenamed && isSaid && isGone && isRenamedAgain ? 17 : 1);
         },
         testing::ExitedWithCode(17), "");
 }
@@ -261,7 +261,7 @@ TEST_F(LoadVModuleTest, KeepsAFileThatHasTheNewNameAlready)
             const string path = add("noinit", "noinit.zelm");
             write("noinit.zelm-noinit", "precious");
             outputOf([&] { LoadVModule(path); });
-            std::_Exit(
+            std::exit(
                 read("noinit.zelm-noinit") == "precious" && std::filesystem::exists(path) ? 17 : 1);
         },
         testing::ExitedWithCode(17), "");

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -21,7 +22,7 @@ std::pair<int, std::string> answerTo(const std::string& typed)
 {
     int terminal = -1;
     const ::pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) ::_exit(askOnTerminal("Caption", "Text"));
+    if (child == 0) std::exit(askOnTerminal("Caption", "Text"));
     EXPECT_EQ(::write(terminal, typed.data(), typed.size()), static_cast<::ssize_t>(typed.size()));
     std::string shown;
     char letter = 0;

@@ -105,7 +105,7 @@ TEST(VScheduler, CountsNoCallBeforeTheFirst)
         {
             const int before = VScheduler::isRunning();
             VScheduler::execute(1.0);
-            std::_Exit(before == 0 && VScheduler::isRunning() == -1 ? 17 : 1);
+            std::exit(before == 0 && VScheduler::isRunning() == -1 ? 17 : 1);
         },
         testing::ExitedWithCode(17), "");
 }
