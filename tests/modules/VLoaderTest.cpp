@@ -405,6 +405,16 @@ TEST_F(VLoaderDownload, GoesOnWithAnySizeWithoutAHandler)
     EXPECT_TRUE(load("10@http://h/absent.x"));
 }
 
+TEST_F(VLoaderDownload, GoesOnWithAHandlerThatHasEnded)
+{
+    auto* const handler = new TestHandler;
+    DownloadHandler::setDownloadHandler(RefPtr<DownloadHandler>(handler));
+    delete handler; // though it is held
+    write("n.x", "short");
+    loader->result = creator.handle();
+    errorOutputOf([&] { EXPECT_TRUE(load("10@http://h/n.x")); });
+}
+
 TEST_F(VLoaderDownload, GoesOnWhenTheHandlerSaysSo)
 {
     const RefPtr<TestHandler> handler(new TestHandler);

@@ -32,6 +32,7 @@ T read(const string& text, T before = T())
 TEST(VValueTraitChar, RefusesAllButOneCharacterAndLeavesTheDatum)
 {
     char datum = 'x';
+    EXPECT_FALSE(VValueTrait<char>::setValueFromText(datum, "abc"));
     EXPECT_FALSE(VValueTrait<char>::setValueFromText(datum, "ab"));
     EXPECT_FALSE(VValueTrait<char>::setValueFromText(datum, ""));
     EXPECT_EQ(datum, 'x');
