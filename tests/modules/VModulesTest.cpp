@@ -234,6 +234,31 @@ TEST_F(VModulesTest, LoadsAModuleThatNeverLeavesOnceOnlyUntilItIsUnloaded)
     EXPECT_FALSE(creator("Versioned/Answering1")) << "its initialisers did not run again";
 }
 
+TEST_F(VModulesTest, AModuleThatNeverLeavesCannotBeLoadedAgainWithoutItsFile)
+{
+    const string path = add("resident1", "versioned.zelm");
+    LoadVModule(path);
+    UnloadVModule(path, removed);
+    std::filesystem::remove(path);
+    outputOf([&] { EXPECT_FALSE(LoadVModule(path)); });
+    add("resident2", path);
+    EXPECT_TRUE(LoadVModule(path));
+    EXPECT_EQ(answerOf("Versioned/Answering"), "4");
+}
+
+TEST_F(VModulesTest, AFileIsLoadedOnceWhateverItsPathIsCalled)
+{
+    const string path = add("version1", "here/versioned.zelm");
+    const string other = "here/./versioned.zelm";
+    LoadVModule(path);
+    LoadVModule(other);
+    EXPECT_FALSE(creator("Versioned/Answering1"));
+    UnloadVModule(other, removed);
+    EXPECT_TRUE(LoadVModule(other));
+    EXPECT_FALSE(creator("Versioned/Answering1")) << "it was not taken for one that never leaves";
+    EXPECT_EQ(answerOf("Versioned/Answering"), "1");
+}
+
 TEST_F(VModulesTest, AModuleIsNotLetGoOfByTheThreadThatHeldIt)
 {
     const string path = add("version1", "versioned.zelm");

@@ -378,6 +378,30 @@ TEST_F(VSlotContainerInputs, ThatAreNotThereCannotBeMadeUnique)
               "Parameter stranger not found.\n");
     EXPECT_EQ(outputOf([&] { EXPECT_FALSE(object->mkUniqueParameterInput("none", "p")); }),
               "uniquying parameter\nParameter none not found.\n");
+    EXPECT_EQ(
+        outputOf([&] { EXPECT_FALSE(object->mkUniqueParameterInput(RefPtr<VParameter>(), "p")); }),
+        "Parameter  not found.\n");
+}
+
+TEST_F(VSlotContainerInputs, WhoseParameterCannotBeCopiedStayAsTheyAre)
+{
+    const RefPtr<VParameter> single(new QuorlTest::EmptyParameter);
+    const RefPtr<VSlot> slot = object->addParameter("x", 0, single, false);
+    EXPECT_FALSE(object->mkUniqueParameterInput(single, "p"));
+    EXPECT_EQ(slot->Parameter, single);
+    const RefPtr<VSlot> empty(new VSlot(object.rawptr(), {}, "empty", ""));
+    object->addSlot(empty, 0, false);
+    outputOf([&] { EXPECT_FALSE(object->mkUniqueParameterInput("empty", "p")); });
+}
+
+TEST(AddSlot, NeedsAContainerAndASlot)
+{
+    Network network;
+    const auto object = network.node("object");
+    const RefPtr<VSlot> slot = makeSlot(object.rawptr(), "x");
+    EXPECT_FALSE(addSlot(nullptr, slot, 0, false));
+    EXPECT_FALSE(addSlot(object.rawptr(), {}, 0, false));
+    EXPECT_EQ(addSlot(object.rawptr(), slot, 0, false), slot);
 }
 
 TEST(VNamedInputSet, ComplainsOfSlotsThatEndedBehindItsBack)

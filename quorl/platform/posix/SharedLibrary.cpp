@@ -72,6 +72,7 @@ private:
     const int number_;
 };
 
+/// \return false also for descriptors of nothing.
 bool copyBytes(int from, int to)
 {
     struct stat status = {};
@@ -101,22 +102,18 @@ void* open(const std::string& path)
     return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
-/// Loads a copy that has no name in the file system.
-std::shared_ptr<Image> loadCopy(const std::string& path)
+std::shared_ptr<Image> imageAt(const std::string& openPath)
 {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
-    if (file < 0 || copy < 0 || !copyBytes(file, copy)) return nullptr;
-    const std::string openPath = freshPathTo(copy);
     void* const handle = open(openPath);
     return handle ? std::make_shared<Image>(Image{openPath, handle, 0}) : nullptr;
 }
 
-std::shared_ptr<Image> loadFile(const std::string& path)
+/// An image of a copy that has no name in the file system.
+std::shared_ptr<Image> imageOfCopy(const std::string& path)
 {
-    const std::string openPath = pathForLoader(path);
-    void* const handle = open(openPath);
-    return handle ? std::make_shared<Image>(Image{openPath, handle, 0}) : nullptr;
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
+    return copyBytes(file, copy) ? imageAt(freshPathTo(copy)) : nullptr;
 }
 
 /// The image of a path, with a share of it for the caller; null if there can be none.
@@ -127,8 +124,8 @@ std::shared_ptr<Image> load(const std::string& path)
     if (image)
         open(image->openPath); // another share
     else if (loaded.residents.contains(path))
-        image = loadCopy(path);
-    if (!image) image = loadFile(path);
+        image = imageOfCopy(path);
+    if (!image) image = imageAt(pathForLoader(path));
     const std::shared_ptr<Image> found = image;
     if (!found) loaded.images.erase(path);
     return found;
