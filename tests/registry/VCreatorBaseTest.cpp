@@ -100,6 +100,15 @@ TEST(VCreatorBase, WarnsOfAnEmptyNameBehindTheRegistrysRefusal)
     EXPECT_EQ(VCreatorBase::iterateIdentifiers("", all), 1) << "in the other tables all the same";
 }
 
+TEST(VCreatorBase, WarnsOfAnEmptyNameAlsoWithoutText)
+{
+    std::unique_ptr<TestCreator> nameless;
+    const string said = outputOf([&] { nameless = std::make_unique<TestCreator>(""); });
+    EXPECT_TRUE(said.ends_with("(,0) EMPTY creator name in Zelm Module\n\t\n *** no key "
+                               "available!\n\n"))
+        << said;
+}
+
 TEST(VCreatorBase, IsNotEndedByHandlesIfItIsPinned)
 {
     auto creator =
@@ -161,6 +170,8 @@ TEST(VCreatorBase, TellsWhetherAnApplicationIsEnabled)
     EXPECT_TRUE(properties.isEnabled());
     properties.attributes.setAttribute("Enabled", new Tolmen::Chunk<double>(1, 0.0));
     EXPECT_TRUE(properties.isEnabled()) << "of another type, as good as none";
+    properties.attributes.setAttribute("Enabled", new Tolmen::Chunk<bool>(0, false));
+    EXPECT_TRUE(properties.isEnabled()) << "empty, as good as none";
 }
 
 /// An object that is one only by its name.

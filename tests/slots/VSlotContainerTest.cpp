@@ -196,6 +196,19 @@ TEST_F(VSlotContainerInputs, AreVisitedByLevelThenByName)
     EXPECT_EQ(object->getNumberOfInputs(), 6);
 }
 
+TEST_F(VSlotContainerInputs, AreNotVisitedIfTheyHaveEnded)
+{
+    const RefPtr<VSlot> slot = object->input("x");
+    object->input("y");
+    delete slot.rawptr();
+    Visit visit;
+    EXPECT_EQ(object->iterateParameters(kAllLevels, visit), 1);
+    EXPECT_EQ(visit.seen, std::vector<string>{"y0"});
+    int level = 7;
+    EXPECT_FALSE(object->getSlot("x", level));
+    EXPECT_EQ(level, 7);
+}
+
 TEST_F(VSlotContainerInputs, AreTracedAtVerbosity100)
 {
     object->input("x");
