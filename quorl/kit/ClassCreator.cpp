@@ -1,6 +1,7 @@
 #include <quorl/kit/ClassCreator.h>
 
 #include <quorl/modules/VLoaderInfo.h>
+#include <quorl/modules/VModule.h> // completes its handles
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>

@@ -16,6 +16,7 @@
 #include <string_view>
 #include <type_traits>
 #include <unordered_map>
+#include <utility>
 
 namespace Quorl
 {
@@ -183,7 +184,7 @@ void enter(const CachedEntry& cached, ModuleFiles::Known& file, Place& place)
     const auto entry = place.map->try_emplace(place.hint, string(cached.name));
     place.hint = std::next(entry);
     const char* const name = entry->first.c_str();
-    const string module(cached.module);
+    string module(cached.module);
     RefPtr<VCreatorBaseInfo>& info = entry->second;
     if (info)
     {
@@ -201,7 +202,7 @@ void enter(const CachedEntry& cached, ModuleFiles::Known& file, Place& place)
         return;
     }
     info = new VCreatorBaseInfo;
-    info->ModuleName = module;
+    info->ModuleName = std::move(module);
 }
 
 /// \return whether the domain goes on behind the entry.

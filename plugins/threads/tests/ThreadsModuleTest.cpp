@@ -110,9 +110,10 @@ TEST_F(ThreadsModule, BringsAManagerInAndTakesItAway)
 
 TEST_F(ThreadsModule, LeavesNeitherThreadsNorMappingsBehind)
 {
+    constexpr int kRounds = 1000;
     const long threads = threadsAtRest();
     long settled = 0;
-    for (int round = 0; round < 1000; ++round)
+    for (int round = 0; round < kRounds; ++round)
     {
         Quorl::VThreadManager* const manager = loaded();
         std::atomic<int> runs = 0;
@@ -125,7 +126,9 @@ TEST_F(ThreadsModule, LeavesNeitherThreadsNorMappingsBehind)
         if (round == 100) settled = mappings("");
     }
     EXPECT_TRUE(comesDownTo(threads));
-    EXPECT_LE(mappings(""), settled + 2) << "stacks of threads are kept for the next ones";
+    // A mapping left in each round would show. Stacks of threads are kept for the next ones, and a
+    // sanitizer maps now and then for itself.
+    EXPECT_LE(mappings(""), settled + kRounds / 10);
 }
 
 TEST_F(ThreadsModule, IsNotUnloadedWhileATaskRunsAndSaysSo)
