@@ -12,7 +12,7 @@ const int ignored = ::setenv("RC_PARAMS", "max_success=" MODEL_CASES " max_size=
 /// Objects of the model ask each other in their updates in any order, with their locks held. One
 /// thread does so, which may lock again what it has locked; two could block each other, and never
 /// evaluate.
-extern "C" const char* __tsan_default_options();
+extern "C" [[gnu::visibility("default")]] const char* __tsan_default_options();
 extern "C" const char* __tsan_default_options()
 {
     return "detect_deadlocks=0";
