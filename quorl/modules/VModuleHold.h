@@ -20,8 +20,6 @@ public:
     explicit VModuleHold(const RefPtr<VModule>& held);
     ~VModuleHold() override;
 
-    const RefPtr<VModule>& module() const { return module_; }
-
     /// Lets go of the modules whose objects have ended.
     static void letGo();
 

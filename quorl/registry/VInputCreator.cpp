@@ -86,6 +86,8 @@ bool visitOffline(OfflineCreators& loaders, VInputCreatorIterator& visitor)
 
 } // namespace
 
+VInputCreatorIterator::~VInputCreatorIterator() = default;
+
 std::map<Tolmen::TypeInfo, RegisteredCreators>& InputCreatorRegistry()
 {
     static auto& table = *new std::map<Tolmen::TypeInfo, RegisteredCreators>;

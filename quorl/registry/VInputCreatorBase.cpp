@@ -1,4 +1,4 @@
-#include <quorl/registry/VInputCreator.h>
+#include <quorl/registry/VInputCreatorBase.h>
 
 namespace Quorl
 {
@@ -17,7 +17,5 @@ VInputCreatorBase::VInputCreatorBase(const string& wantedName, int givenPriority
 }
 
 VInputCreatorBase::~VInputCreatorBase() = default;
-
-VInputCreatorIterator::~VInputCreatorIterator() = default;
 
 } // namespace Quorl

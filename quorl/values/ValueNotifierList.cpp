@@ -87,7 +87,7 @@ int ValueNotifierList::copyShadows(const WeakPtr<ValueNotifierList>& source)
     const std::shared_ptr<Record> record = record_;
     const std::shared_ptr<Record> original = source->record_;
     int count = 0;
-    for (const WeakPtr<ValuePool>& pool : std::set(original->shadows)) // which may be this one's
+    for (const WeakPtr<ValuePool>& pool : original->shadows)
     {
         if (!pool) continue;
         const RefPtr<VValueBase> variable = pool->findVariable(source);

@@ -18,11 +18,6 @@
 
 namespace Tolmen::Platform
 {
-namespace
-{
-
-} // namespace
-
 /// What was mapped for a path.
 struct SharedLibrary::Image
 {

@@ -1,0 +1,115 @@
+#include <quorl/objects/VObject.h>
+#include <tests/support/Node.h>
+
+#include <gtest/gtest.h>
+
+/// How deep a request finds each object, and what it answers on a second path to one.
+namespace Quorl
+{
+namespace
+{
+
+using QuorlTest::ask;
+using QuorlTest::makePool;
+using QuorlTest::Network;
+using QuorlTest::Node;
+
+using Names = std::vector<std::string>;
+
+TEST(VObjectRequest, WalksASharedSourceTwiceAndUpdatesItOnce)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto left = network.node("left");
+    const auto right = network.node("right");
+    const auto sink = network.node("sink");
+    network.connect(source, left, "l");
+    network.connect(source, right, "r");
+    network.connect(left, sink, "1");
+    network.connect(right, sink, "2");
+    const auto pool = makePool();
+    VRequest request(pool, false);
+
+    EXPECT_TRUE(sink->init_request(request, 1.0));
+
+    EXPECT_EQ(network.takeLog(), (Names{"source", "left", "right", "sink"}));
+    EXPECT_EQ(request.Id->levels().at(source->ID).Count, 2);
+    EXPECT_FALSE(ask(sink, pool));
+}
+
+/// Notes who asks it, and what it answers.
+class Recording final : public Node
+{
+public:
+    using Node::Node;
+    bool request(VRequest& request, double precision, const WeakVObjectPtr& caller,
+                 const WeakVObjectPtr& origin) override
+    {
+        callers.push_back(caller);
+        origins.push_back(origin);
+        answers.push_back(Node::request(request, precision, caller, origin));
+        return answers.back();
+    }
+    std::vector<WeakVObjectPtr> callers;
+    std::vector<WeakVObjectPtr> origins;
+    std::vector<bool> answers;
+};
+
+TEST(VObjectRequest, AnswersFalseOnTheSecondPathToAnObject)
+{
+    Network network;
+    const auto source = network.adopt(new Recording("source"));
+    const auto sink = network.adopt(new Recording("sink"));
+    const auto middle = network.node("middle");
+    network.connect(source, middle, "x");
+    network.connect(middle, sink, "1");
+    network.connect(source, sink, "2");
+
+    EXPECT_TRUE(ask(sink, makePool()));
+
+    EXPECT_EQ(source->answers, (std::vector<bool>{true, false}));
+    EXPECT_EQ(source->callers, (std::vector<WeakVObjectPtr>{middle, sink}));
+    EXPECT_EQ(source->origins, (std::vector<WeakVObjectPtr>{sink, sink}));
+    EXPECT_EQ(sink->callers, (std::vector<WeakVObjectPtr>{sink}));
+    EXPECT_EQ(sink->origins, (std::vector<WeakVObjectPtr>{sink}));
+}
+
+TEST(VObjectRequest, RecordsDepthsOfAllButTheObjectWhereItStarts)
+{
+    Network network;
+    const auto a = network.node("a");
+    const auto b = network.node("b");
+    const auto c = network.node("c");
+    network.connect(a, b, "x");
+    network.connect(b, c, "x");
+    network.connect(a, c, "y");
+    VRequest request(makePool(), false);
+
+    c->init_request(request, 1.0);
+
+    const auto& levels = request.Id->levels();
+    EXPECT_EQ(levels.count(c->ID), 0U);
+    EXPECT_EQ(levels.at(b->ID).MinLevel, 1);
+    EXPECT_EQ(levels.at(a->ID).MinLevel, 1);
+    EXPECT_EQ(levels.at(a->ID).MaxLevel, 2);
+    EXPECT_EQ(levels.at(a->ID).MinCaller, c->ID);
+    EXPECT_EQ(levels.at(a->ID).MaxCaller, b->ID);
+}
+
+TEST(VObjectRequest, HandsItsDepthDown)
+{
+    Network network;
+    const auto a = network.node("a");
+    const auto b = network.node("b");
+    network.connect(a, b, "x");
+
+    ask(b, makePool());
+
+    EXPECT_EQ(b->Executor.Level, 0);
+    EXPECT_EQ(a->Executor.Level, 1);
+    EXPECT_EQ(a->Executor.Max, b->Executor.Max);
+    EXPECT_EQ(b->Executor.Max->MaxLevel, 1);
+}
+
+} // namespace
+} // namespace Quorl
