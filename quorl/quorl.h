@@ -27,6 +27,7 @@
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/ReferenceBase.h>
 #include <quorl/foundation/Referer.h>
+#include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/SpeakPtr.h>
 #include <quorl/foundation/StringFile.h>
 #include <quorl/foundation/StringList.h>

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Five creators, which are called after the module that they stand in.
+/// Five creators, in a category that is called after the module that they stand in.
 namespace
 {
 
@@ -18,7 +18,9 @@ public:
 
 std::string key(const char* name)
 {
-    return Quorl::VManagedObject::CurrentLoadModule + "/" + name;
+    const std::string& path = Quorl::VManagedObject::CurrentLoadModule;
+    const std::string file = path.substr(path.rfind('/') + 1);
+    return "Benchmark/" + file.substr(0, file.rfind('.')) + "/" + name;
 }
 
 Quorl::VCreator<Plain> first(key("First"));

@@ -17,17 +17,24 @@ struct CloseFile
 
 using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
+/// The number in the first `sizeof(Integer)` bytes.
+template <class Integer>
+Integer fromLittleEndian(const char* bytes)
+{
+    using Unsigned = std::make_unsigned_t<Integer>;
+    Unsigned value = 0;
+    for (std::size_t place = sizeof(Integer); place-- > 0;)
+        value = static_cast<Unsigned>(value << 8 | static_cast<unsigned char>(bytes[place]));
+    return static_cast<Integer>(value);
+}
+
 /// \return whether a whole number could be read; if not, `number` is left alone.
 template <class Integer>
 bool fgetnumber(Integer& number, std::FILE* file)
 {
-    using Unsigned = std::make_unsigned_t<Integer>;
-    std::array<unsigned char, sizeof(Integer)> bytes{};
+    std::array<char, sizeof(Integer)> bytes{};
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
-    Unsigned value = 0;
-    for (std::size_t place = bytes.size(); place-- > 0;)
-        value = static_cast<Unsigned>(value << 8 | bytes[place]);
-    number = static_cast<Integer>(value);
+    number = fromLittleEndian<Integer>(bytes.data());
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Forward.h>
 #include <quorl/foundation/Referer.h>
+#include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/SpeakPtr.h>
 
 #include <compare>
@@ -165,7 +166,7 @@ protected:
 private:
     [[gnu::noinline, gnu::cold]] void freeReferer()
     {
-        delete referer;
+        RefererPool::giveBack(referer);
         referer = nullptr;
         changeTally(RefererObjects, -1);
     }

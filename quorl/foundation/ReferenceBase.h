@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/foundation/Export.h>
+#include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/StrongPtr.h>
 
 namespace Tolmen
@@ -46,7 +47,7 @@ constinit std::int32_t ReferenceBase<T>::MaxObjectCountID = 1;
 template <class T>
 ReferenceBase<T>::ReferenceBase()
 {
-    self.referer = new Referer;
+    self.referer = RefererPool::take();
     self.referer->object = this;
     changeTally(RefererObjects, +1);
     self.referer->weak.fetch_add(1, std::memory_order_relaxed);

@@ -8,13 +8,13 @@
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string_view>
-#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -105,25 +105,19 @@ constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
 class CacheReader
 {
 public:
-    /// Reads the file to its end; no more is kept in memory than was there.
-    explicit CacheReader(std::FILE* file)
+    /// Reads the file whole: `size` bytes, or what there is of them.
+    CacheReader(std::FILE* file, std::size_t size)
+        : bytes_(std::make_unique_for_overwrite<char[]>(size)),
+          left_(bytes_.get(), std::fread(bytes_.get(), 1, size, file))
     {
-        std::array<char, 65536> block{};
-        while (const std::size_t size = std::fread(block.data(), 1, block.size(), file))
-            bytes_.append(block.data(), size);
-        left_ = bytes_;
     }
 
     template <class Integer>
     Integer number()
     {
         const string_view bytes = take(sizeof(Integer));
-        if (bytes.size() < sizeof(Integer)) return 0;
-        std::make_unsigned_t<Integer> value = 0;
-        for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
-            value = static_cast<std::make_unsigned_t<Integer>>(value << 8 |
-                                                               static_cast<unsigned char>(*byte));
-        return static_cast<Integer>(value);
+        return bytes.size() < sizeof(Integer) ? Integer{0}
+                                              : Tolmen::fromLittleEndian<Integer>(bytes.data());
     }
 
     std::uint64_t count() { return number<std::uint64_t>(); }
@@ -138,7 +132,7 @@ private:
         return taken;
     }
 
-    string bytes_;
+    std::unique_ptr<char[]> bytes_;
     string_view left_;
 };
 
@@ -182,7 +176,7 @@ struct Place
 void enter(const CachedEntry& cached, ModuleFiles::Known& file, Place& place)
 {
     const auto entry = place.map->try_emplace(place.hint, string(cached.name));
-    place.hint = std::next(entry);
+    if (place.hint != place.map->end()) place.hint = std::next(entry);
     const char* const name = entry->first.c_str();
     string module(cached.module);
     RefPtr<VCreatorBaseInfo>& info = entry->second;
@@ -279,7 +273,7 @@ bool LoadVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
-    CacheReader reader(file.get());
+    CacheReader reader(file.get(), static_cast<std::size_t>(fileStatus(path).size));
     ModuleFiles files;
     const std::uint64_t domains = reader.count();
     std::printf("TypeEntries: %d\n", static_cast<int>(domains));

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <string_view>
 
 namespace Tolmen::Platform
 {
@@ -27,7 +28,7 @@ std::vector<std::string> namesIn(const std::string& directory, const std::string
     const std::unique_ptr<DIR, CloseDirectory> open(::opendir(directory.c_str()));
     if (!open) return names;
     while (const dirent* const entry = ::readdir(open.get()))
-        if (const std::string name = entry->d_name; name.ends_with(suffix)) names.push_back(name);
+        if (std::string_view(entry->d_name).ends_with(suffix)) names.emplace_back(entry->d_name);
     std::ranges::sort(names); // the system's order changes from run to run
     return names;
 }
