@@ -10,6 +10,7 @@
 #include <quorl/foundation/Attributes.h>
 #include <quorl/foundation/Cache.h>
 #include <quorl/foundation/Cacheable.h>
+#include <quorl/foundation/CastCache.h>
 #include <quorl/foundation/Chunk.h>
 #include <quorl/foundation/ChunkBase.h>
 #include <quorl/foundation/Counter.h>

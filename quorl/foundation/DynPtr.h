@@ -1,5 +1,6 @@
 #pragma once
 
+#include <quorl/foundation/CastCache.h>
 #include <quorl/foundation/Forward.h>
 #include <quorl/foundation/Referer.h>
 #include <quorl/foundation/RefererPool.h>
@@ -31,7 +32,7 @@ struct TypedView
     static T* cast(const Referer* referer)
     {
         if (!referer || !referer->isAlive()) return nullptr;
-        return dynamic_cast<T*>(static_cast<ReferenceBase<B>*>(referer->object));
+        return CastCache<T, B>::cast(static_cast<ReferenceBase<B>*>(referer->object));
     }
 
     void recompute(const Referer* referer) { cached = cast(referer); }
@@ -62,7 +63,7 @@ struct TypedView<B, B>
 ///
 /// Cost: an alive test and a member access are a test or two of memory that the caller is about to
 /// use. The dynamic cast is paid when a handle is made from one of another type or assigned, and by
-/// `rawptr`. A copy is one atomic instruction for each counter.
+/// `rawptr`; `CastCache` makes it cheap. A copy is one atomic instruction, a move none.
 ///
 /// Threads: several threads may copy, lock and drop handles of one object at once, each its own
 /// handle. A weak handle may be locked only where the last strong one is not dropped meanwhile.
@@ -160,11 +161,58 @@ protected:
     /// as the share is gone, so it is not looked at again, neither by the check above.
     void forget() { referer = nullptr; }
 
+    /// Takes a strong and a weak share; of one that is dead, the weak one alone.
+    void refBoth() const
+    {
+        if (!referer) return;
+        if (std::is_same_v<B, Cacheable> || referer->strong.load(std::memory_order_relaxed) < 0)
+        {
+            referer->weak.fetch_add(1, std::memory_order_relaxed);
+            ref();
+        }
+        else
+            referer->takeBoth();
+    }
+
+    /// Drops a strong and a weak share, in this order if the strong one is the last.
+    void unrefBoth()
+    {
+        if (!referer) return;
+        if (referer->strong.load(std::memory_order_acquire) <= 1)
+            dropLast();
+        else if (referer->dropBoth() == 1)
+        {
+            // Others have dropped theirs at the same moment, so this was the last after all. The
+            // share of the object itself keeps the block.
+            referer->weak.fetch_add(1, std::memory_order_relaxed);
+            endLife(*referer);
+            wunref();
+        }
+    }
+
     ReferenceBase<B>* rootBase() const { return static_cast<ReferenceBase<B>*>(referer->object); }
     B* root() const { return static_cast<B*>(rootBase()); }
 
 private:
-    [[gnu::noinline, gnu::cold]] void freeReferer()
+    static constexpr std::int32_t kMineAndItsOwn = 2;
+
+    /// The last strong share, or one that was none any more.
+    [[gnu::noinline]] void dropLast()
+    {
+        // If nobody else has a handle, nobody can be changing the counters.
+        const bool isAlone = referer->strong.load(std::memory_order_acquire) == 1 &&
+                             referer->weak.load(std::memory_order_acquire) == kMineAndItsOwn;
+        if (isAlone)
+            endLife(*referer);
+        else
+            unref();
+        if (referer->weak.load(std::memory_order_acquire) == 1)
+            freeReferer();
+        else
+            wunref();
+    }
+
+    [[gnu::noinline]] void freeReferer()
     {
         RefererPool::giveBack(referer);
         referer = nullptr;
@@ -172,7 +220,7 @@ private:
     }
 
     // Kept out of line: every use of a handle in the program pays for what stands above.
-    [[gnu::noinline, gnu::cold]] static void endLife(Referer& referer);
+    [[gnu::noinline]] static void endLife(Referer& referer);
     [[gnu::noinline, gnu::cold]] void reportLostShares() const;
     [[gnu::noinline, gnu::cold]] void reportInconsistency(T* fresh) const;
 };

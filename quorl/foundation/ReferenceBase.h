@@ -50,7 +50,7 @@ ReferenceBase<T>::ReferenceBase()
     self.referer = RefererPool::take();
     self.referer->object = this;
     changeTally(RefererObjects, +1);
-    self.referer->weak.fetch_add(1, std::memory_order_relaxed);
+    self.referer->weak.store(1, std::memory_order_relaxed);
     ID = changeTally(MaxObjectCountID, +1);
     changeTally(CheckRefcountedObjects, +1);
     CheckConstruction(this, typeid(ReferenceBase), typeid(T));

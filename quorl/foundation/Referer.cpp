@@ -1,5 +1,7 @@
 #include <quorl/foundation/Referer.h>
 
+#include <quorl/foundation/CastCache.h>
+
 #include <cstdlib>
 
 namespace Tolmen
@@ -7,6 +9,7 @@ namespace Tolmen
 
 constinit std::int32_t RefererObjects = 0;
 constinit std::int32_t CheckRefcountedObjects = 0;
+constinit std::atomic<std::uint32_t> theUnloadCount = 0;
 
 #if defined(__GNUC__)
 // The null store is the point of the function, so the sanitizer shall not report it in its place.

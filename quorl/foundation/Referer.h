@@ -3,6 +3,7 @@
 #include <quorl/foundation/Export.h>
 
 #include <atomic>
+#include <bit>
 #include <cstdint>
 
 namespace Tolmen
@@ -20,11 +21,17 @@ namespace Tolmen
 ///
 /// Threads: the counters are atomic, the test before a change is a separate read. `object` is
 /// plain: it is written at birth and, by the one thread that ends the life, at death.
-struct Referer
+struct alignas(8) Referer
 {
     std::atomic<std::int32_t> strong{0}; ///< strong handles, and the state of life
     std::atomic<std::int32_t> weak{0};   ///< handles of any kind, and one for the object itself
     void* object = nullptr; ///< the `ReferenceBase` part; poison after a handle-driven death
+
+    /// Takes a share of each kind. \pre `strong` is not negative.
+    void takeBoth();
+
+    /// Drops a share of each kind. \pre both are above 0. \return what `strong` was before.
+    std::int32_t dropBoth();
 
     /// Relaxed: who asks either holds a share or has excluded the death of the object by other
     /// means, so there is nothing to be ordered.
@@ -39,6 +46,47 @@ struct Referer
     /// Whether the object lives, or began its end, without ever having been owned.
     bool isUnowned() const { return strong.load(std::memory_order_relaxed) == 0; }
 };
+
+#if defined(__GNUC__)
+
+// The counters are neighbours, and neither leaves its range here, so that one addition changes both
+// for the price of one. The language knows no such thing, but the compilers and processors do.
+namespace Detail
+{
+using BothCounts [[gnu::may_alias]] = std::uint64_t;
+inline constexpr BothCounts kOneOfEach = 0x1'0000'0001;
+} // namespace Detail
+
+inline void Referer::takeBoth()
+{
+    auto* const both = reinterpret_cast<Detail::BothCounts*>(&strong);
+    __atomic_fetch_add(both, Detail::kOneOfEach, __ATOMIC_RELAXED);
+}
+
+inline std::int32_t Referer::dropBoth()
+{
+    auto* const both = reinterpret_cast<Detail::BothCounts*>(&strong);
+    const Detail::BothCounts before =
+        __atomic_fetch_sub(both, Detail::kOneOfEach, __ATOMIC_ACQ_REL);
+    return static_cast<std::int32_t>(std::endian::native == std::endian::little ? before
+                                                                                : before >> 32);
+}
+
+#else
+
+inline void Referer::takeBoth()
+{
+    weak.fetch_add(1, std::memory_order_relaxed);
+    strong.fetch_add(1, std::memory_order_relaxed);
+}
+
+inline std::int32_t Referer::dropBoth()
+{
+    weak.fetch_sub(1, std::memory_order_acq_rel);
+    return strong.fetch_sub(1, std::memory_order_acq_rel);
+}
+
+#endif
 
 inline constexpr std::int32_t kDead = -1;
 inline constexpr std::int32_t kExtremeUnction = 0x35000000; ///< so large that no handle gets to 1

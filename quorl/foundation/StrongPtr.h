@@ -14,42 +14,54 @@ template <class T, class B>
 class StrongPtr : public WeakPtrImpl<T, B>
 {
     using Weak = WeakPtrImpl<T, B>;
-    using Handle = DynPtr<T, B>;
+    using typename Weak::Bare;
 
 public:
     StrongPtr() = default;
-    StrongPtr(const StrongPtr& source) : Weak(source) { this->ref(); }
+    StrongPtr(const StrongPtr& source) : Weak(Bare{}, source) { this->refBoth(); }
+
+    /// Takes over both shares; the source becomes null.
+    StrongPtr(StrongPtr&& source) noexcept : Weak(Bare{}, std::move(source)) {}
 
     /// Locks a weak handle. If the object is dead, so is the new handle; it holds the block only.
-    StrongPtr(const Weak& source) : Weak(source) { this->ref(); }
+    StrongPtr(const Weak& source) : Weak(Bare{}, source) { this->refBoth(); }
 
     template <class S>
-    StrongPtr(const DynPtr<S, B>& source) : Weak(source)
+    StrongPtr(const DynPtr<S, B>& source) : Weak(Bare{}, source)
     {
-        this->ref();
+        this->refBoth();
     }
 
-    StrongPtr(const ReferenceBase<B>* object) : Weak(object) { this->ref(); }
+    StrongPtr(const ReferenceBase<B>* object) : Weak(Bare{}, object) { this->refBoth(); }
 
-    ~StrongPtr() { this->unref(); }
+    ~StrongPtr()
+    {
+        this->unrefBoth();
+        this->forget();
+    }
 
     StrongPtr& operator=(const StrongPtr& source) // NOLINT(bugprone-unhandled-self-assignment)
     {
-        this->template assign<Share>(source.referer);
+        this->template assign<Shares>(source.referer);
+        return *this;
+    }
+    StrongPtr& operator=(StrongPtr&& source) // NOLINT(performance-noexcept-move-constructor)
+    {
+        this->template assignFrom<Shares>(source);
         return *this;
     }
     template <class S>
     StrongPtr& operator=(const DynPtr<S, B>& source)
     {
-        this->template assign<Share>(source.referer);
+        this->template assign<Shares>(source.referer);
         return *this;
     }
 
 private:
-    struct Share
+    struct Shares
     {
-        static void take(const Handle& handle) { handle.ref(); }
-        static void drop(const Handle& handle) { handle.unref(); }
+        static void takeRest(const Weak& handle) { handle.ref(); }
+        static void drop(Weak& handle) { static_cast<StrongPtr&>(handle).unrefBoth(); }
     };
 };
 

@@ -2,6 +2,8 @@
 
 #include <quorl/foundation/DynPtr.h>
 
+#include <utility>
+
 namespace Tolmen
 {
 
@@ -16,16 +18,15 @@ public:
 
     WeakPtrImpl(const WeakPtrImpl& source)
     {
-        // Nothing is read from itself: what stood in the storage before its constructor is no
-        // handle, and this one becomes null.
-        if (this == &source)
-            reportSelfConstruction();
-        else
-        {
-            static_cast<Handle&>(*this) = source;
-            takeWeakShare();
-        }
+        copy(source);
+        takeWeakShare();
     }
+
+    /// Takes over the share; the source becomes null.
+    WeakPtrImpl(WeakPtrImpl&& source) noexcept { takeOver(source); }
+
+    /// A strong handle has more than a weak one can take over.
+    WeakPtrImpl(StrongPtr<T, B>&& source) : WeakPtrImpl(std::as_const(source)) {}
 
     /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
     /// but holds the block all the same.
@@ -51,6 +52,16 @@ public:
         assign(source.referer);
         return *this;
     }
+    WeakPtrImpl& operator=(WeakPtrImpl&& source) // NOLINT(performance-noexcept-move-constructor)
+    {
+        assignFrom(source);
+        return *this;
+    }
+    WeakPtrImpl& operator=(StrongPtr<T, B>&& source)
+    {
+        assign(source.referer);
+        return *this;
+    }
     template <class S>
     WeakPtrImpl& operator=(const DynPtr<S, B>& source)
     {
@@ -60,16 +71,51 @@ public:
 
 protected:
     /// What a strong handle does beyond a weak one, told by type to keep one copy of the order.
-    struct NoShare
+    struct WeakShare
     {
-        static void take(const Handle&) {}
-        static void drop(const Handle&) {}
+        static void takeRest(const WeakPtrImpl& /*handle*/) {}
+        static void drop(WeakPtrImpl& handle) { handle.wunref(); }
     };
 
-    template <class Share = NoShare>
+    /// For strong handles, which take and drop their shares themselves.
+    struct Bare
+    {
+    };
+    WeakPtrImpl(Bare, const WeakPtrImpl& source) { copy(source); }
+    WeakPtrImpl(Bare, WeakPtrImpl&& source) { takeOver(source); }
+    template <class S>
+    WeakPtrImpl(Bare, const DynPtr<S, B>& source)
+    {
+        adopt(source.referer);
+    }
+    WeakPtrImpl(Bare, const ReferenceBase<B>* object)
+    {
+        if (object != nullptr) adopt(object->self.referer);
+    }
+
+    template <class Share = WeakShare>
     void assign(Referer* next);
 
+    template <class Share = WeakShare>
+    void assignFrom(WeakPtrImpl& source);
+
 private:
+    /// Nothing is read from itself: what stood in the storage before its constructor is no handle,
+    /// and this one becomes null.
+    void copy(const WeakPtrImpl& source)
+    {
+        if (this == &source)
+            reportSelfConstruction();
+        else
+            static_cast<Handle&>(*this) = source;
+    }
+
+    void takeOver(WeakPtrImpl& source)
+    {
+        static_cast<Handle&>(*this) = source;
+        source.forget();
+    }
+
     void adopt(Referer* source)
     {
         this->referer = source;
@@ -105,11 +151,22 @@ void WeakPtrImpl<T, B>::assign(Referer* next)
     if (this->referer == next) return;
     if (next) next->weak.fetch_add(1, std::memory_order_relaxed);
     Share::drop(*this);
-    this->wunref();
     adopt(next);
     if (!next) return;
-    Share::take(*this);
+    Share::takeRest(*this);
     CheckRefConstruction(next->object);
+}
+
+/// The same for a source that nobody will use any more: its share is taken over.
+template <class T, class B>
+template <class Share>
+void WeakPtrImpl<T, B>::assignFrom(WeakPtrImpl& source)
+{
+    if (this->referer == source.referer) return;
+    Share::drop(*this);
+    adopt(source.referer);
+    source.forget();
+    if (this->referer) CheckRefConstruction(this->referer->object);
 }
 
 } // namespace Tolmen

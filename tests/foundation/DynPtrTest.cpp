@@ -90,7 +90,7 @@ TEST(DynPtr, DoesNotRefOrUnrefTheDeadNorUnrefTheUnowned)
 TEST(DynPtr, ClearsItsPointerWithTheLastShareOfABlock)
 {
     const auto blocks = Tolmen::RefererObjects;
-    auto* const block = new Tolmen::Referer;
+    Tolmen::Referer* const block = Tolmen::RefererPool::take();
     block->weak = 2;
     Tolmen::RefererObjects = blocks + 1;
     Tolmen::DynPtr<Root, Root> handle;

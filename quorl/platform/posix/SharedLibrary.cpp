@@ -1,5 +1,7 @@
 #include <quorl/platform/SharedLibrary.h>
 
+#include <quorl/foundation/CastCache.h>
+
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
@@ -164,6 +166,7 @@ SharedLibrary::~SharedLibrary()
 {
     if (!image_) return;
     ::dlclose(image_->handle);
+    theUnloadCount.fetch_add(1, std::memory_order_relaxed);
     if (--image_->owners > 0) return;
     Loaded& loaded = theLoaded();
     const auto present = loaded.images.find(path_);
