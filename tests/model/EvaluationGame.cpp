@@ -23,11 +23,6 @@ constexpr int kMostObjects = 6;
 constexpr int kMostInputs = 5;
 constexpr int kMostActs = 4;
 
-std::size_t at(int number)
-{
-    return static_cast<std::size_t>(number);
-}
-
 /// With a # for what stands between `before` and the next of `ends`, wherever it does.
 std::string masked(std::string text, const std::string& before, const char* ends)
 {
