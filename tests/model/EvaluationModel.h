@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tests/model/At.h>
+
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -161,8 +163,6 @@ public:
 
     /// Which member of a parameter an attachment shows; empty for the whole.
     static std::string memberOf(const Move& move) { return move.c % 4 == 1 ? "part" : ""; }
-
-    static std::size_t at(int number) { return static_cast<std::size_t>(number); }
 
     std::vector<Object> objects;
     std::vector<Parameter> parameters;

@@ -1,10 +1,11 @@
 #include <tests/model/EvaluationGame.h>
 
+#include <tests/model/Moves.h>
+
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <ostream>
-#include <string>
 #include <vector>
 
 /// The kernel's evaluation against the model of it, on networks and histories that are made up.
@@ -25,27 +26,22 @@ namespace
 {
 
 /// Requests and changes of values are more frequent than the rest.
-rc::Gen<Move> anyMove()
+std::vector<Move> anyHistory()
 {
     const auto kind = rc::gen::weightedOneOf<int>({{6, rc::gen::just<int>(Move::Request)},
                                                    {3, rc::gen::just<int>(Move::Touch)},
                                                    {4, rc::gen::just<int>(Move::Attach)},
                                                    {3, rc::gen::just<int>(Move::InUpdate)},
                                                    {8, rc::gen::inRange<int>(0, Move::kKinds)}});
-    return rc::gen::map(rc::gen::tuple(kind, rc::gen::inRange(0, 24), rc::gen::inRange(0, 24),
-                                       rc::gen::weightedOneOf<int>(
-                                           {{3, rc::gen::just(0)}, {1, rc::gen::inRange(0, 24)}})),
-                        [](const std::tuple<int, int, int, int>& numbers) {
-                            return Move{static_cast<Move::Kind>(std::get<0>(numbers)),
-                                        std::get<1>(numbers), std::get<2>(numbers),
-                                        std::get<3>(numbers)};
-                        });
+    const auto number = rc::gen::inRange(0, 24);
+    return anyMoves<Move>(kind, number, number,
+                          rc::gen::weightedOneOf<int>({{3, rc::gen::just(0)}, {1, number}}));
 }
 
 void playAndCompare(int verbosity)
 {
     const auto objects = *rc::gen::inRange(1, 5);
-    const auto moves = *rc::gen::container<std::vector<Move>>(anyMove());
+    const auto moves = anyHistory();
     Game game(objects, verbosity);
     if (!game.play(moves)) RC_FAIL(game.difference());
 }

@@ -1,3 +1,4 @@
+#include <tests/model/At.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
@@ -25,11 +26,6 @@ using Quorl::VRequest;
 
 constexpr int kMostObjects = 7;
 constexpr int kPools = 3;
-
-std::size_t at(int number)
-{
-    return static_cast<std::size_t>(number);
-}
 
 /// Each object has an output, which its update sets, a parameter of its own, and inputs that show
 /// outputs of others. Everything may have another value in each context.

@@ -2,6 +2,8 @@
 #include <quorl/values/ValueNotifier.h>
 #include <quorl/values/ValueNotifierList.h>
 #include <quorl/values/ValuePool.h>
+#include <tests/model/At.h>
+#include <tests/model/Moves.h>
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -35,7 +37,7 @@ constexpr int kObservers = 5;
 constexpr int kNone = -1;
 constexpr int kFuel = 30;
 
-struct Move
+struct Kinds
 {
     enum Kind : int
     {
@@ -53,20 +55,12 @@ struct Move
         Script,         ///< observer `b` does the next move whenever it is called
         kKinds,
     };
-    int kind;
-    int a;
-    int b;
-    int c;
+    static constexpr const char* kNames[] = {
+        "Subscribe",   "EndObserver", "Notify",  "Shadow",   "RemoveVariable", "RemoveShadows",
+        "CopyShadows", "EndPool",     "EndList", "Activate", "Visit",          "Script"};
 };
 
-std::ostream& operator<<(std::ostream& out, const Move& move)
-{
-    static const char* const names[] = {"Subscribe",      "EndObserver",   "Notify",      "Shadow",
-                                        "RemoveVariable", "RemoveShadows", "CopyShadows", "EndPool",
-                                        "EndList",        "Activate",      "Visit",       "Script"};
-    return out << "{" << names[move.kind] << ", " << move.a << ", " << move.b << ", " << move.c
-               << "}";
-}
+using Move = MoveOf<Kinds>;
 
 /// What an observer is told: its generation and number, the datum, the pool and the caller.
 using Told = std::tuple<int, int, int, int>;
@@ -121,8 +115,6 @@ public:
     }
 
 private:
-    static std::size_t at(int number) { return static_cast<std::size_t>(number); }
-
     class Observer final : public ValueNotifier
     {
     public:
@@ -452,13 +444,7 @@ RC_GTEST_PROP(NotificationModel, TellsWhomListsTell, ())
                                                    {2, rc::gen::just<int>(Move::Script)},
                                                    {4, rc::gen::inRange<int>(0, Move::kKinds)}});
     const auto number = rc::gen::inRange(0, 20);
-    const auto moves = *rc::gen::container<std::vector<Move>>(
-        rc::gen::map(rc::gen::tuple(kind, number, number, number),
-                     [](const std::tuple<int, int, int, int>& numbers) {
-                         return Move{std::get<0>(numbers), std::get<1>(numbers),
-                                     std::get<2>(numbers), std::get<3>(numbers)};
-                     }));
-    Game().play(moves);
+    Game().play(anyMoves<Move>(kind, number, number, number));
 }
 
 } // namespace

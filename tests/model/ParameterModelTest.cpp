@@ -1,3 +1,4 @@
+#include <tests/model/At.h>
 #include <tests/support/Node.h>
 #include <tests/support/Observer.h>
 
@@ -263,8 +264,6 @@ private:
     {
         return pool == kNoPool ? RefPtr<ValuePool>() : pools_[at(pool)];
     }
-
-    static std::size_t at(int number) { return static_cast<std::size_t>(number); }
 
     std::mt19937 random_;
     long long clock_ = Ageable::GlobalTime.stamp();

@@ -1,4 +1,6 @@
 #include <quorl/registry/VManagedDomainObject.h>
+#include <tests/model/At.h>
+#include <tests/model/Moves.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/EmptyDomain.h>
 
@@ -28,7 +30,7 @@ class Member final : public Quorl::VManagedDomainObject<Member>
 {
 public:
     Member(const std::string& wantedName, int givenPriority, std::vector<bool>& ended, int number)
-        : ended_(ended), number_(static_cast<std::size_t>(number))
+        : ended_(ended), number_(at(number))
     {
         insert(wantedName, givenPriority);
     }
@@ -39,7 +41,7 @@ private:
     const std::size_t number_;
 };
 
-struct Move
+struct Kinds
 {
     enum Kind : int
     {
@@ -53,19 +55,11 @@ struct Move
         Visit,       ///< a range of priorities, for some objects
         kKinds,
     };
-    int kind;
-    int a;
-    int b;
-    int c;
+    static constexpr const char* kNames[] = {"Insert",  "Release",     "Remove", "RemoveName",
+                                             "Destroy", "SetPriority", "Unload", "Visit"};
 };
 
-std::ostream& operator<<(std::ostream& out, const Move& move)
-{
-    static const char* const names[] = {"Insert",  "Release",     "Remove", "RemoveName",
-                                        "Destroy", "SetPriority", "Unload", "Visit"};
-    return out << "{" << names[move.kind] << ", " << move.a << ", " << move.b << ", " << move.c
-               << "}";
-}
+using Move = MoveOf<Kinds>;
 
 struct Entry
 {
@@ -164,8 +158,6 @@ public:
         settle(number);
     }
 
-    static std::size_t at(int number) { return static_cast<std::size_t>(number); }
-
     std::map<std::string, Entry> entries;
     std::vector<std::pair<int, std::string>> priorities; // ascending, equal ones as they came
     std::vector<Object> objects;
@@ -215,7 +207,7 @@ private:
     int someObject(int number) const { return number % static_cast<int>(objects_.size()); }
     const VManagedObject* pointerOf(int number) const
     {
-        return number == kNobody ? nullptr : pointers_[Model::at(number)];
+        return number == kNobody ? nullptr : pointers_[at(number)];
     }
 
     void perform(const Move& move)
@@ -226,20 +218,19 @@ private:
         {
             case Move::Insert: insert(name, move.a, module); return;
             case Move::RemoveName:
-                removeName(move.c % 2 == 0 ? name
-                                           : model_.objects[Model::at(someObject(move.a))].name);
+                removeName(move.c % 2 == 0 ? name : model_.objects[at(someObject(move.a))].name);
                 return;
             case Move::Unload: unload(module); return;
             case Move::Visit: visit(move.a - 6, move.b - 6, move.c); return;
             default: break;
         }
         const int number = someObject(move.a);
-        if (model_.objects[Model::at(number)].isEnded) return;
-        WeakPtr<VManagedObject> object = objects_[Model::at(number)];
+        if (model_.objects[at(number)].isEnded) return;
+        WeakPtr<VManagedObject> object = objects_[at(number)];
         switch (move.kind)
         {
             case Move::Release:
-                held_[Model::at(number)] = RefPtr<VManagedObject>();
+                held_[at(number)] = RefPtr<VManagedObject>();
                 model_.release(number);
                 break;
             case Move::Remove: remove(number); break;
@@ -267,17 +258,16 @@ private:
 
     void remove(int number)
     {
-        const WeakPtr<VManagedObject> object = objects_[Model::at(number)];
+        const WeakPtr<VManagedObject> object = objects_[at(number)];
         const bool hadDomain = object->domainMap != nullptr;
-        RC_ASSERT(hadDomain == model_.objects[Model::at(number)].hasDomain);
+        RC_ASSERT(hadDomain == model_.objects[at(number)].hasDomain);
         bool answer = false;
         const std::string said = outputOf([&] { answer = object->VManagedObject::remove(); });
         const bool expected = model_.remove(number);
         RC_ASSERT(answer == expected);
-        RC_ASSERT(said ==
-                  (hadDomain && !expected
-                       ? "Could not find " + model_.objects[Model::at(number)].name + "...\n"
-                       : ""));
+        RC_ASSERT(said == (hadDomain && !expected
+                               ? "Could not find " + model_.objects[at(number)].name + "...\n"
+                               : ""));
     }
 
     void removeName(const std::string& name)
@@ -388,13 +378,7 @@ RC_GTEST_PROP(RegistryModel, KeepsWhatATableKeeps, ())
     const auto kind = rc::gen::weightedOneOf<int>(
         {{4, rc::gen::just<int>(Move::Insert)}, {6, rc::gen::inRange<int>(0, Move::kKinds)}});
     const auto number = rc::gen::inRange(0, 13);
-    const auto moves = *rc::gen::container<std::vector<Move>>(
-        rc::gen::map(rc::gen::tuple(kind, number, number, rc::gen::inRange(0, 4)),
-                     [](const std::tuple<int, int, int, int>& numbers) {
-                         return Move{std::get<0>(numbers), std::get<1>(numbers),
-                                     std::get<2>(numbers), std::get<3>(numbers)};
-                     }));
-    Game().play(moves);
+    Game().play(anyMoves<Move>(kind, number, number, rc::gen::inRange(0, 4)));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include <quorl/services/VUndoStack.h>
+#include <tests/model/Moves.h>
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -7,7 +8,6 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <tuple>
 #include <vector>
 
 /// Stacks of undo actions, and the global one, against plain queues.
@@ -31,26 +31,20 @@ enum Outcome : int
     kThrows,
 };
 
-struct Move
+struct Kinds
 {
     enum Kind : int
     {
-        Add,
-        Undo,
-        Cut,
-        End,
+        Add,  ///< to stack `a` an action with the outcome `b`
+        Undo, ///< the newest action of stack `a`
+        Cut,  ///< stack `a` to one less than `b`
+        End,  ///< stack `a`; a new one takes its place
         kKinds,
     };
-    int kind;
-    int stack;
-    int number; ///< the outcome of an action, or a size
+    static constexpr const char* kNames[] = {"Add", "Undo", "Cut", "End"};
 };
 
-std::ostream& operator<<(std::ostream& out, const Move& move)
-{
-    static const char* const names[] = {"Add", "Undo", "Cut", "End"};
-    return out << "{" << names[move.kind] << ", " << move.stack << ", " << move.number << "}";
-}
+using Move = MoveOf<Kinds>;
 
 /// An entry of a queue: an action, or the redirection to a stack of a generation.
 struct Entry
@@ -111,10 +105,10 @@ private:
     {
         switch (move.kind)
         {
-            case Move::Add: add(move.stack, move.number % 3); break;
-            case Move::Undo: undo(move.stack); break;
-            case Move::Cut: cut(move.stack, move.number - 1); break;
-            default: end(move.stack); break;
+            case Move::Add: add(move.a, move.b % 3); break;
+            case Move::Undo: undo(move.a); break;
+            case Move::Cut: cut(move.a, move.b - 1); break;
+            default: end(move.a); break;
         }
     }
 
@@ -190,12 +184,8 @@ RC_GTEST_PROP(UndoModel, TakesBackWhatQueuesTell, ())
     const auto kind = rc::gen::weightedOneOf<int>({{5, rc::gen::just<int>(Move::Add)},
                                                    {3, rc::gen::just<int>(Move::Undo)},
                                                    {1, rc::gen::inRange<int>(0, Move::kKinds)}});
-    const auto moves = *rc::gen::container<std::vector<Move>>(rc::gen::map(
-        rc::gen::tuple(kind, rc::gen::inRange(0, kStacks + 1), rc::gen::inRange(0, 12)),
-        [](const std::tuple<int, int, int>& numbers) {
-            return Move{std::get<0>(numbers), std::get<1>(numbers), std::get<2>(numbers)};
-        }));
-    Game().play(moves);
+    Game().play(anyMoves<Move>(kind, rc::gen::inRange(0, kStacks + 1), rc::gen::inRange(0, 12),
+                               rc::gen::just(0)));
 }
 
 } // namespace

@@ -57,6 +57,21 @@ struct Attach : testing::Test
 using VSlotContainerAttachParameter = Attach;
 using VSlotContainerAttach = Attach;
 
+TEST(VSlotContainer, HasATextForEachCodeOfAnAttachment)
+{
+    const auto message = &VSlotContainer::AttachErrorCodeMessage;
+    EXPECT_EQ(message(0), "Attachment ok");
+    EXPECT_EQ(message(1), "Attachment not allowed");
+    EXPECT_EQ(message(2), "Attachment done to output parameter");
+    EXPECT_EQ(message(-1), "Attachment not possible because source parameter not found");
+    EXPECT_EQ(message(-2), "Attachment not possible because invalid (null) destination parameter");
+    EXPECT_EQ(message(-3), "Attachment not possible because invalid (null) source parameter");
+    EXPECT_EQ(message(-4), "Attachment not possible because destination parameter not found");
+    EXPECT_EQ(message(-5), "Attachment not possible because incompatible parameter types");
+    EXPECT_EQ(message(3), "");
+    EXPECT_EQ(message(-6), "");
+}
+
 TEST_F(VSlotContainerAttachParameter, StampsTheSlotTheOutputAndThenTheOwner)
 {
     EXPECT_EQ(ticksOf([&] { EXPECT_TRUE(VSlotContainer::attachParameter(output, slot, "")); }), 3);

@@ -6,7 +6,7 @@
 #include <quorl/values/VValue.h>
 #include <quorl/values/ValueActionBase.h>
 #include <quorl/values/ValuePool.h>
-#include <tests/support/Observer.h>
+#include <tests/values/ValueTestTypes.h>
 
 #include <gtest/gtest.h>
 
@@ -15,13 +15,9 @@ namespace Quorl
 namespace
 {
 
+using QuorlTest::makeNumber;
 using QuorlTest::makeObserver;
 using QuorlTest::Observer;
-
-RefPtr<VValueBase> make(int datum)
-{
-    return RefPtr<VValueBase>(new VValue<int>(datum));
-}
 
 RefPtr<ValueNotifierList> makeList()
 {
@@ -46,7 +42,7 @@ TEST(ValueNotifierList, CallsNobodyForAChangeThatItSetOffItself)
     const auto observer = makeObserver();
     list->addNotifier(observer);
 
-    notifyAll(*list, make(1), list.rawptr());
+    notifyAll(*list, makeNumber(1), list.rawptr());
 
     EXPECT_TRUE(observer->calls.empty());
 }
@@ -58,8 +54,8 @@ TEST(ValueNotifierList, NamesItselfAsCallerWhereNoneIsGiven)
     const auto observer = makeObserver();
     list->addNotifier(observer);
 
-    notifyAll(*list, make(1));
-    notifyAll(*list, make(2), other.rawptr());
+    notifyAll(*list, makeNumber(1));
+    notifyAll(*list, makeNumber(2), other.rawptr());
 
     ASSERT_EQ(observer->calls.size(), 2U);
     EXPECT_EQ(observer->calls[0].caller, list.rawptr());
@@ -74,7 +70,7 @@ TEST(ValueNotifierList, HandsItsArgumentsOnAsTheyAre)
     const auto pool = makePool();
     const ValueMap changes;
 
-    list->notify(make(7), pool, WeakPtr<ValueNotifier>(), nullptr, &changes);
+    list->notify(makeNumber(7), pool, WeakPtr<ValueNotifier>(), nullptr, &changes);
 
     EXPECT_EQ(observer->calls.at(0).text, "7");
     EXPECT_EQ(observer->calls.at(0).pool, pool);
@@ -93,7 +89,7 @@ TEST(ValueNotifierList, SkipsTheSourceOfAChangeAndCallsTheOthersInOrderOfAdditio
         list->addNotifier(observers.back());
     }
 
-    notifyAll(*list, make(1), nullptr, observers[1]);
+    notifyAll(*list, makeNumber(1), nullptr, observers[1]);
 
     EXPECT_EQ(order, "ac");
 }
@@ -105,7 +101,7 @@ TEST(ValueNotifierList, CallsAnObserverAsOftenAsItWasAdded)
     list->addNotifier(observer);
     list->addNotifier(observer);
 
-    notifyAll(*list, make(1));
+    notifyAll(*list, makeNumber(1));
 
     EXPECT_EQ(observer->calls.size(), 2U);
 }
@@ -122,7 +118,7 @@ TEST(ValueNotifierList, PassesOverObserversThatHaveEnded)
     }
     list->addNotifier(last);
 
-    notifyAll(*list, make(1));
+    notifyAll(*list, makeNumber(1));
 
     EXPECT_EQ(last->calls.size(), 1U);
     EXPECT_FALSE(list->addNotifier(dead));
@@ -140,7 +136,7 @@ TEST(ValueNotifierList, TellsAnObserverThatIsAddedMeanwhileInTheSameWalk)
     first->whenCalled = [&] { list->addNotifier(late); };
     list->addNotifier(first);
 
-    notifyAll(*list, make(1));
+    notifyAll(*list, makeNumber(1));
 
     EXPECT_EQ(late->calls.size(), 1U);
 }
@@ -154,7 +150,7 @@ TEST(ValueNotifierList, GoesOnWhenAnObserverEndsAnotherInItsCall)
     first->whenCalled = [&] { second = RefPtr<Observer>(); };
     for (const auto& observer : {first, second, third}) list->addNotifier(observer);
 
-    notifyAll(*list, make(1));
+    notifyAll(*list, makeNumber(1));
 
     EXPECT_FALSE(second);
     EXPECT_EQ(third->calls.size(), 1U);
@@ -169,7 +165,7 @@ TEST(ValueNotifierList, SurvivesItsOwnEndInTheCallOfAnObserver)
     list->addNotifier(first);
     list->addNotifier(second);
 
-    notifyAll(*list, make(1));
+    notifyAll(*list, makeNumber(1));
 
     EXPECT_FALSE(list);
     EXPECT_EQ(second->calls.size(), 1U);
@@ -217,7 +213,7 @@ TEST(ValueNotifierListShadows, LoseTheirVariablesButStayNoted)
     };
     const auto list = makeList();
     const auto pool = makePool();
-    pool->createVariable(list, make(1));
+    pool->createVariable(list, makeNumber(1));
     Count count;
     EXPECT_TRUE(list->addShadow(pool));
     EXPECT_EQ(list->iterateShadows(count), 1);
@@ -227,7 +223,7 @@ TEST(ValueNotifierListShadows, LoseTheirVariablesButStayNoted)
     EXPECT_EQ(list->iterateShadows(count), 0);
 
     EXPECT_TRUE(list->addShadow(pool));
-    pool->createVariable(list, make(2));
+    pool->createVariable(list, makeNumber(2));
     EXPECT_EQ(list->iterateShadows(count), 1) << "noted once, not twice";
 }
 
@@ -245,7 +241,7 @@ TEST(ValueNotifierListShadows, AreVisitedWhereBothPoolAndVariableAreAlive)
     const auto list = makeList();
     const auto empty = makePool();
     const auto full = makePool();
-    full->createVariable(list, make(5));
+    full->createVariable(list, makeNumber(5));
     list->addShadow(makePool()); // dead at once
     list->addShadow(empty);
     list->addShadow(full);
@@ -260,7 +256,7 @@ TEST(ValueNotifierListShadows, AreCopiedWithThePresentClockAsAge)
     const auto source = makeList();
     const auto target = makeList();
     const auto pool = makePool();
-    pool->createVariable(source, make(3));
+    pool->createVariable(source, makeNumber(3));
     source->addShadow(pool);
     source->addShadow(makePool());
     Ageable().touch();
@@ -293,7 +289,7 @@ TEST(ValueNotifierListShadows, AreNotCopiedWhereAVariableHasNoCopy)
 
     EXPECT_EQ(target->copyShadows(source), 0);
     EXPECT_EQ(pool->findVariable(target).referer, nullptr);
-    pool->createVariable(target, make(1));
+    pool->createVariable(target, makeNumber(1));
     Count count;
     EXPECT_EQ(target->iterateShadows(count), 0) << "the pool is not noted";
 }
@@ -370,7 +366,7 @@ TEST(ValueActionBase, GetsTheArgumentsOfANotificationAsTheyAre)
     const ValueMap changes;
     list->addNotifier(action);
 
-    list->notify(make(4), pool, WeakPtr<ValueNotifier>(), nullptr, &changes);
+    list->notify(makeNumber(4), pool, WeakPtr<ValueNotifier>(), nullptr, &changes);
 
     EXPECT_EQ(action->gotten, "4");
     EXPECT_EQ(action->gottenPool, pool);
@@ -408,7 +404,7 @@ TEST(ValueNotifierList, SurvivesItsOwnEndInTheCallOfAVisitor)
     for (const auto& each : {pool, other})
     {
         end.list->addShadow(each);
-        each->createVariable(end.list, make(1));
+        each->createVariable(end.list, makeNumber(1));
     }
     EXPECT_EQ(end.list->iterateShadows(end), 2);
     EXPECT_FALSE(end.list);

@@ -1,0 +1,57 @@
+#include <quorl/slots/VSlotSet.h>
+
+#include <tests/slots/ContainerTestTypes.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace Quorl
+{
+namespace
+{
+
+using QuorlTest::makeSlot;
+using QuorlTest::Network;
+using QuorlTest::SlotVisit;
+
+TEST(VSlotSet, HoldsOneSlotOfEachName)
+{
+    Network network;
+    const auto object = network.node("object");
+    const auto first = makeSlot(object.rawptr(), "x");
+    const auto second = makeSlot(object.rawptr(), "x");
+    VSlotSet slots;
+
+    EXPECT_EQ(slots.insertSlot(first, false), first);
+    EXPECT_FALSE(slots.insertSlot(second, false));
+    EXPECT_FALSE(slots.insertSlot({}, true));
+    EXPECT_TRUE(slots.contains(first));
+    EXPECT_FALSE(slots.contains(second));
+    EXPECT_EQ(slots.insertSlot(second, true), second);
+    EXPECT_EQ(slots.insertSlot(*slots.begin(), true), second) << "by itself";
+    EXPECT_EQ(slots.findByName("x"), second);
+    EXPECT_EQ(slots.findFirstParameter(second->Parameter), second);
+    EXPECT_FALSE(slots.findFirstParameter(first->Parameter));
+    EXPECT_TRUE(slots.removeSlot("x"));
+    EXPECT_FALSE(slots.removeSlot("x"));
+    EXPECT_FALSE(slots.findByName("x"));
+}
+
+TEST(VSlotSet, VisitsItsSlotsByNameWithTheLevelGiven)
+{
+    Network network;
+    const auto object = network.node("object");
+    VSlotSet slots;
+    for (const char* name : {"b", "a", "c"})
+        slots.insertSlot(makeSlot(object.rawptr(), name), false);
+    SlotVisit all;
+    SlotVisit stopped("b");
+
+    EXPECT_EQ(slots.iterate(7, all), 3);
+    EXPECT_EQ(all.seen, (std::vector<string>{"a7", "b7", "c7"}));
+    EXPECT_EQ(slots.iterate(7, stopped), 1);
+}
+
+} // namespace
+} // namespace Quorl
