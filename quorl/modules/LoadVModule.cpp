@@ -1,4 +1,5 @@
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/ApiWord.h>
 #include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/LoadFailure.h>
 #include <quorl/modules/VInitialization.h>
@@ -14,8 +15,6 @@ namespace Quorl
 {
 namespace
 {
-
-constexpr const char* kInitPrefix = "ZELM_API_2017_AUG_07__";
 
 /// The file name behind the last separator, up to its last dot.
 string stemOf(const string& path)
@@ -74,7 +73,7 @@ bool runInitRoutine(InitRoutine routine, const string& stem)
 bool initialise(RefPtr<VModule>& module)
 {
     const string stem = stemOf(module->path);
-    const string name = kInitPrefix + stem;
+    const string name = ZELM_INIT_PREFIX + stem;
     const auto routine = reinterpret_cast<InitRoutine>(module->getFunction(name));
     if (!routine) return missInitRoutine(module, name);
     if (runInitRoutine(routine, stem)) return true;
