@@ -116,209 +116,45 @@ struct VValueTrait;
 namespace Tolmen
 {
 
-template <>
-struct HandleRoot<Quorl::VManagedObjectBase> : IsHandleRoot<Quorl::VManagedObjectBase>
+template <class T>
+    requires OneOf<T, Quorl::ApplicationQuitter, Quorl::DownloadHandler, Quorl::Task,
+                   Quorl::TypedSlotCreator, Quorl::VAcceptInfo, Quorl::VAcceptList,
+                   Quorl::VActionNotifier, Quorl::ValueNotifier, Quorl::ValueNotifierList,
+                   Quorl::ValuePool, Quorl::ValuePoolCreator, Quorl::ValuePoolProvider,
+                   Quorl::ValueSet, Quorl::VConnectionValidator, Quorl::VCreatorBaseInfo,
+                   Quorl::VCreatorMap, Quorl::VLogger, Quorl::VManagedObjectBase, Quorl::VModule,
+                   Quorl::VParameterConnectionConstraint, Quorl::VScriptFunctor,
+                   Quorl::VScriptParameters, Quorl::VScriptTypedValue, Quorl::VScriptValue,
+                   Quorl::VSlot, Quorl::VTaskMessage, Quorl::VUndoAction, Quorl::VValueBase,
+                   Quorl::VValueCreator, Quorl::ZelmSaver>
+struct HandleRoot<T> : IsHandleRoot<T>
 {
 };
-template <>
-struct HandleRoot<Quorl::VManagedObject> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VInputCreatorBase> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VCreatorBase> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VThreadCreator> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VLoader> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VSlotContainer> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VConnectable> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VSkale> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VObject> : IsHandleRoot<Quorl::VManagedObjectBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValueNotifierList> : IsHandleRoot<Quorl::ValueNotifierList>
+template <class T>
+    requires OneOf<T, Quorl::VManagedObject, Quorl::VInputCreatorBase, Quorl::VCreatorBase,
+                   Quorl::VThreadCreator, Quorl::VLoader, Quorl::VSlotContainer,
+                   Quorl::VConnectable, Quorl::VSkale, Quorl::VObject>
+struct HandleRoot<T> : IsHandleRoot<Quorl::VManagedObjectBase>
 {
 };
 template <>
 struct HandleRoot<Quorl::VParameter> : IsHandleRoot<Quorl::ValueNotifierList>
 {
 };
-template <>
-struct HandleRoot<Quorl::ValueNotifier> : IsHandleRoot<Quorl::ValueNotifier>
+template <class T>
+    requires OneOf<T, Quorl::ValueActionBase, Quorl::VInputBase, Quorl::VTask>
+struct HandleRoot<T> : IsHandleRoot<Quorl::ValueNotifier>
 {
 };
-template <>
-struct HandleRoot<Quorl::ValueActionBase> : IsHandleRoot<Quorl::ValueNotifier>
-{
-};
-template <>
-struct HandleRoot<Quorl::VInputBase> : IsHandleRoot<Quorl::ValueNotifier>
-{
-};
-template <>
-struct HandleRoot<Quorl::VTask> : IsHandleRoot<Quorl::ValueNotifier>
-{
-};
-template <>
-struct HandleRoot<Quorl::VValueBase> : IsHandleRoot<Quorl::VValueBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VUndoStack> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValueCache> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VLoaderInfo> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VModuleHold> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VObjectUserInfo> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VCreationPreferences> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VParameterObjectCreator> : IsHandleRoot<Tolmen::InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<Quorl::VUndoAction> : IsHandleRoot<Quorl::VUndoAction>
-{
-};
-template <>
-struct HandleRoot<Quorl::VConnectionValidator> : IsHandleRoot<Quorl::VConnectionValidator>
+template <class T>
+    requires OneOf<T, Quorl::VUndoStack, Quorl::ValueCache, Quorl::VLoaderInfo, Quorl::VModuleHold,
+                   Quorl::VObjectUserInfo, Quorl::VCreationPreferences,
+                   Quorl::VParameterObjectCreator>
+struct HandleRoot<T> : IsHandleRoot<InterfaceBase>
 {
 };
 template <>
 struct HandleRoot<Quorl::VDataFlowGraph> : IsHandleRoot<Quorl::VConnectionValidator>
-{
-};
-template <>
-struct HandleRoot<Quorl::VValueCreator> : IsHandleRoot<Quorl::VValueCreator>
-{
-};
-template <>
-struct HandleRoot<Quorl::VScriptFunctor> : IsHandleRoot<Quorl::VScriptFunctor>
-{
-};
-template <>
-struct HandleRoot<Quorl::ApplicationQuitter> : IsHandleRoot<Quorl::ApplicationQuitter>
-{
-};
-template <>
-struct HandleRoot<Quorl::DownloadHandler> : IsHandleRoot<Quorl::DownloadHandler>
-{
-};
-template <>
-struct HandleRoot<Quorl::Task> : IsHandleRoot<Quorl::Task>
-{
-};
-template <>
-struct HandleRoot<Quorl::TypedSlotCreator> : IsHandleRoot<Quorl::TypedSlotCreator>
-{
-};
-template <>
-struct HandleRoot<Quorl::VAcceptInfo> : IsHandleRoot<Quorl::VAcceptInfo>
-{
-};
-template <>
-struct HandleRoot<Quorl::VAcceptList> : IsHandleRoot<Quorl::VAcceptList>
-{
-};
-template <>
-struct HandleRoot<Quorl::VActionNotifier> : IsHandleRoot<Quorl::VActionNotifier>
-{
-};
-template <>
-struct HandleRoot<Quorl::VCreatorBaseInfo> : IsHandleRoot<Quorl::VCreatorBaseInfo>
-{
-};
-template <>
-struct HandleRoot<Quorl::VCreatorMap> : IsHandleRoot<Quorl::VCreatorMap>
-{
-};
-template <>
-struct HandleRoot<Quorl::VLogger> : IsHandleRoot<Quorl::VLogger>
-{
-};
-template <>
-struct HandleRoot<Quorl::VModule> : IsHandleRoot<Quorl::VModule>
-{
-};
-template <>
-struct HandleRoot<Quorl::VParameterConnectionConstraint>
-    : IsHandleRoot<Quorl::VParameterConnectionConstraint>
-{
-};
-template <>
-struct HandleRoot<Quorl::VScriptParameters> : IsHandleRoot<Quorl::VScriptParameters>
-{
-};
-template <>
-struct HandleRoot<Quorl::VScriptTypedValue> : IsHandleRoot<Quorl::VScriptTypedValue>
-{
-};
-template <>
-struct HandleRoot<Quorl::VScriptValue> : IsHandleRoot<Quorl::VScriptValue>
-{
-};
-template <>
-struct HandleRoot<Quorl::VSlot> : IsHandleRoot<Quorl::VSlot>
-{
-};
-template <>
-struct HandleRoot<Quorl::VTaskMessage> : IsHandleRoot<Quorl::VTaskMessage>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValuePool> : IsHandleRoot<Quorl::ValuePool>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValuePoolCreator> : IsHandleRoot<Quorl::ValuePoolCreator>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValuePoolProvider> : IsHandleRoot<Quorl::ValuePoolProvider>
-{
-};
-template <>
-struct HandleRoot<Quorl::ValueSet> : IsHandleRoot<Quorl::ValueSet>
-{
-};
-template <>
-struct HandleRoot<Quorl::ZelmSaver> : IsHandleRoot<Quorl::ZelmSaver>
 {
 };
 template <class T>

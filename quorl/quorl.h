@@ -49,6 +49,7 @@
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
 #include <quorl/kit/ValueTraits.h>
+#include <quorl/modules/ApiWord.h>
 #include <quorl/modules/DownloadHandler.h>
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VInitialization.h>

@@ -1,13 +1,10 @@
+#include <tests/support/FileBytes.h>
+#include <tests/support/ProgramFixture.h>
 #include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace Geoid
@@ -15,30 +12,17 @@ namespace Geoid
 namespace
 {
 
+using QuorlTest::bytesOf;
+using QuorlTest::writeBytes;
+
 const std::filesystem::path kRealGrid = "/usr/share/proj/egm96_15.gtx";
 
-std::string contentsOf(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void write(const std::filesystem::path& path, const std::string& bytes)
-{
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-struct Program : testing::Test
+struct GeoidProgram : QuorlTest::ProgramFixture
 {
     /// Runs the program with these words of a command line.
     void run(const std::string& arguments)
     {
-        const std::string command = std::string(GEOID_PROGRAM) + " " + arguments + " >" +
-                                    (notes / "out").string() + " 2>" + (notes / "err").string();
-        const int answer = std::system(command.c_str());
-        status = WIFEXITED(answer) ? WEXITSTATUS(answer) : -1;
-        out = contentsOf(notes / "out");
-        err = contentsOf(notes / "err");
+        runCommand(std::string(GEOID_PROGRAM) + " " + arguments);
     }
 
     /// Runs it on a grid and expects one clear line, and nothing written.
@@ -54,13 +38,8 @@ struct Program : testing::Test
 
     QuorlTest::TemporaryFolder folder;
     QuorlTest::TemporaryFolder notes;
-    std::string grid = contentsOf(kRealGrid);
-    int status = -1;
-    std::string out;
-    std::string err;
+    std::string grid = bytesOf(kRealGrid);
 };
-
-using GeoidProgram = Program;
 
 TEST_F(GeoidProgram, DrawsBothPicturesAndItsFactsHold)
 {
@@ -72,18 +51,18 @@ TEST_F(GeoidProgram, DrawsBothPicturesAndItsFactsHold)
     EXPECT_EQ(out.find("BROKEN"), std::string::npos);
     EXPECT_EQ(folder.count(), 2U);
     for (const char* name : {"world.png", "india.png"})
-        EXPECT_EQ(contentsOf(folder / name).substr(1, 3), "PNG") << name;
+        EXPECT_EQ(bytesOf(folder / name).substr(1, 3), "PNG") << name;
 }
 
 TEST_F(GeoidProgram, DrawsTheSamePicturesEachTime)
 {
     run("--width 160 --output " + folder.path().string());
-    const std::string world = contentsOf(folder / "world.png");
-    const std::string india = contentsOf(folder / "india.png");
+    const std::string world = bytesOf(folder / "world.png");
+    const std::string india = bytesOf(folder / "india.png");
     run("--width 160 --output " + folder.path().string());
 
-    EXPECT_EQ(contentsOf(folder / "world.png"), world);
-    EXPECT_EQ(contentsOf(folder / "india.png"), india);
+    EXPECT_EQ(bytesOf(folder / "world.png"), world);
+    EXPECT_EQ(bytesOf(folder / "india.png"), india);
     EXPECT_EQ(folder.count(), 2U);
 }
 
@@ -99,9 +78,9 @@ TEST_F(GeoidProgram, ComplainsOfInputThatIsNoGrid)
 {
     expectComplaint(notes / "missing.gtx", "missing.gtx");
     expectComplaint(notes.path(), "directory");
-    write(notes / "short.gtx", grid.substr(0, 1000));
+    writeBytes(notes / "short.gtx", grid.substr(0, 1000));
     expectComplaint(notes / "short.gtx", "short.gtx");
-    write(notes / "empty.gtx", "");
+    writeBytes(notes / "empty.gtx", "");
     expectComplaint(notes / "empty.gtx", "empty.gtx");
 }
 
@@ -109,7 +88,7 @@ TEST_F(GeoidProgram, ComplainsOfAHeaderWithAbsurdCounts)
 {
     std::string bytes = grid;
     bytes.replace(32, 8, "\x7F\xFF\xFF\xFF\x7F\xFF\xFF\xFF");
-    write(notes / "absurd.gtx", bytes);
+    writeBytes(notes / "absurd.gtx", bytes);
 
     expectComplaint(notes / "absurd.gtx", "absurd.gtx");
 }
@@ -118,7 +97,7 @@ TEST_F(GeoidProgram, ComplainsOfHeightsThatAreNoNumbers)
 {
     std::string bytes = grid;
     bytes.replace(40 + 4 * 5000, 4, "\x7F\xC0\x01\x02");
-    write(notes / "nan.gtx", bytes);
+    writeBytes(notes / "nan.gtx", bytes);
 
     expectComplaint(notes / "nan.gtx", "nan.gtx");
 }
@@ -132,7 +111,7 @@ TEST_F(GeoidProgram, ComplainsOfAnOutputThatCannotBeWritten)
         EXPECT_EQ(err.find('\n'), err.size() - 1) << err;
     };
     complainsOf(folder / "missing");
-    write(notes / "file", "x");
+    writeBytes(notes / "file", "x");
     complainsOf(notes / "file");
     std::filesystem::create_directory(folder / "india.png");
     complainsOf(folder.path());
@@ -147,14 +126,14 @@ TEST_F(GeoidProgram, OpensFewerModulesOnceItHasACache)
     run(arguments);
     EXPECT_EQ(status, 0);
     EXPECT_NE(out.find("\nModules: 5 files, of which 5 were opened.\n"), std::string::npos) << out;
-    const std::string cache = contentsOf(notes / "cache");
+    const std::string cache = bytesOf(notes / "cache");
     run(arguments);
     EXPECT_EQ(status, 0);
     EXPECT_NE(out.find("\nModules: 5 files, of which 2 were opened.\n"), std::string::npos) << out;
     EXPECT_NE(out.find("All facts hold.\n"), std::string::npos);
-    EXPECT_EQ(contentsOf(notes / "cache"), cache) << "it still covers all modules";
+    EXPECT_EQ(bytesOf(notes / "cache"), cache) << "it still covers all modules";
 
-    write(notes / "cache", cache.substr(0, cache.size() / 2));
+    writeBytes(notes / "cache", cache.substr(0, cache.size() / 2));
     run(arguments);
     EXPECT_EQ(status, 0);
     EXPECT_NE(out.find("All facts hold.\n"), std::string::npos) << "a cache that is cut";

@@ -1,14 +1,11 @@
+#include <tests/support/FileBytes.h>
+#include <tests/support/ProgramFixture.h>
 #include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 /// The program with threads, with none allowed, and without the module that brings them in.
@@ -18,27 +15,16 @@ namespace
 using testing::HasSubstr;
 using testing::Not;
 
-std::string contentsOf(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-struct ShoreProgram : testing::Test
+struct ShoreProgram : QuorlTest::ProgramFixture
 {
     /// \return the picture.
     std::string draw(const std::string& environment, const std::string& arguments)
     {
         const std::filesystem::path picture = folder / "shore.png";
         std::filesystem::remove(picture);
-        const std::string command = environment + " " + SHORE_PROGRAM + " --output " +
-                                    picture.string() + " " + arguments + " >" +
-                                    (folder / "out").string() + " 2>" + (folder / "err").string();
-        const int answer = std::system(command.c_str());
-        status = WIFEXITED(answer) ? WEXITSTATUS(answer) : -1;
-        out = contentsOf(folder / "out");
-        err = contentsOf(folder / "err");
-        return contentsOf(picture);
+        runCommand(environment + " " + SHORE_PROGRAM + " --output " + picture.string() + " " +
+                   arguments);
+        return QuorlTest::bytesOf(picture);
     }
 
     std::string foldersWithout(const std::string& module) const
@@ -52,9 +38,6 @@ struct ShoreProgram : testing::Test
     }
 
     QuorlTest::TemporaryFolder folder;
-    int status = -1;
-    std::string out;
-    std::string err;
 };
 
 TEST_F(ShoreProgram, DrawsTheSameInTheEndWithAndWithoutThreads)

@@ -34,7 +34,7 @@ struct Place
 
 std::size_t sizeOf(const Field& field)
 {
-    return static_cast<std::size_t>(field.width()) * static_cast<std::size_t>(field.height());
+    return sampleCount(field.width(), field.height());
 }
 
 /// Where the level is crossed between neighbours in a row or a column.
@@ -92,7 +92,7 @@ Field shrunk(const Field& field, int step)
     const int width = (field.width() + step - 1) / step;
     const int height = (field.height() + step - 1) / step;
     std::vector<float> means;
-    means.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    means.reserve(sampleCount(width, height));
     for (int row = 0; row < height; ++row)
         for (int column = 0; column < width; ++column)
             means.push_back(meanOf(field, column * step, row * step, step));

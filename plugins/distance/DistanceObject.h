@@ -1,7 +1,7 @@
 #pragma once
 
 #include "DistanceJob.h"
-#include "Values.h"
+#include "GridValues.h"
 
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/tasks/VCotask.h>

@@ -120,7 +120,7 @@ Origin origin(Words& words, const std::string& corner, const std::string& center
 std::vector<float> readCells(Words& words, const Grid& grid, int columns, int rows,
                              const std::optional<double>& noData)
 {
-    std::vector<float> cells(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
+    std::vector<float> cells(sampleCount(columns, rows));
     for (int row = rows - 1; row >= 0; --row)
         for (int column = 0; column < columns; ++column)
         {

@@ -1,4 +1,4 @@
-#include "Objects.h"
+#include "GridObjects.h"
 
 #include <quorl/kit/Module.h>
 #include <quorl/kit/VCreator.h>

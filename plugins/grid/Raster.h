@@ -11,6 +11,12 @@
 namespace Maps
 {
 
+/// How many samples a rectangle has. \pre No side is negative.
+inline std::size_t sampleCount(int width, int height)
+{
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+}
+
 /// A rectangle of samples, row after row: a handle on shared samples that nobody changes any more.
 ///
 /// A copy costs one counted reference, so a raster may travel as a value through a network, and
@@ -67,8 +73,7 @@ template <class Sample>
 Raster<Sample>::Raster(int width, int height, std::vector<Sample> samples)
     : width_(width), height_(height)
 {
-    if (width <= 0 || height <= 0 ||
-        samples.size() != static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
+    if (width <= 0 || height <= 0 || samples.size() != sampleCount(width, height))
         throw MapError("a raster needs width x height samples");
     samples_ = std::make_shared<const std::vector<Sample>>(std::move(samples));
 }

@@ -93,7 +93,7 @@ Field resample(const Grid& grid, const Region& region, int width, int height)
     const double rowStep = region.latitudeSpan() / height;
 
     std::vector<float> values;
-    values.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    values.reserve(sampleCount(width, height));
     for (int row = 0; row < height; ++row)
     {
         const double latitude = region.north - (row + 0.5) * rowStep;

@@ -19,8 +19,7 @@ std::uint8_t mix(std::uint8_t from, std::uint8_t to, double part)
 } // namespace
 
 Canvas::Canvas(int width, int height, const Rgb& background)
-    : width_(width), height_(height),
-      pixels_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), background)
+    : width_(width), height_(height), pixels_(sampleCount(width, height), background)
 {
 }
 

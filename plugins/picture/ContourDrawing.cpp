@@ -20,8 +20,7 @@ class Mask
 {
 public:
     Mask(int width, int height)
-        : width_(width), height_(height),
-          cover_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0.0F)
+        : width_(width), height_(height), cover_(sampleCount(width, height), 0.0F)
     {
     }
 

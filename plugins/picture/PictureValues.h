@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ColourMap.h"
+#include "GridValues.h"
 #include "Image.h"
-#include "Values.h"
 
 namespace Quorl
 {

@@ -1,5 +1,7 @@
 #include <quorl/foundation/Attributes.h>
 
+#include <quorl/foundation/FindOrNull.h>
+
 namespace Tolmen
 {
 
@@ -10,8 +12,7 @@ Attributes& Attributes::operator=(const Attributes& other) = default;
 
 RefPtr<ChunkBase> Attributes::getAttribute(const std::string& name) const
 {
-    const auto found = values_.find(name);
-    return found == values_.end() ? RefPtr<ChunkBase>() : found->second;
+    return findOrNull(values_, name);
 }
 
 void Attributes::setAttribute(const std::string& name, const RefPtr<ChunkBase>& value)

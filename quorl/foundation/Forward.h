@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 /// Declarations of the foundation, and the root of the handles of each class that is held while it
 /// is only declared.
@@ -62,31 +63,20 @@ using RefPtr = StrongPtr<T, typename HandleRoot<T>::type>;
 template <class T>
 using WeakPtr = WeakPtrImpl<T, typename HandleRoot<T>::type>;
 
-/// For a class that is the root of its own handles.
-template <class T>
+/// Whether `T` is one of a list of classes, which need not be complete.
+template <class T, class... Classes>
+concept OneOf = (std::is_same_v<T, Classes> || ...);
+
+/// What a class is told to have as its root: `IsHandleRoot<T>` if it is one itself.
+template <class Root>
 struct IsHandleRoot
 {
-    using type = T;
+    using type = Root;
 };
 
-template <>
-struct HandleRoot<InterfaceBase> : IsHandleRoot<InterfaceBase>
-{
-};
-template <>
-struct HandleRoot<InterfaceIterationParameter> : IsHandleRoot<InterfaceIterationParameter>
-{
-};
-template <>
-struct HandleRoot<Cacheable> : IsHandleRoot<Cacheable>
-{
-};
-template <>
-struct HandleRoot<StringList> : IsHandleRoot<StringList>
-{
-};
-template <>
-struct HandleRoot<ChunkBase> : IsHandleRoot<ChunkBase>
+template <class T>
+    requires OneOf<T, Cacheable, ChunkBase, InterfaceBase, InterfaceIterationParameter, StringList>
+struct HandleRoot<T> : IsHandleRoot<T>
 {
 };
 template <class T>

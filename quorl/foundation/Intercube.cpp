@@ -1,5 +1,7 @@
 #include <quorl/foundation/Intercube.h>
 
+#include <quorl/foundation/FindOrNull.h>
+
 namespace Tolmen
 {
 
@@ -11,8 +13,7 @@ Intercube::~Intercube() = default;
 RefPtr<InterfaceBase> Intercube::findInterface(const std::type_info& domain) const
 {
     if (interfaces_.empty()) return {};
-    const auto found = interfaces_.find(domain);
-    return found == interfaces_.end() ? RefPtr<InterfaceBase>() : found->second;
+    return findOrNull(interfaces_, domain);
 }
 
 RefPtr<InterfaceBase> Intercube::getInterface(const std::type_info& domain)

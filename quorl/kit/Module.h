@@ -1,5 +1,6 @@
 #pragma once
 
+#include <quorl/modules/ApiWord.h>
 #include <quorl/modules/VInitialization.h>
 
 #include <string_view>
@@ -12,7 +13,7 @@
 #define ZELM_PLUGIN_STRINGS(directory)                                                             \
     __asm__(".pushsection .note.zelm,\"a\",%note\n"                                                \
             ".balign 4\n.long 5,2f-1f,1\n.asciz \"ZELM\"\n.balign 4\n"                             \
-            "1:.ascii \"ZELM_API_2017_AUG_07\"\n"                                                  \
+            "1:.ascii \"" ZELM_API_WORD "\"\n"                                                     \
             "2:.balign 4\n.long 5,4f-3f,2\n.asciz \"ZELM\"\n.balign 4\n"                           \
             "3:.ascii \"" directory "\"\n"                                                         \
             "4:.balign 4\n.popsection")
@@ -33,7 +34,7 @@
     ZELM_PLUGIN_STRINGS(ZELM_MODULE_DIRECTORY);                                                    \
     static bool zelmInitialise(Quorl::VInitialization& initialization);                            \
     extern "C" __attribute__((visibility("default"), used)) bool zelmInitRoutine(                  \
-        Quorl::VInitialization* initialization) __asm__("ZELM_API_2017_AUG_07__" #stem);           \
+        Quorl::VInitialization* initialization) __asm__(ZELM_INIT_PREFIX #stem);                   \
     bool zelmInitRoutine(Quorl::VInitialization* initialization)                                   \
     {                                                                                              \
         return initialization->IsCompatible("ZELM_API_VERSION") &&                                 \

@@ -1,11 +1,12 @@
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/ApiWord.h>
 #include <quorl/modules/LeaveItems.h>
+#include <quorl/modules/LoadFailure.h>
 #include <quorl/modules/VInitialization.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/platform/Directory.h>
-#include <quorl/platform/Question.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,55 +16,10 @@ namespace Quorl
 namespace
 {
 
-using Tolmen::Platform::kPathSeparator;
-
-constexpr const char* kInitPrefix = "ZELM_API_2017_AUG_07__";
-constexpr const char* kSuffix = ".zelm";
-
-int askOnTerminal(const string& caption, const string& text)
-{
-    return Tolmen::Platform::askOnTerminal(caption, text);
-}
-
-constinit VModules::ErrorDialog theErrorDialog = &askOnTerminal;
-constinit bool ignoreAll = false;
-
-// A module that cannot be loaded
-
-void appendToLog(const string& text)
-{
-    std::FILE* const log = std::fopen("ZelmError.log", "at");
-    if (!log) return;
-    std::fputs((text + "\n").c_str(), log);
-    std::fclose(log);
-}
-
-void ask(const VModule& module)
-{
-    if (ignoreAll) return;
-    const int answer = theErrorDialog(
-        "Error loading " + module.path,
-        module.errorText +
-            "\nPress [Abort] to quit Zelm, [Ignore All] to ignore all possible forthcoming "
-            "loading errors in the future, [Ignore] to proceed loading the next Zelm plugin.");
-    if (answer == Tolmen::Platform::Abort) std::exit(1);
-    if (answer == Tolmen::Platform::IgnoreAll) ignoreAll = true;
-}
-
-void report(const VModule& module)
-{
-    appendToLog(module.errorText);
-    std::printf("Loading Library [%s] failed ;-(, see ZelmError.log for details.\n",
-                module.path.c_str());
-    ask(module);
-}
-
-// The init routine
-
 /// The file name behind the last separator, up to its last dot.
 string stemOf(const string& path)
 {
-    const string name = path.substr(path.rfind(kPathSeparator) + 1);
+    const string name = path.substr(path.rfind(Tolmen::Platform::kPathSeparator) + 1);
     return name.substr(0, name.rfind('.'));
 }
 
@@ -117,38 +73,12 @@ bool runInitRoutine(InitRoutine routine, const string& stem)
 bool initialise(RefPtr<VModule>& module)
 {
     const string stem = stemOf(module->path);
-    const string name = kInitPrefix + stem;
+    const string name = ZELM_INIT_PREFIX + stem;
     const auto routine = reinterpret_cast<InitRoutine>(module->getFunction(name));
     if (!routine) return missInitRoutine(module, name);
     if (runInitRoutine(routine, stem)) return true;
     withdraw(module->path);
     return false;
-}
-
-/// Counts the files of one directory, and loads those that are not known.
-int openFiles(const string& directory, bool (*progress)(const char*, bool), bool countOnly)
-{
-    const string prefix = directory + kPathSeparator;
-    const auto names = Tolmen::Platform::namesIn(prefix, kSuffix);
-    for (const string& name : names)
-    {
-        if (countOnly) break;
-        string path = prefix;
-        path += name;
-        if (!VModules::isLoadable(path))
-        {
-            std::printf(" SKIP loading of %s\n", path.c_str());
-            continue;
-        }
-        if (progress) progress(path.c_str(), false);
-        LoadVModule(path);
-    }
-    if (names.empty())
-    {
-        std::printf("\n*******\nERROR in searching modules in %s\n*******\n\n", directory.c_str());
-        std::fflush(stdout);
-    }
-    return static_cast<int>(names.size());
 }
 
 } // namespace
@@ -159,29 +89,12 @@ bool LoadVModule(const string& path)
     RefPtr<VModule> module(new VModule(path));
     if (!module->isValid())
     {
-        report(*module);
+        reportLoadFailure(*module);
         return false;
     }
     if (!initialise(module)) return false;
     (*VGlobals::theGlobals().modules)[path].module = module;
     return true;
-}
-
-int openModules(const string& directory, bool (*progress)(const char*, bool), bool countOnly,
-                const RefPtr<Tolmen::StringList>& subdirectories)
-{
-    int count = 0;
-    if (subdirectories)
-        for (const string& subdirectory : *subdirectories)
-            count += openModules(directory + kPathSeparator + subdirectory, progress, countOnly);
-    return count + openFiles(directory, progress, countOnly);
-}
-
-VModules::ErrorDialog VModules::setErrorDialog(ErrorDialog dialog)
-{
-    const ErrorDialog before = theErrorDialog;
-    theErrorDialog = dialog ? dialog : &askOnTerminal;
-    return before;
 }
 
 } // namespace Quorl

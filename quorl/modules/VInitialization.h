@@ -47,8 +47,7 @@ public:
     std::set<string> keywords;
 };
 
-/// The form of an init routine. It is called "ZELM_API_2017_AUG_07__" and the stem of the file
-/// name.
+/// The form of an init routine. It is called `ZELM_INIT_PREFIX` and the stem of the file name.
 /// \return whether the module can be used.
 using InitRoutine = bool (*)(VInitialization*);
 

@@ -1,5 +1,6 @@
 #include <quorl/modules/VModule.h>
 
+#include <quorl/modules/ApiWord.h>
 #include <quorl/platform/ModuleImage.h>
 #include <quorl/platform/SharedLibrary.h>
 #include <quorl/registry/VManagedObject.h>
@@ -16,7 +17,6 @@ namespace Quorl
 namespace
 {
 
-constexpr const char* kApiWord = "ZELM_API_2017_AUG_07";
 constexpr unsigned kWordText = 1;
 constexpr unsigned kSourceText = 2;
 constexpr std::size_t kMostOfWord = 1023;
@@ -46,8 +46,7 @@ string incompatibility(const string& word, const string& source)
                             : "\nThe plugin was created from [" + source + "].\n\nDo \"make -C " +
                                   source + "\" in the Zelm directory to recompile.\n";
     return "Incompatible Plugin! Found: " + word +
-           ", but need to have: ZELM_API_2017_AUG_07. The required plugin needs to be "
-           "recompiled.\n" +
+           ", but need to have: " ZELM_API_WORD ". The required plugin needs to be recompiled.\n" +
            hint;
 }
 
@@ -88,7 +87,7 @@ bool VModule::isCompatible()
         return false;
     }
     sourceInfo = image.text(kSourceText, kMostOfSource);
-    if (word == kApiWord) return true;
+    if (word == ZELM_API_WORD) return true;
     errorText = incompatibility(word, sourceInfo);
     return false;
 }

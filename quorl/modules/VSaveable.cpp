@@ -1,5 +1,6 @@
 #include <quorl/modules/VSaveable.h>
 
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/modules/ZelmSaver.h>
 
 #include <algorithm>
@@ -19,8 +20,7 @@ void VSaveable::addSaver(const string& name, const RefPtr<ZelmSaver>& saver)
 
 RefPtr<ZelmSaver> VSaveable::getSaver(const string& name) const
 {
-    const auto entry = savers_.find(name);
-    return entry == savers_.end() ? RefPtr<ZelmSaver>() : entry->second;
+    return Tolmen::findOrNull(savers_, name);
 }
 
 RefPtr<ZelmSaver> VSaveable::getSaverByExt(const string& extension) const

@@ -19,12 +19,13 @@ namespace
 
 constexpr char kMagic[] = "ZelmInputCreatorCache\n"; // with the zero byte at its end
 
-/// Reads the items of a cache file one by one. Each answers nothing where the file ends early; no
-/// number in the file is believed beyond what can be read behind it.
-class CacheReader
+/// Reads the items of a cache file one by one. Each number answers nothing where the file ends
+/// early, unlike those of the cache of creators; none is believed beyond what can be read behind
+/// it.
+class StrictReader
 {
 public:
-    explicit CacheReader(Tolmen::OwnedFile file) : file_(std::move(file)) {}
+    explicit StrictReader(Tolmen::OwnedFile file) : file_(std::move(file)) {}
 
     bool readMagic()
     {
@@ -81,7 +82,8 @@ RefPtr<VCreationPreferences> makePreferences(const std::map<string, double>& wei
     return preferences;
 }
 
-std::optional<RefPtr<VCreationPreferences>> readProperties(CacheReader& reader, std::uint64_t count)
+std::optional<RefPtr<VCreationPreferences>> readProperties(StrictReader& reader,
+                                                           std::uint64_t count)
 {
     if (count == 0) return RefPtr<VCreationPreferences>();
     std::map<string, double> weights;
@@ -95,7 +97,7 @@ std::optional<RefPtr<VCreationPreferences>> readProperties(CacheReader& reader, 
     return makePreferences(weights);
 }
 
-bool readEntry(CacheReader& reader)
+bool readEntry(StrictReader& reader)
 {
     const string type = reader.text();
     const string provider = reader.text();
@@ -111,7 +113,7 @@ bool readEntry(CacheReader& reader)
     return true;
 }
 
-bool readGroup(CacheReader& reader)
+bool readGroup(StrictReader& reader)
 {
     const auto entries = reader.count();
     if (!entries) return false;
@@ -126,7 +128,7 @@ bool LoadInputCreatorCache(const string& path)
 {
     Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
-    CacheReader reader(std::move(file));
+    StrictReader reader(std::move(file));
     if (!reader.readMagic()) return false;
     const auto groups = reader.count();
     if (!groups) return false;

@@ -1,5 +1,6 @@
 #include <quorl/slots/TypedSlotCreator.h>
 
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/foundation/TypeInfo.h>
 #include <quorl/foundation/Typename.h>
 #include <quorl/slots/VSlot.h>
@@ -32,13 +33,6 @@ struct TypedSlotCreator::InternalTypeCreatorAccessory
     }
 
     template <class Table, class Key>
-    static RefPtr<TypedSlotCreator> find(const Table& table, const Key& key)
-    {
-        const auto entry = table.find(key);
-        return entry == table.end() ? RefPtr<TypedSlotCreator>() : entry->second;
-    }
-
-    template <class Table, class Key>
     static bool erase(Table& table, const Key& key, const WeakPtr<TypedSlotCreator>& creator)
     {
         const auto entry = table.find(key);
@@ -53,13 +47,12 @@ TypedSlotCreator::~TypedSlotCreator() = default;
 
 RefPtr<TypedSlotCreator> TypedSlotCreator::getTypedSlotCreator(const std::type_info& type)
 {
-    return InternalTypeCreatorAccessory::find(InternalTypeCreatorAccessory::byType(),
-                                              Tolmen::TypeInfo(type));
+    return Tolmen::findOrNull(InternalTypeCreatorAccessory::byType(), Tolmen::TypeInfo(type));
 }
 
 RefPtr<TypedSlotCreator> TypedSlotCreator::getTypedSlotCreator(const string& typeName)
 {
-    return InternalTypeCreatorAccessory::find(InternalTypeCreatorAccessory::byName(), typeName);
+    return Tolmen::findOrNull(InternalTypeCreatorAccessory::byName(), typeName);
 }
 
 bool TypedSlotCreator::registerTypedSlotCreator(const std::type_info& type,

@@ -1,5 +1,6 @@
 #include <quorl/tasks/ThreadManagerValue.h>
 
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/registry/VManagedObject.h>
 #include <quorl/values/ValueMap.h>
 
@@ -109,8 +110,7 @@ bool ThreadManagerValue::add(const RefPtr<VTask>& task, const string& name)
 
 RefPtr<VTask> ThreadManagerValue::findTask(const string& name) const
 {
-    const auto entry = tasks.find(name);
-    return entry == tasks.end() ? RefPtr<VTask>() : entry->second;
+    return Tolmen::findOrNull(tasks, name);
 }
 
 bool ThreadManagerValue::start(const RefPtr<VTask>& task)

@@ -1,6 +1,7 @@
 #include <quorl/values/ValuePool.h>
 
 #include <quorl/foundation/AddressString.h>
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/objects/VObjectAge.h> // completes the record of a pool, which keeps the ages
@@ -95,9 +96,7 @@ int ValuePool::iterate(iterator& visitor)
 
 RefPtr<VValueBase> ValuePool::findVariable(const WeakPtr<ValueNotifierList>& key) const
 {
-    if (!data_) return {};
-    const auto variable = data_->variables.find(key);
-    return variable == data_->variables.end() ? RefPtr<VValueBase>() : variable->second;
+    return data_ ? Tolmen::findOrNull(data_->variables, key) : RefPtr<VValueBase>();
 }
 
 void ValuePool::createVariable(const WeakPtr<ValueNotifierList>& key,
@@ -122,8 +121,7 @@ bool ValuePool::registerValue(const string& valueName, const WeakPtr<VValueBase>
 RefPtr<VValueBase> ValuePool::retrieveValue(const string& valueName) const
 {
     if (!data_) return {};
-    const auto entry = data_->namedValues.find(valueName);
-    return entry == data_->namedValues.end() ? RefPtr<VValueBase>() : entry->second;
+    return Tolmen::findOrNull(data_->namedValues, valueName);
 }
 
 bool ValuePool::removeValue(const string& valueName)

@@ -1,13 +1,11 @@
 #include <quorl/foundation/FileInfo.h>
+#include <tests/support/FileBytes.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <string>
 
 namespace Tolmen
 {
@@ -16,17 +14,16 @@ namespace
 
 TEST(FileInfo, TellsWhenAFileWasChanged)
 {
-    const auto path =
-        std::filesystem::temp_directory_path() / ("quorl-file-info-" + std::to_string(::getpid()));
+    const QuorlTest::TemporaryFolder folder;
+    const std::filesystem::path path = folder / "file";
     EXPECT_TRUE(FileInfo(path.string()).invalid);
     EXPECT_TRUE(FileInfo().invalid);
-    std::ofstream(path) << "x";
+    QuorlTest::writeBytes(path, "x");
     const FileInfo first(path.string());
     EXPECT_FALSE(first.invalid);
     std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) +
                                                std::chrono::nanoseconds(1000));
     const FileInfo second(path.string());
-    std::filesystem::remove(path);
 
     EXPECT_TRUE(second.modified > first.modified);
     EXPECT_FALSE(first.modified > second.modified);

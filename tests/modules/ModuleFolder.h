@@ -11,13 +11,13 @@
 #include <quorl/values/VValueBase.h>
 #include <quorl/values/ValuePool.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/FileBytes.h>
+#include <tests/support/TemporaryFolder.h>
+#include <tests/support/WorkingDirectory.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,11 +41,8 @@ struct NoteItems final : Quorl::VManagedObject::VRemoveItem
 class ModuleFolder : public testing::Test
 {
 protected:
-    ModuleFolder() : before_(std::filesystem::current_path())
+    ModuleFolder()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        std::filesystem::current_path(folder);
         asked().clear();
         answer() = 5;
         dialog_ = Quorl::VModules::setErrorDialog(&ask);
@@ -55,15 +52,13 @@ protected:
     {
         Quorl::VModules::setErrorDialog(dialog_);
         forgetModules();
-        std::filesystem::current_path(before_);
-        std::filesystem::remove_all(folder);
     }
 
     /// Copies a module of the tests. \param to relative to the folder.
     /// \return its path from there.
     std::string add(const std::string& module, const std::string& to) const
     {
-        const std::filesystem::path target = folder / to;
+        const std::filesystem::path target = folder_ / to;
         std::filesystem::create_directories(target.parent_path());
         for (const auto& file :
              std::filesystem::directory_iterator(std::filesystem::path(TEST_MODULES) / module))
@@ -79,15 +74,10 @@ protected:
     static void write(const std::string& path, const std::string& bytes)
     {
         std::filesystem::create_directories(std::filesystem::absolute(path).parent_path());
-        std::ofstream(path, std::ios::binary) << bytes;
+        writeBytes(path, bytes);
     }
 
-    static std::string read(const std::string& path)
-    {
-        std::ostringstream bytes;
-        bytes << std::ifstream(path, std::ios::binary).rdbuf();
-        return bytes.str();
-    }
+    static std::string read(const std::string& path) { return bytesOf(path); }
 
     static Quorl::RefPtr<Quorl::VCreatorBase> creator(const std::string& key)
     {
@@ -124,8 +114,6 @@ protected:
         return number;
     }
 
-    std::filesystem::path folder;
-
 private:
     static int ask(const std::string& caption, const std::string& text)
     {
@@ -151,7 +139,8 @@ private:
         Quorl::VManagedObject::CurrentLoadModule.clear();
     }
 
-    const std::filesystem::path before_;
+    const TemporaryFolder folder_;
+    const WorkingDirectory workingDirectory_{folder_.path()};
     Quorl::VModules::ErrorDialog dialog_;
 };
 

@@ -3,15 +3,15 @@
 #include <quorl/modules/VLoaderInfo.h>
 #include <quorl/services/VActionNotifier.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/FileBytes.h>
 #include <tests/support/Node.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/support/TestCreator.h>
+#include <tests/support/WorkingDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace Quorl
@@ -93,22 +93,14 @@ public:
 
 struct Loading : testing::Test
 {
-    Loading() : before(std::filesystem::current_path())
+    Loading()
     {
-        string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        std::filesystem::current_path(folder);
         channel->activate();
         creator->whenAsked = [this](const string& name, const Tolmen::Intercube&) {
             return RefPtr<VObject>(network.node(name));
         };
     }
-    ~Loading() override
-    {
-        DownloadHandler::setDownloadHandler({});
-        std::filesystem::current_path(before);
-        std::filesystem::remove_all(folder);
-    }
+    ~Loading() override { DownloadHandler::setDownloadHandler({}); }
 
     RefPtr<VObject> load(const string& url, const string& name = "")
     {
@@ -118,15 +110,18 @@ struct Loading : testing::Test
 
     string report() const { return success.loader + "|" + success.file + "|" + success.reason; }
 
-    static void write(const string& file, const string& bytes) { std::ofstream(file) << bytes; }
+    static void write(const string& file, const string& bytes)
+    {
+        QuorlTest::writeBytes(file, bytes);
+    }
 
+    const QuorlTest::TemporaryFolder folder;
+    const QuorlTest::WorkingDirectory workingDirectory{folder.path()};
     QuorlTest::Network network;
     Registered<TestLoader> loader{new TestLoader("loader", 0, ".x")};
     Registered<TestCreator> creator{new TestCreator("Loaded/Data")};
     RefPtr<Channel> channel{new Channel};
     VLoader::LoadSuccess success;
-    std::filesystem::path before;
-    std::filesystem::path folder;
 };
 
 using VLoaderLoad = Loading;

@@ -1,11 +1,12 @@
 #include <quorl/platform/Directory.h>
+#include <tests/support/FileBytes.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <string>
 
 namespace Tolmen::Platform
 {
@@ -17,26 +18,14 @@ using testing::IsEmpty;
 
 struct Directory : testing::Test
 {
-    Directory()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        folder += "/";
-    }
-    ~Directory() override { std::filesystem::remove_all(folder); }
-
     void write(const std::string& name, const std::string& bytes = "x") const
     {
-        std::ofstream(folder + name) << bytes;
+        QuorlTest::writeBytes(folder + name, bytes);
     }
-    std::string read(const std::string& name) const
-    {
-        std::string bytes;
-        std::ifstream(folder + name) >> bytes;
-        return bytes;
-    }
+    std::string read(const std::string& name) const { return QuorlTest::bytesOf(folder + name); }
 
-    std::string folder;
+    const QuorlTest::TemporaryFolder made;
+    const std::string folder = made.path().string() + "/";
 };
 
 TEST_F(Directory, GivesNamesInTheOrderOfBytes)

@@ -1,12 +1,11 @@
 #include <quorl/platform/FileStatus.h>
+#include <tests/support/FileBytes.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace Tolmen::Platform
@@ -16,13 +15,12 @@ namespace
 
 TEST(FileStatus, TellsSizeAndTime)
 {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("quorl-file-status-" + std::to_string(::getpid()));
-    EXPECT_FALSE(fileStatus(path.string()).exists);
+    const QuorlTest::TemporaryFolder folder;
+    const std::string path = (folder / "file").string();
+    EXPECT_FALSE(fileStatus(path).exists);
     const std::time_t before = std::time(nullptr) - 2;
-    std::ofstream(path) << "seven b";
-    const FileStatus status = fileStatus(path.string());
-    std::filesystem::remove(path);
+    QuorlTest::writeBytes(path, "seven b");
+    const FileStatus status = fileStatus(path);
 
     EXPECT_TRUE(status.exists);
     EXPECT_EQ(status.size, 7);

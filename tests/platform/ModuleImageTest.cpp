@@ -1,5 +1,8 @@
 #include <quorl/platform/ModuleImage.h>
 #include <quorl/platform/SharedLibrary.h>
+#include <tests/support/FileBytes.h>
+#include <tests/support/TemporaryFolder.h>
+#include <tests/support/WorkingDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,12 +10,9 @@
 #include <elf.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <vector>
 
 namespace Tolmen::Platform
@@ -20,14 +20,9 @@ namespace Tolmen::Platform
 namespace
 {
 
-const char* const kNoLibrary = "Exec format error";
+using QuorlTest::bytesOf;
 
-std::string bytesOf(const std::string& path)
-{
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    return bytes.str();
-}
+const char* const kNoLibrary = "Exec format error";
 
 std::string builtModule(const std::string& folder, const std::string& stem)
 {
@@ -90,21 +85,14 @@ struct Image
 
 struct ModuleImageTest : testing::Test
 {
-    ModuleImageTest()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quorl-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-    }
-    ~ModuleImageTest() override { std::filesystem::remove_all(folder); }
-
     ModuleImage imageOf(const std::string& bytes) const
     {
         const std::string path = folder / "image";
-        std::ofstream(path, std::ios::binary) << bytes;
+        QuorlTest::writeBytes(path, bytes);
         return ModuleImage(path);
     }
 
-    std::filesystem::path folder;
+    const QuorlTest::TemporaryFolder folder;
 };
 
 TEST_F(ModuleImageTest, ReadsTheTextsOfAModule)
@@ -212,7 +200,7 @@ TEST_F(ModuleImageTest, TakesNoNotesOfASegmentThatIsTooLarge)
 TEST_F(ModuleImageTest, RefusesWhatIsNoFile)
 {
     EXPECT_EQ(ModuleImage((folder / "absent").string()).error(), "No such file or directory");
-    EXPECT_EQ(ModuleImage(folder.string()).error(), "Is a directory");
+    EXPECT_EQ(ModuleImage(folder.path().string()).error(), "Is a directory");
     const std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(ModuleImage(pipe).error(), kNoLibrary) << "and does not wait for a writer";
@@ -245,15 +233,11 @@ TEST_F(ModuleImageTest, ReadsAnythingWithoutHarm)
 
 TEST_F(ModuleImageTest, AFileThatNamesItselfWithoutAPathIsLoadedFromHere)
 {
-    const auto before = std::filesystem::current_path();
     std::filesystem::copy_file(builtModule("nonote", "nonote"), folder / "plain.zelm");
-    std::filesystem::current_path(folder);
-    {
-        const SharedLibrary library("plain.zelm");
-        EXPECT_EQ(library.error(), "");
-        EXPECT_TRUE(library.symbol("answer"));
-    }
-    std::filesystem::current_path(before);
+    const QuorlTest::WorkingDirectory here(folder.path());
+    const SharedLibrary library("plain.zelm");
+    EXPECT_EQ(library.error(), "");
+    EXPECT_TRUE(library.symbol("answer"));
 }
 
 TEST(SharedLibrary, TellsWhyItIsNotLoaded)

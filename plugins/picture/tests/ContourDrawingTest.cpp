@@ -16,9 +16,7 @@ constexpr LinearRgb kWhite{1.0F, 1.0F, 1.0F};
 
 LinearImage white(int width, int height)
 {
-    return {width, height,
-            std::vector<LinearRgb>(
-                static_cast<std::size_t>(width) * static_cast<std::size_t>(height), kWhite)};
+    return {width, height, std::vector<LinearRgb>(sampleCount(width, height), kWhite)};
 }
 
 /// One line in a picture of 20 x 20 pixels.

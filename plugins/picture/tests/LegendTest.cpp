@@ -14,9 +14,7 @@ constexpr Rgb kMapColour{200, 40, 120};
 
 Image plainMap(int width, int height)
 {
-    return {width, height,
-            std::vector<Rgb>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                             kMapColour)};
+    return {width, height, std::vector<Rgb>(sampleCount(width, height), kMapColour)};
 }
 
 struct Found

@@ -1,5 +1,6 @@
 #include "PngFile.h"
 #include <plugins/grid/tests/Support.h>
+#include <tests/support/FileBytes.h>
 #include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -9,14 +10,15 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <vector>
 
 namespace Maps
 {
 namespace
 {
+
+using QuorlTest::bytesOf;
 
 /// A picture of which each pixel is different from its neighbours, and hard to compress.
 Image noise(int width, int height)
@@ -42,12 +44,6 @@ Image read(const std::filesystem::path& path)
     std::vector<Rgb> pixels(std::size_t{png.width} * png.height);
     if (png_image_finish_read(&png, nullptr, pixels.data(), 0, nullptr) == 0) return {};
     return {static_cast<int>(png.width), static_cast<int>(png.height), std::move(pixels)};
-}
-
-std::string bytesOf(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// Makes every file end at `bytes`, as a full disk would: writing beyond fails.

@@ -38,7 +38,7 @@ ZELM_MODULE(fickle)
 #else
 ZELM_PLUGIN_STRINGS("");
 extern "C" __attribute__((visibility("default"))) bool
-initialise(Quorl::VInitialization*) __asm__("ZELM_API_2017_AUG_07__incompatible");
+initialise(Quorl::VInitialization*) __asm__(ZELM_INIT_PREFIX "incompatible");
 bool initialise(Quorl::VInitialization* /*initialization*/)
 {
     return true;

@@ -1,4 +1,4 @@
-#include "Objects.h"
+#include "GridObjects.h"
 
 #include "GridFile.h"
 #include "Resampling.h"

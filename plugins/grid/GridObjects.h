@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Values.h"
+#include "GridValues.h"
 
 #include <quorl/kit/TypedSlot.h>
 
