@@ -18,6 +18,7 @@
 #include <quorl/foundation/Exception.h>
 #include <quorl/foundation/Export.h>
 #include <quorl/foundation/FileInfo.h>
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/foundation/Forward.h>
 #include <quorl/foundation/Intercube.h>
 #include <quorl/foundation/Interface.h>

@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/DynPtr.h>
 
+#include <concepts>
 #include <utility>
 
 namespace Tolmen
@@ -26,7 +27,10 @@ public:
     WeakPtrImpl(WeakPtrImpl&& source) noexcept { takeOver(source); }
 
     /// A strong handle has more than a weak one can take over.
-    WeakPtrImpl(StrongPtr<T, B>&& source) : WeakPtrImpl(std::as_const(source)) {}
+    template <std::same_as<StrongPtr<T, B>> Strong>
+    WeakPtrImpl(Strong&& source) : WeakPtrImpl(std::as_const(source))
+    {
+    }
 
     /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
     /// but holds the block all the same.
@@ -57,7 +61,8 @@ public:
         assignFrom(source);
         return *this;
     }
-    WeakPtrImpl& operator=(StrongPtr<T, B>&& source)
+    template <std::same_as<StrongPtr<T, B>> Strong>
+    WeakPtrImpl& operator=(Strong&& source)
     {
         assign(source.referer);
         return *this;
