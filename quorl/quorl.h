@@ -19,6 +19,7 @@
 #include <quorl/foundation/Export.h>
 #include <quorl/foundation/FileInfo.h>
 #include <quorl/foundation/FindOrNull.h>
+#include <quorl/foundation/FlatIndex.h>
 #include <quorl/foundation/Forward.h>
 #include <quorl/foundation/Intercube.h>
 #include <quorl/foundation/Interface.h>

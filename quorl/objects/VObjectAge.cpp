@@ -10,13 +10,16 @@ VObjectAge::~VObjectAge() = default;
 
 Ageable& VObjectAge::operator()(const WeakPtr<VSlotContainer>& container)
 {
-    return try_emplace(container, Ageable::Ooooold).first->second;
+    if (Ageable* const known = index_.find(container.referer)) return *known;
+    Ageable& age = try_emplace(container, Ageable::Ooooold).first->second;
+    index_.insert(container.referer, &age);
+    return age;
 }
 
 Ageable& VObjectAge::operator()(const VSlotContainer& container)
 {
-    const auto known = find(container.self);
-    return known != end() ? known->second : (*this)(WeakPtr<VSlotContainer>(&container));
+    Ageable* const known = index_.find(container.self.referer);
+    return known ? *known : (*this)(WeakPtr<VSlotContainer>(&container));
 }
 
 } // namespace Quorl

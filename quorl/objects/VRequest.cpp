@@ -13,10 +13,24 @@ namespace Quorl
 VRequest::ID::ID() = default;
 VRequest::ID::~ID() = default;
 
-void VRequest::ID::considerLevel(int level, long object, long callerNumber)
+VRequest::ID::Level& VRequest::ID::recordOf(std::int32_t object)
 {
+    isTableTrue_ = false;
+    std::uint32_t place = places_.find(object);
+    if (place == 0)
+    {
+        records_.push_back({object, {}});
+        place = static_cast<std::uint32_t>(records_.size());
+        places_.insert(object, place);
+    }
+    return records_[place - 1].level;
+}
+
+void VRequest::ID::considerLevel(int level, long objectNumber, long callerNumber)
+{
+    const auto object = static_cast<std::int32_t>(objectNumber);
     const auto caller = static_cast<std::int32_t>(callerNumber);
-    Level& record = levels_[static_cast<std::int32_t>(object)];
+    Level& record = recordOf(object);
     if (record.Count < 1)
     {
         record = {level, level, 1, caller, caller};
@@ -33,6 +47,14 @@ void VRequest::ID::considerLevel(int level, long object, long callerNumber)
         record.MaxCaller = caller;
     }
     ++record.Count;
+}
+
+const std::map<std::int32_t, VRequest::ID::Level>& VRequest::ID::levels() const
+{
+    if (!isTableTrue_)
+        for (const Record& record : records_) table_[record.object] = record.level;
+    isTableTrue_ = true;
+    return table_;
 }
 
 VRequest::VRequest(const RefPtr<ValuePool>& pool, bool flag)

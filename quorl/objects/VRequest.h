@@ -3,6 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
+#include <quorl/foundation/FlatIndex.h>
 #include <quorl/foundation/InterfaceBase.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/mutex.h>
@@ -10,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <vector>
 
 namespace Quorl
 {
@@ -46,12 +48,26 @@ public:
         /// numbers, reduced to 32 bits. Of several callers at one extreme level the first stays.
         void considerLevel(int level, long object, long caller);
 
-        const std::map<std::int32_t, Level>& levels() const { return levels_; }
+        /// The records by the numbers of the objects. What is recorded later shows when this is
+        /// asked again.
+        const std::map<std::int32_t, Level>& levels() const;
 
         int Unused = 0; ///< for modules
 
     private:
-        std::map<std::int32_t, Level> levels_; // by the number of the object
+        struct Record
+        {
+            std::int32_t object;
+            Level level;
+        };
+
+        Level& recordOf(std::int32_t object); ///< zeroed if it is new
+
+        // A walk records at every step, and the table is hardly ever asked for: it is made then.
+        std::vector<Record> records_; // in the order in which objects were first reached
+        Tolmen::FlatIndex<std::int32_t, std::uint32_t> places_; // in `records_`, counted from 1
+        mutable std::map<std::int32_t, Level> table_;
+        mutable bool isTableTrue_ = true;
     };
 
     /// Thrown by nobody in the kernel.

@@ -1,6 +1,7 @@
 #include <quorl/objects/VTraceRequestID.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace Quorl
 {
@@ -16,8 +17,8 @@ bool VTraceRequestID::hasRequest(const VRequest& request) const
 bool VTraceRequestID::addRequest(const VRequest& request)
 {
     if (Current) return false;
-    Previous = Latest;
-    Latest = request.Id;
+    std::swap(Previous, Latest);
+    Latest = RefPtr<VRequest::ID>(request.Id);
     Current = request.Id;
     return true;
 }
