@@ -35,9 +35,9 @@ public:
     {
         const std::uintptr_t table = *reinterpret_cast<const VirtualTable*>(object);
         const std::uint32_t unloads = theUnloadCount.load(std::memory_order_relaxed);
+        const bool areTrue = unloads == unloadsBefore_.load(std::memory_order_acquire);
         const std::uint64_t answer = answers_[place(table)].load(std::memory_order_relaxed);
-        if (answer >> kOffsetBits == table &&
-            unloads == unloadsBefore_.load(std::memory_order_relaxed)) [[likely]]
+        if (areTrue && answer >> kOffsetBits == table) [[likely]]
             return at(object, static_cast<std::int16_t>(answer));
         return castAndLearn(object, table, unloads);
     }
@@ -69,8 +69,11 @@ private:
                                              std::uint32_t unloads)
     {
         T* const found = dynamic_cast<T*>(object);
-        if (unloadsBefore_.exchange(unloads, std::memory_order_relaxed) != unloads)
+        if (unloadsBefore_.load(std::memory_order_relaxed) != unloads)
+        {
             for (auto& answer : answers_) answer.store(0, std::memory_order_relaxed);
+            unloadsBefore_.store(unloads, std::memory_order_release); // with none that is void
+        }
         const std::ptrdiff_t offset =
             found ? reinterpret_cast<std::byte*>(found) - reinterpret_cast<std::byte*>(object)
                   : kNone;
