@@ -8,6 +8,7 @@
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -99,17 +100,27 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
 // Reading
 
 constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
+constexpr std::uint64_t kMostExpected = 1 << 24; // bytes; a larger file is read in several steps
 
 /// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
 /// a text, and the end of the file is not told.
 class CacheReader
 {
 public:
-    /// Reads the file whole: `size` bytes, or what there is of them.
-    CacheReader(std::FILE* file, std::size_t size)
-        : bytes_(std::make_unique_for_overwrite<char[]>(size)),
-          left_(bytes_.get(), std::fread(bytes_.get(), 1, size, file))
+    /// Reads the file to its end. \param expected its size, as far as is known.
+    CacheReader(std::FILE* file, std::uint64_t expected)
     {
+        std::size_t size = 0;
+        std::size_t got = 0;
+        std::size_t room = std::min(expected, kMostExpected) + 1; // so that its end shows
+        do {
+            auto longer = std::make_unique_for_overwrite<char[]>(size + room);
+            std::copy_n(bytes_.get(), size, longer.get());
+            bytes_ = std::move(longer);
+            got = std::fread(bytes_.get() + size, 1, room, file);
+            size += got;
+        } while (got == std::exchange(room, size));
+        left_ = string_view(bytes_.get(), size);
     }
 
     template <class Integer>
@@ -273,7 +284,7 @@ bool LoadVCreatorMapTypes(const string& path)
 {
     const Tolmen::OwnedFile file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
-    CacheReader reader(file.get(), static_cast<std::size_t>(fileStatus(path).size));
+    CacheReader reader(file.get(), static_cast<std::uint64_t>(fileStatus(path).size));
     ModuleFiles files;
     const std::uint64_t domains = reader.count();
     std::printf("TypeEntries: %d\n", static_cast<int>(domains));

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -293,7 +294,31 @@ TEST_F(VCreatorCache, LeavesAnEmptyEntryForAModuleThatIsLoaded)
               kHead + " Info: A Module for [versioned.zelm] already loaded, and this one should "
                       "take care of [Versioned/Former], cache is not used.\n");
     EXPECT_EQ(VManagedObject::size(typeid(VInputCreatorBase)), size + 1);
-    EXPECT_FALSE(creator("Versioned/Former"));
+    const VCreatorMap& map = *VCreators(typeid(VInputCreatorBase));
+    ASSERT_TRUE(map.contains("Versioned/Former"));
+    EXPECT_FALSE(map.at("Versioned/Former")) << "there is no record";
+    EXPECT_EQ(outputOf([] { EXPECT_FALSE(creator("Versioned/Former")); }), "") << "nothing to load";
+}
+
+TEST_F(VCreatorCache, IsReadToItsEndWhateverItsSizeIsSaidToBe)
+{
+    int ends[2] = {};
+    ASSERT_EQ(::pipe(ends), 0);
+    string bytes;
+    {
+        CacheBytes cache;
+        cache.number64(1).text(CacheDomain::name()).number64(100);
+        for (int priority = 0; priority < 100; ++priority) cache.number32(priority).text("name");
+        bytes = cache.number64(1).text("").text("").bytes();
+    }
+    ASSERT_EQ(::write(ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    ::close(ends[1]);
+    const string path = "/dev/fd/" + std::to_string(ends[0]);
+    EXPECT_EQ(outputOf([&] { EXPECT_TRUE(LoadVCreatorMapTypes(path)); }),
+              "TypeEntries: 1\nInvestigating [" + CacheDomain::name() +
+                  "]\n  CACHING CREATORS FOR DOMAIN [" + CacheDomain::name() +
+                  "]\nPriorities: 100\nCreators: 1\n  SKIP 0 [] in []\n");
+    ::close(ends[0]);
 }
 
 TEST_F(VCreatorCache, LosesStepAtAnEntryWithoutModule)
