@@ -206,6 +206,7 @@ private:
             endLife(*referer);
         else
             unref();
+        if (!referer) return; // what ended has cleared this very handle
         if (referer->weak.load(std::memory_order_acquire) == 1)
             freeReferer();
         else

@@ -2,6 +2,8 @@
 
 #include <quorl/foundation/WeakPtrImpl.h>
 
+#include <utility>
+
 namespace Tolmen
 {
 
@@ -21,7 +23,10 @@ public:
     StrongPtr(const StrongPtr& source) : Weak(Bare{}, source) { this->refBoth(); }
 
     /// Takes over both shares; the source becomes null.
-    StrongPtr(StrongPtr&& source) noexcept : Weak(Bare{}, std::move(source)) {}
+    StrongPtr(StrongPtr&& source) noexcept : Weak(Bare{}, source)
+    {
+        if (this != &source) source.forget();
+    }
 
     /// Locks a weak handle. If the object is dead, so is the new handle; it holds the block only.
     StrongPtr(const Weak& source) : Weak(Bare{}, source) { this->refBoth(); }
@@ -47,7 +52,12 @@ public:
     }
     StrongPtr& operator=(StrongPtr&& source) // NOLINT(performance-noexcept-move-constructor)
     {
-        this->template assignFrom<Shares>(source);
+        if (this->referer == source.referer) return *this;
+        StrongPtr taken(std::move(source)); // which may end with what is dropped
+        this->unrefBoth();
+        this->adopt(taken.referer);
+        taken.forget();
+        if (this->referer) CheckRefConstruction(this->referer->object);
         return *this;
     }
     template <class S>

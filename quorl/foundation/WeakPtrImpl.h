@@ -2,13 +2,12 @@
 
 #include <quorl/foundation/DynPtr.h>
 
-#include <concepts>
-#include <utility>
-
 namespace Tolmen
 {
 
 /// Observes an object: holds one share of `weak`, which keeps the count block, not the object.
+///
+/// It is never moved, for what is seen as a weak handle may be the base of a strong one.
 template <class T, class B>
 class WeakPtrImpl : public DynPtr<T, B>
 {
@@ -21,15 +20,6 @@ public:
     {
         copy(source);
         takeWeakShare();
-    }
-
-    /// Takes over the share; the source becomes null.
-    WeakPtrImpl(WeakPtrImpl&& source) noexcept { takeOver(source); }
-
-    /// A strong handle has more than a weak one can take over.
-    template <std::same_as<StrongPtr<T, B>> Strong>
-    WeakPtrImpl(Strong&& source) : WeakPtrImpl(std::as_const(source))
-    {
     }
 
     /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
@@ -56,17 +46,6 @@ public:
         assign(source.referer);
         return *this;
     }
-    WeakPtrImpl& operator=(WeakPtrImpl&& source) // NOLINT(performance-noexcept-move-constructor)
-    {
-        assignFrom(source);
-        return *this;
-    }
-    template <std::same_as<StrongPtr<T, B>> Strong>
-    WeakPtrImpl& operator=(Strong&& source)
-    {
-        assign(source.referer);
-        return *this;
-    }
     template <class S>
     WeakPtrImpl& operator=(const DynPtr<S, B>& source)
     {
@@ -87,7 +66,6 @@ protected:
     {
     };
     WeakPtrImpl(Bare, const WeakPtrImpl& source) { copy(source); }
-    WeakPtrImpl(Bare, WeakPtrImpl&& source) { takeOver(source); }
     template <class S>
     WeakPtrImpl(Bare, const DynPtr<S, B>& source)
     {
@@ -101,8 +79,11 @@ protected:
     template <class Share = WeakShare>
     void assign(Referer* next);
 
-    template <class Share = WeakShare>
-    void assignFrom(WeakPtrImpl& source);
+    void adopt(Referer* source)
+    {
+        this->referer = source;
+        this->recompute(source);
+    }
 
 private:
     /// Nothing is read from itself: what stood in the storage before its constructor is no handle,
@@ -113,18 +94,6 @@ private:
             reportSelfConstruction();
         else
             static_cast<Handle&>(*this) = source;
-    }
-
-    void takeOver(WeakPtrImpl& source)
-    {
-        static_cast<Handle&>(*this) = source;
-        source.forget();
-    }
-
-    void adopt(Referer* source)
-    {
-        this->referer = source;
-        this->recompute(source);
     }
 
     void takeWeakShare() const
@@ -160,18 +129,6 @@ void WeakPtrImpl<T, B>::assign(Referer* next)
     if (!next) return;
     Share::takeRest(*this);
     CheckRefConstruction(next->object);
-}
-
-/// The same for a source that nobody will use any more: its share is taken over.
-template <class T, class B>
-template <class Share>
-void WeakPtrImpl<T, B>::assignFrom(WeakPtrImpl& source)
-{
-    if (this->referer == source.referer) return;
-    Share::drop(*this);
-    adopt(source.referer);
-    source.forget();
-    if (this->referer) CheckRefConstruction(this->referer->object);
 }
 
 } // namespace Tolmen

@@ -51,6 +51,7 @@ void VRequest::ID::considerLevel(int level, long objectNumber, long callerNumber
 
 const std::map<std::int32_t, VRequest::ID::Level>& VRequest::ID::levels() const
 {
+    const std::lock_guard lock(tableMutex_);
     if (!isTableTrue_)
         for (const Record& record : records_) table_[record.object] = record.level;
     isTableTrue_ = true;

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <mutex>
 #include <vector>
 
 namespace Quorl
@@ -68,6 +69,7 @@ public:
         Tolmen::FlatIndex<std::int32_t, std::uint32_t> places_; // in `records_`, counted from 1
         mutable std::map<std::int32_t, Level> table_;
         mutable bool isTableTrue_ = true;
+        mutable std::mutex tableMutex_; // several may ask for a table that is finished
     };
 
     /// Thrown by nobody in the kernel.

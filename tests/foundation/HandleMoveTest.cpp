@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace QuorlTest
 {
@@ -13,7 +15,6 @@ namespace
 {
 
 static_assert(std::is_nothrow_move_constructible_v<RefPtr<Left>>);
-static_assert(std::is_nothrow_move_constructible_v<WeakPtr<Left>>);
 
 TEST(HandleMove, TakesTheSharesOver)
 {
@@ -23,24 +24,18 @@ TEST(HandleMove, TakesTheSharesOver)
     EXPECT_EQ(source.referer, nullptr);
     EXPECT_EQ(counts(observer), (Counts{1, 3}));
     EXPECT_EQ(strong->number, 1);
-
-    WeakPtr<Left> weakSource(strong);
-    const WeakPtr<Left> weak(std::move(weakSource));
-    EXPECT_EQ(weakSource.referer, nullptr);
-    EXPECT_EQ(counts(observer), (Counts{1, 4}));
-    EXPECT_EQ(weak.rawptr(), strong.rawptr());
 }
 
-TEST(HandleMove, EndsWhatTheTargetHeldBeforeTheSourceIsLookedAt)
+TEST(HandleMove, EndsWhatTheTargetHeldWhileTheNewOneIsAlive)
 {
     RefPtr<Root> source(new Root);
     const WeakPtr<Root> newOne(source);
     RefPtr<Root> target(new Root);
     const WeakPtr<Root> oldOne(target);
-    bool wasSourceAlive = false;
-    target->whenEnding = [&] { wasSourceAlive = source.rawptr() == newOne.rawptr(); };
+    bool wasNewOneAlive = false;
+    target->whenEnding = [&] { wasNewOneAlive = !!newOne; };
     target = std::move(source);
-    EXPECT_TRUE(wasSourceAlive);
+    EXPECT_TRUE(wasNewOneAlive);
     EXPECT_TRUE(!oldOne);
     EXPECT_EQ(target.rawptr(), newOne.rawptr());
     EXPECT_EQ(counts(newOne), (Counts{1, 3}));
@@ -68,6 +63,61 @@ TEST(HandleMove, OfAStrongHandleIntoAWeakOneTakesNothingAway)
     assigned = RefPtr<Root>(new Root);
     EXPECT_TRUE(!assigned);
     EXPECT_EQ(counts(made), (Counts{1, 3}));
+}
+
+TEST(HandleMove, OfAStrongHandleThatIsSeenAsAWeakOneTakesNothingAway)
+{
+    const int before = Tolmen::RefererObjects;
+    {
+        std::vector<WeakPtr<Root>> list;
+        list.push_back(RefPtr<Root>(new Root));
+        std::map<WeakPtr<Root>, int> map;
+        map[RefPtr<Root>(new Root)] = 1;
+        EXPECT_TRUE(!list.front());
+        EXPECT_TRUE(!map.begin()->first);
+    }
+    EXPECT_EQ(Tolmen::RefererObjects, before);
+}
+
+struct Link : Root
+{
+    RefPtr<Link> next;
+};
+
+TEST(HandleMove, TakesFromWhatEndsByIt)
+{
+    RefPtr<Link> first(new Link);
+    first->next = new Link;
+    const WeakPtr<Link> second(first->next);
+    first = std::move(first->next);
+    EXPECT_EQ(first.rawptr(), second.rawptr());
+    EXPECT_EQ(counts(WeakPtr<Root>(second)), (Counts{1, 4}));
+}
+
+/// What an object may do to the last handle that has it, while it ends.
+TEST(HandleMove, IsClearedByWhatItEnds)
+{
+    const int before = Tolmen::RefererObjects;
+    for (int way = 0; way < 4; ++way)
+    {
+        RefPtr<Root> handle(new Root);
+        const RefPtr<Root> null;
+        auto& act = way % 2 == 0 ? handle->whenEnding : handle->whenDestroyed;
+        act = [&handle, &null, way] {
+            if (way < 2)
+                handle = RefPtr<Root>();
+            else
+                handle = null;
+        };
+        handle = RefPtr<Root>();
+        EXPECT_EQ(handle.referer, nullptr);
+    }
+    {
+        auto* handle = new RefPtr<Root>(new Root);
+        (*handle)->whenEnding = [handle] { *handle = RefPtr<Root>(); };
+        delete handle;
+    }
+    EXPECT_EQ(Tolmen::RefererObjects, before);
 }
 
 TEST(HandleMove, OfADeadHandleKeepsTheBlock)
