@@ -63,7 +63,8 @@ struct TypedView<B, B>
 ///
 /// Cost: an alive test and a member access are a test or two of memory that the caller is about to
 /// use. The dynamic cast is paid when a handle is made from one of another type or assigned, and by
-/// `rawptr`; `CastCache` makes it cheap. A copy is one atomic instruction, a move none.
+/// `rawptr`; `CastCache` makes it cheap. A copy is one atomic instruction, a move of a strong
+/// handle none.
 ///
 /// Threads: several threads may copy, lock and drop handles of one object at once, each its own
 /// handle. A weak handle may be locked only where the last strong one is not dropped meanwhile.
