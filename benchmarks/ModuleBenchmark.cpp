@@ -1,3 +1,4 @@
+#include <benchmarks/ModulePaths.h>
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VModule.h>
@@ -62,11 +63,7 @@ private:
 
 std::vector<std::string> modulePaths()
 {
-    std::vector<std::string> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(BENCHMARK_MODULES))
-        paths.push_back(std::string(BENCHMARK_MODULES) + "/" + entry.path().filename().string());
-    std::ranges::sort(paths);
-    return paths;
+    return pathsIn(BENCHMARK_MODULES);
 }
 
 int creators()

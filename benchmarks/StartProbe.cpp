@@ -1,3 +1,4 @@
+#include <benchmarks/ModulePaths.h>
 #include <quorl/foundation/BinaryFile.h>
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/VCreatorCache.h>
@@ -6,7 +7,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -24,15 +24,6 @@ namespace
 {
 
 using Paths = std::vector<std::string>;
-
-Paths modulesIn(const std::string& directory)
-{
-    Paths paths;
-    for (const auto& entry : std::filesystem::directory_iterator(directory))
-        paths.push_back(directory + "/" + entry.path().filename().string());
-    std::ranges::sort(paths);
-    return paths;
-}
 
 void readAll(const std::string& path)
 {
@@ -67,13 +58,13 @@ try
     if (count != 4) throw std::runtime_error("usage: start-probe WAY CACHE DIRECTORY");
     const std::string cache = arguments[2];
     const std::string directory = arguments[3];
-    const Paths paths = modulesIn(directory);
+    const Paths paths = QuorlBenchmark::pathsIn(directory);
     const std::map<std::string, std::function<void()>> ways = {
         {"read", [&] { Quorl::LoadVCreatorMapTypes(cache); }},
         {"read-bare", [&] { readAll(cache), statAll(paths); }},
         {"start",
          [&] { Quorl::LoadVCreatorMapTypes(cache), Quorl::openModules(directory.c_str()); }},
-        {"start-bare", [&] { readAll(cache), statAll(modulesIn(directory)); }},
+        {"start-bare", [&] { readAll(cache), statAll(QuorlBenchmark::pathsIn(directory)); }},
     };
     const std::string way = arguments[1];
     const auto& run = ways.at(way);

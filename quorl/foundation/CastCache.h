@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace Tolmen
 {
@@ -77,8 +78,8 @@ private:
         const std::ptrdiff_t offset =
             found ? reinterpret_cast<std::byte*>(found) - reinterpret_cast<std::byte*>(object)
                   : kNone;
-        const bool isShort = found ? offset > INT16_MIN && offset <= INT16_MAX : true;
-        if (isShort && table >> (64 - kOffsetBits) == 0)
+        const bool isTold = std::in_range<std::int16_t>(offset) && (offset == kNone) == !found;
+        if (isTold && table >> (64 - kOffsetBits) == 0)
             answers_[place(table)].store(std::uint64_t{table} << kOffsetBits |
                                              static_cast<std::uint16_t>(offset),
                                          std::memory_order_relaxed);

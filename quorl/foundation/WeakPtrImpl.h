@@ -16,28 +16,18 @@ class WeakPtrImpl : public DynPtr<T, B>
 public:
     WeakPtrImpl() = default;
 
-    WeakPtrImpl(const WeakPtrImpl& source)
-    {
-        copy(source);
-        takeWeakShare();
-    }
+    WeakPtrImpl(const WeakPtrImpl& source) : WeakPtrImpl(Bare{}, source) { takeWeakShare(); }
 
     /// Converts by a dynamic cast. Where it fails, or the object is dead, this handle is not alive
     /// but holds the block all the same.
     template <class S>
-    WeakPtrImpl(const DynPtr<S, B>& source)
+    WeakPtrImpl(const DynPtr<S, B>& source) : WeakPtrImpl(Bare{}, source)
     {
-        adopt(source.referer);
         takeWeakShare();
     }
 
     /// From the object itself; null gives the null handle.
-    WeakPtrImpl(const ReferenceBase<B>* object)
-    {
-        if (object == nullptr) return;
-        adopt(object->self.referer);
-        takeWeakShare();
-    }
+    WeakPtrImpl(const ReferenceBase<B>* object) : WeakPtrImpl(Bare{}, object) { takeWeakShare(); }
 
     ~WeakPtrImpl() { releaseWeakShare(); }
 
@@ -61,11 +51,20 @@ protected:
         static void drop(WeakPtrImpl& handle) { handle.wunref(); }
     };
 
-    /// For strong handles, which take and drop their shares themselves.
+    /// Without a share: strong handles take and drop theirs themselves.
     struct Bare
     {
     };
-    WeakPtrImpl(Bare, const WeakPtrImpl& source) { copy(source); }
+
+    /// Nothing is read from itself: what stood in the storage before its constructor is no handle,
+    /// and this one becomes null.
+    WeakPtrImpl(Bare, const WeakPtrImpl& source)
+    {
+        if (this == &source)
+            reportSelfConstruction();
+        else
+            static_cast<Handle&>(*this) = source;
+    }
     template <class S>
     WeakPtrImpl(Bare, const DynPtr<S, B>& source)
     {
@@ -86,16 +85,6 @@ protected:
     }
 
 private:
-    /// Nothing is read from itself: what stood in the storage before its constructor is no handle,
-    /// and this one becomes null.
-    void copy(const WeakPtrImpl& source)
-    {
-        if (this == &source)
-            reportSelfConstruction();
-        else
-            static_cast<Handle&>(*this) = source;
-    }
-
     void takeWeakShare() const
     {
         if (this->referer) this->referer->weak.fetch_add(1, std::memory_order_relaxed);

@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -111,16 +110,12 @@ public:
     CacheReader(std::FILE* file, std::uint64_t expected)
     {
         std::size_t size = 0;
-        std::size_t got = 0;
-        std::size_t room = std::min(expected, kMostExpected) + 1; // so that its end shows
-        do {
-            auto longer = std::make_unique_for_overwrite<char[]>(size + room);
-            std::copy_n(bytes_.get(), size, longer.get());
-            bytes_ = std::move(longer);
-            got = std::fread(bytes_.get() + size, 1, room, file);
-            size += got;
-        } while (got == std::exchange(room, size));
-        left_ = string_view(bytes_.get(), size);
+        while (size == bytes_.size()) // no room is left, so there may be more
+        {
+            bytes_.resize(size == 0 ? std::min(expected, kMostExpected) + 1 : 2 * size);
+            size += std::fread(bytes_.data() + size, 1, bytes_.size() - size, file);
+        }
+        left_ = string_view(bytes_).substr(0, size);
     }
 
     template <class Integer>
@@ -143,7 +138,7 @@ private:
         return taken;
     }
 
-    std::unique_ptr<char[]> bytes_;
+    string bytes_;
     string_view left_;
 };
 

@@ -15,13 +15,9 @@ using QuorlTest::makeParameter;
 using QuorlTest::makePool;
 using QuorlTest::Network;
 using QuorlTest::Node;
+using QuorlTest::touchInput;
 
 using Names = std::vector<std::string>;
-
-void touchInput(const RefPtr<VSlot>& slot, const RefPtr<ValuePool>& pool = {})
-{
-    slot->Parameter->touchValue(pool);
-}
 
 class Cancellable final : public VRequest
 {

@@ -17,13 +17,9 @@ using QuorlTest::makePool;
 using QuorlTest::Network;
 using QuorlTest::outputOf;
 using QuorlTest::tick;
+using QuorlTest::touchInput;
 
 using Names = std::vector<std::string>;
-
-void touchInput(const RefPtr<VSlot>& slot, const RefPtr<ValuePool>& pool = {})
-{
-    slot->Parameter->touchValue(pool);
-}
 
 TEST(VObjectRequest, DoesNothingForAnObjectWithoutInputsThatIsYoungEnough)
 {

@@ -137,6 +137,13 @@ inline bool ask(const Quorl::RefPtr<Node>& node, const Quorl::RefPtr<Quorl::Valu
     return node->init_request(request, precision);
 }
 
+/// Makes what an input shows younger than all that is.
+inline void touchInput(const Quorl::RefPtr<Quorl::VSlot>& slot,
+                       const Quorl::RefPtr<Quorl::ValuePool>& pool = {})
+{
+    slot->Parameter->touchValue(pool);
+}
+
 /// Advances the clock by one.
 inline Quorl::Ageable tick()
 {
