@@ -1,6 +1,7 @@
 #include <quorl/objects/VObject.h>
 
 #include <quorl/foundation/Typename.h>
+#include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/VObjectParametersFunctor.h>
 #include <quorl/registry/VAcception.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -35,6 +36,7 @@ VObject::VObject(const string& wantedName, int givenPriority,
                  const RefPtr<VCreationPreferences>& preferences)
     : VManagedDomainObject<VObject>(wantedName, givenPriority), CreationPreferences(preferences)
 {
+    OwnOperations::learnDefaults(*this);
     insert(wantedName, givenPriority);
     insertFunctor("getNumberOfParameters",
                   RefPtr<VScriptFunctor>(new VObjectParametersFunctor(WeakVObjectPtr(this))));

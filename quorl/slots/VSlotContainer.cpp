@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Typename.h>
 #include <quorl/services/Vprintf.h>
+#include <quorl/slots/InputCursor.h>
 #include <quorl/slots/InputSearch.h>
 #include <quorl/values/VValueBase.h>
 
@@ -181,23 +182,10 @@ int VSlotContainer::getNumberOfParameters(int maxExpertLevel) const
 
 int VSlotContainer::iterateParameters(int maxExpertLevel, VSlotIterator& visitor) const
 {
-    Vprintf(kTraceVerbosity, "VSlotContainer::iterateInputs(%d): Have %d inputs.\n", maxExpertLevel,
-            static_cast<int>(Slots->Inputs.size()));
-    int finishedLevels = 0;
-    for (const auto& [level, slots] : Slots->Inputs)
-    {
-        if (level > maxExpertLevel) break;
-        for (const RefPtr<VSlot>& entry : slots)
-        {
-            if (!entry) continue;
-            Vprintf(kTraceVerbosity, "VSlotContainer::iterateInputs(%d): `%s'\n", maxExpertLevel,
-                    entry->Name.c_str());
-            const RefPtr<VSlot> slot = entry;
-            if (!visitor.apply(slot, level)) return finishedLevels;
-        }
-        ++finishedLevels;
-    }
-    return finishedLevels;
+    InputCursor inputs(*this, maxExpertLevel);
+    while (inputs.next())
+        if (!visitor.apply(inputs.slot(), inputs.level())) break;
+    return inputs.finishedLevels();
 }
 
 int VSlotContainer::iterate_inputs(std::function<bool(const RefPtr<VSlot>&, int)> visit) const

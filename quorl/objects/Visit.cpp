@@ -1,0 +1,261 @@
+#include <quorl/objects/Visit.h>
+
+#include <quorl/foundation/Cache.h>
+#include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/VObject.h>
+#include <quorl/objects/VObjectIsOutOfMemory.h>
+#include <quorl/slots/VParameter.h>
+#include <quorl/slots/VSlot.h>
+#include <quorl/slots/VSlotContainer.h>
+#include <quorl/values/ValuePool.h>
+
+namespace Quorl
+{
+namespace
+{
+
+void noteNewestConnection(const VObject& object, VRequest& request)
+{
+    if (!(request.NewestConnection < object.ConnectionAge())) return;
+    request.NewestConnection = object.ConnectionAge();
+    request.NewestConnectionObject = object.ID;
+}
+
+/// What the one who asked is told after an update ended itself.
+bool answerTo(const VObject::ExecutionStatus& status, const RequestTrace& trace)
+{
+    trace.exception(status.text);
+    if (status.status <= VObject::ExecutionStatus::LastModified) return true;
+    if (status.status != VObject::ExecutionStatus::Failed) trace.notUpdated();
+    return false;
+}
+
+} // namespace
+
+Visit::Visit(VObject& object, VRequest& request, double precision,
+             const std::source_location& operation)
+    : object_(object), request_(request), precision_(precision), inProgress_(object.RequestCounter),
+      section_(operation.file_name(), static_cast<int>(operation.line()), operation.function_name(),
+               object.getName(), 0),
+      age_(object.age(request.Pool)), trace_(object, request, age_)
+{
+}
+
+Visit::~Visit() = default;
+
+bool Visit::begin()
+{
+    trace_.begin(precision_);
+    if (object_.hasRequest(request_))
+    {
+        trace_.recursionStopped();
+        return false;
+    }
+    ageBefore_ = age_;
+    connectionBefore_ = object_.ConnectionAge();
+    noteNewestConnection(object_, request_);
+    newestInput_ = age_;
+    if (!object_.addRequest(request_))
+    {
+        trace_.occupied();
+        return false;
+    }
+    deeper_.emplace();
+    inputs_.emplace(object_, VObject::kAllLevels);
+    return true;
+}
+
+WeakVObjectPtr Visit::self() const
+{
+    return WeakVObjectPtr(&object_);
+}
+
+// The inputs
+
+VObject* Visit::nextSource()
+{
+    while (inputs_->next())
+    {
+        const RefPtr<VSlot>& slot = inputs_->slot();
+        trace_.input(*slot);
+        if (request_.isCancelled()) break;
+        if (!takesPart(slot)) continue;
+        if (considerInput(*slot)) return &*source_;
+        leaveInput();
+    }
+    inputs_.reset();
+    return nullptr;
+}
+
+bool Visit::takesPart(const RefPtr<VSlot>& slot) const
+{
+    return slot->Parameter && !object_.checkIfIgnoredInputClass(slot->InputClass) &&
+           !object_.ignoreInput(slot);
+}
+
+/// \return whether the object that provides the input is to be asked.
+bool Visit::considerInput(const VSlot& slot)
+{
+    parameter_ = slot.Parameter;
+    const Ageable parameterAge = parameter_->age(request_.Pool);
+    if (parameterAge > age_)
+    {
+        trace_.inputIsNewer(slot, parameterAge);
+        demandUpdate("Input " + slot.Name + " is newer");
+        raiseAge(newestInput_, parameterAge);
+    }
+    trace_.inputAge(slot, parameterAge, newestInput_);
+
+    source_ = parameter_->source;
+    if (!source_)
+    {
+        considerPureInput(slot, parameterAge);
+        return false;
+    }
+    trace_.sourceIsOlderThanInput(slot, parameterAge, *source_);
+    if (!isToBeAsked(*source_)) return false;
+    leadTo(*source_);
+    return true;
+}
+
+void Visit::considerPureInput(const VSlot& slot, const Ageable& parameterAge)
+{
+    trace_.inputHasNoObject();
+    if (!(parameterAge > age_)) return;
+    demandUpdate("Pure Input " + slot.Name + " is newer");
+    trace_.pureInputIsNewer(slot, parameterAge);
+    raiseAge(newestInput_, parameterAge);
+}
+
+/// An object that is not ready is passed over; one that this evaluation is walking already closes a
+/// cycle, which is cut here.
+bool Visit::isToBeAsked(const VObject& source) const
+{
+    if (!source.RequestProcessing)
+    {
+        trace_.sourceIsNotReady(source);
+        return false;
+    }
+    if (source.hasRequest(request_))
+    {
+        trace_.cycleStopped(source);
+        return false;
+    }
+    return true;
+}
+
+void Visit::leadTo(VObject& source)
+{
+    request_.Id->considerLevel(object_.Executor.Level + 1, source.ID, object_.ID);
+    source.Executor = object_.Executor;
+}
+
+void Visit::hearAnswer(bool wasModified)
+{
+    const VSlot& slot = *inputs_->slot();
+    if (wasModified)
+    {
+        const Ageable& parameterAge = parameter_->age(request_.Pool);
+        raiseAge(newestInput_, parameterAge);
+        trace_.sourceWasModified(*source_, parameterAge, newestInput_);
+        demandUpdate("Input Object " + source_->getName() +
+                     "->request() returned true, it provides input param " + slot.Name);
+    }
+
+    const Ageable& sourceAge = source_->age(request_.Pool);
+    if (sourceAge > age_)
+    {
+        raiseAge(newestInput_, sourceAge);
+        trace_.sourceIsNewer(slot, sourceAge);
+        demandUpdate("Input " + slot.Name + " is newer");
+    }
+    else
+        trace_.sourceIsConstant(*source_, sourceAge);
+    leaveInput();
+}
+
+void Visit::leaveInput()
+{
+    source_ = RefPtr<VObject>();
+    parameter_ = RefPtr<VParameter>();
+}
+
+// The decision
+
+bool Visit::conclude()
+{
+    deeper_.reset();
+    object_.removeRequest(request_); // Deliberate: not done if the walk throws.
+    if (request_.isCancelled()) return false;
+
+    trace_.walked(isActionDemanded_);
+    considerState();
+    trace_.poolIsMissing();
+    considerConnections();
+    object_.taintFromRequest(request_);
+    if (isActionDemanded_ || mustUpdate()) return runUpdate();
+    trace_.notUpdated();
+    return false;
+}
+
+/// A state that was modified, but before the object last ran, demands an update; one that was never
+/// modified does not.
+void Visit::considerState()
+{
+    const RefPtr<VStateCreatorBase::State> state = object_.getState(request_.Pool);
+    if (!state || *state < Ageable(1) || !(*state < age_)) return;
+    demandUpdate("Object local state is old, object needs to update");
+    trace_.stateIsOld(*state);
+}
+
+/// A new connection counts even if every input is old. Judged by the ages of before the walk, so
+/// that what an update upstream connects meanwhile is left to the next request.
+void Visit::considerConnections()
+{
+    if (!(ageBefore_ < connectionBefore_)) return;
+    raiseAge(newestInput_, object_.ConnectionAge());
+    demandUpdate("Connections/Parameters have changed");
+}
+
+bool Visit::mustUpdate() const
+{
+    return OwnOperations::hasMustUpdate(object_) && object_.must_update(request_, precision_);
+}
+
+void Visit::demandUpdate(const string& why)
+{
+    isActionDemanded_ = true;
+    reason_ = why;
+}
+
+/// After a success the object is as young as the newest of its inputs, not as the present: nothing
+/// is newer than it then.
+bool Visit::runUpdate()
+{
+    trace_.updating(newestInput_, isActionDemanded_, reason_);
+    const Ageable ageAtUpdate = age_;
+    bool hasSucceeded = false;
+    try
+    {
+        const Tolmen::CounterScope inProgress(object_.UpdateCounter);
+        hasSucceeded = object_.perform_update(request_, precision_);
+    }
+    catch (const Tolmen::Cache::OutOfMemory& reason)
+    {
+        throw VObjectIsOutOfMemory(reason, WeakVObjectPtr(&object_));
+    }
+    catch (const VObject::ExecutionStatus& status)
+    {
+        return answerTo(status, trace_);
+    }
+    if (!hasSucceeded)
+    {
+        trace_.updateFailed(newestInput_);
+        return false;
+    }
+    raiseAge(age_, newestInput_);
+    trace_.updated(newestInput_, ageAtUpdate);
+    return true;
+}
+
+} // namespace Quorl

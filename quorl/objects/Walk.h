@@ -1,0 +1,40 @@
+#pragma once
+
+#include <quorl/Forward.h>
+#include <quorl/objects/Visit.h>
+
+#include <deque>
+#include <source_location>
+
+namespace Quorl
+{
+
+/// Walks upstream from an object, depth first, on a stack of its own: how deep a network may be is
+/// a matter of memory, not of the thread's stack. Only an object with a `request` of its own class
+/// is called, and its network walked by what it calls.
+class Walk
+{
+public:
+    Walk(VRequest& request, const WeakVObjectPtr& origin, const std::source_location& operation)
+        : request_(request), origin_(origin), operation_(operation)
+    {
+    }
+    ~Walk();
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
+
+    /// \return whether the object counts as modified.
+    bool from(VObject& object, double precision);
+
+private:
+    bool enter(VObject& object, double precision);
+    void ask(VObject& source);
+    bool leave();
+
+    VRequest& request_;
+    const WeakVObjectPtr& origin_;
+    const std::source_location operation_;
+    std::deque<Visit> path_; // from the object where the walk began
+};
+
+} // namespace Quorl
