@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Export.h>
 #include <quorl/foundation/Forward.h>
+#include <quorl/foundation/Watch.h>
 
 #include <cstdint>
 
@@ -21,10 +22,23 @@ public:
     Ageable() : stamp_(GlobalTime.stamp_) {}
     constexpr explicit Ageable(std::int64_t stamp) : stamp_(stamp) {}
 
+    Ageable(const Ageable&) = default;
+
+    Ageable& operator=(const Ageable& other)
+    {
+        stamp_ = other.stamp_;
+        Watch::written(this);
+        return *this;
+    }
+
     std::int64_t stamp() const { return stamp_; }
 
     /// Advances the clock by one and takes its new value: younger than all that was before.
-    void touch() { stamp_ = ++GlobalTime.stamp_; }
+    void touch()
+    {
+        stamp_ = ++GlobalTime.stamp_;
+        Watch::written(this);
+    }
 
     static Ageable GlobalTime; ///< the clock; starts at 1
     static Ageable Ooooold;    ///< of what never happened: older than all that the clock gives

@@ -48,6 +48,8 @@ public:
     Profiler(const Profiler&) = delete;
     Profiler& operator=(const Profiler&) = delete;
 
+    static bool isListenedTo() { return theListener != nullptr; }
+
     /// \return the previous listener; null means none.
     static Listener* setListener(Listener* listener);
 

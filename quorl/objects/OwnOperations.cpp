@@ -8,54 +8,95 @@ namespace Quorl
 namespace
 {
 
-/// What an object runs for each of the operations.
-struct Entries
+const void* entryOfRequest(const VObject& object)
 {
-    explicit Entries(const VObject& object)
-        : request(Tolmen::virtualEntry(object, &VObject::request)),
-          mustUpdate(Tolmen::virtualEntry(object, &VObject::must_update)),
-          unsychronizedUpdate(Tolmen::virtualEntry(object, &VObject::unsychronized_update))
-    {
-    }
-
-    const void* request;
-    const void* mustUpdate;
-    const void* unsychronizedUpdate;
-};
-
-const Entries& defaults(const VObject* first = nullptr)
-{
-    static const Entries theDefaults(*first);
-    return theDefaults;
+    return Tolmen::virtualEntry(object, &VObject::request);
 }
 
-template <class Operation>
-bool isOwn(const VObject& object, Operation operation, const void* const Entries::* kind)
+const void* entryOfHasRequest(const VObject& object)
 {
-    const void* const entry = Tolmen::virtualEntry(object, operation);
-    return entry == nullptr || entry != defaults().*kind;
+    return Tolmen::virtualEntry(object, &VTraceRequestID::hasRequest);
+}
+
+const void* entryOfIgnoreInput(const VObject& object)
+{
+    return Tolmen::virtualEntry(object, &VSlotContainer::ignoreInput);
+}
+
+const void* entryOfMustUpdate(const VObject& object)
+{
+    return Tolmen::virtualEntry(object, &VObject::must_update);
+}
+
+const void* entryOfUnsychronizedUpdate(const VObject& object)
+{
+    return Tolmen::virtualEntry(object, &VObject::unsychronized_update);
+}
+
+const void* entryOfIsCancelled(const VRequest& request)
+{
+    return Tolmen::virtualEntry(request, &VRequest::isCancelled);
+}
+
+/// The entry of the defaults, learnt from the first one who asks.
+template <auto entryOf, class Owner>
+const void* defaultEntry(const Owner& owner)
+{
+    static const void* const entry = entryOf(owner);
+    return entry;
+}
+
+template <auto entryOf, class Owner>
+bool isOwn(const Owner& owner)
+{
+    const void* const entry = entryOf(owner);
+    return entry == nullptr || entry != defaultEntry<entryOf>(owner);
 }
 
 } // namespace
 
 bool OwnOperations::hasRequest(const VObject& object)
 {
-    return isOwn(object, &VObject::request, &Entries::request);
+    return isOwn<entryOfRequest>(object);
+}
+
+bool OwnOperations::hasHasRequest(const VObject& object)
+{
+    return isOwn<entryOfHasRequest>(object);
+}
+
+bool OwnOperations::hasIgnoreInput(const VObject& object)
+{
+    return isOwn<entryOfIgnoreInput>(object);
 }
 
 bool OwnOperations::hasMustUpdate(const VObject& object)
 {
-    return isOwn(object, &VObject::must_update, &Entries::mustUpdate);
+    return isOwn<entryOfMustUpdate>(object);
 }
 
 bool OwnOperations::hasUnsychronizedUpdate(const VObject& object)
 {
-    return isOwn(object, &VObject::unsychronized_update, &Entries::unsychronizedUpdate);
+    return isOwn<entryOfUnsychronizedUpdate>(object);
+}
+
+bool OwnOperations::hasIsCancelled(const VRequest& request)
+{
+    return isOwn<entryOfIsCancelled>(request);
 }
 
 void OwnOperations::learnDefaults(const VObject& object)
 {
-    defaults(&object);
+    defaultEntry<entryOfRequest>(object);
+    defaultEntry<entryOfHasRequest>(object);
+    defaultEntry<entryOfIgnoreInput>(object);
+    defaultEntry<entryOfMustUpdate>(object);
+    defaultEntry<entryOfUnsychronizedUpdate>(object);
+}
+
+void OwnOperations::learnDefaults(const VRequest& request)
+{
+    defaultEntry<entryOfIsCancelled>(request);
 }
 
 } // namespace Quorl

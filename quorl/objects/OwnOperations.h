@@ -5,19 +5,23 @@
 namespace Quorl
 {
 
-/// Whether an object's class overrides what a walk calls. A default needs no call, since it is
-/// known what it does. Where it cannot be told, the answer is that the class does.
+/// Whether a class overrides what a walk calls. A default needs no call, since it is known what it
+/// does. Where it cannot be told, the answer is that the class overrides it.
 ///
 /// An object under construction or destruction answers for the class that it is just then.
 class OwnOperations
 {
 public:
     static bool hasRequest(const VObject& object);
+    static bool hasHasRequest(const VObject& object);
+    static bool hasIgnoreInput(const VObject& object);
     static bool hasMustUpdate(const VObject& object);
     static bool hasUnsychronizedUpdate(const VObject& object);
+    static bool hasIsCancelled(const VRequest& request);
 
-    /// For the constructor of `VObject`, where an object has nothing of its own.
+    // For the constructors of `VObject` and `VRequest`, where nothing is overridden.
     static void learnDefaults(const VObject& object);
+    static void learnDefaults(const VRequest& request);
 };
 
 } // namespace Quorl

@@ -1,5 +1,7 @@
 #include <quorl/objects/RequestExecutor.h>
 
+#include <quorl/objects/Repeats.h>
+
 #include <algorithm>
 
 namespace Tolmen
@@ -10,6 +12,24 @@ template class ReferenceBase<Quorl::RequestExecutor::MaxRequestExecutor>;
 namespace Quorl
 {
 
+RequestExecutor::Reckoned& RequestExecutor::Reckoned::operator=(const Reckoned& other)
+{
+    return *this = std::int32_t{other};
+}
+
+RequestExecutor::Reckoned& RequestExecutor::Reckoned::operator=(std::int32_t value)
+{
+    Repeats::realizeAll();
+    value_ = value;
+    return *this;
+}
+
+RequestExecutor::Reckoned::operator std::int32_t() const
+{
+    Repeats::realizeAll();
+    return value_;
+}
+
 RequestExecutor::MaxRequestExecutor::MaxRequestExecutor() = default;
 RequestExecutor::MaxRequestExecutor::~MaxRequestExecutor() = default;
 
@@ -19,17 +39,14 @@ RequestExecutor::RequestExecutor(const RequestExecutor& caller)
     : Level(caller.Level + 1), Max(caller.Max)
 {
     Max->MaxLevel = Level;
-    ++Max->Changes;
+    Max->Changes = Max->Changes + 1;
 }
 
 // A chain that is assigned to itself goes one deeper, too.
 RequestExecutor& RequestExecutor::operator=(const RequestExecutor& caller)
 {
-    PreviousLevel = Level;
-    Level = caller.Level + 1;
-    Max = caller.Max;
-    Max->MaxLevel = std::max(Max->MaxLevel, Level);
-    if (Level != PreviousLevel) ++Max->Changes;
+    Repeats::realizeAll();
+    descend(caller.Max, caller.Level.value_ + 1);
     return *this;
 }
 
@@ -39,6 +56,24 @@ void RequestExecutor::reset()
 {
     Level = 0;
     Max = new MaxRequestExecutor;
+}
+
+void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
+{
+    PreviousLevel.value_ = Level.value_;
+    Level.value_ = level;
+    Max = chain;
+    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, level);
+    if (level != PreviousLevel.value_) ++Max->Changes.value_;
+}
+
+void RequestExecutor::descend(std::int32_t levelBeforeLast, std::int32_t lastLevel,
+                              std::int32_t maxLevel, std::int32_t changes)
+{
+    PreviousLevel.value_ = levelBeforeLast;
+    Level.value_ = lastLevel;
+    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, maxLevel);
+    Max->Changes.value_ += changes;
 }
 
 } // namespace Quorl

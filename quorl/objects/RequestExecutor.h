@@ -14,6 +14,24 @@ namespace Quorl
 class QUORL_API RequestExecutor
 {
 public:
+    /// A number that walks account for late: whoever reads or writes it has them do that first.
+    class QUORL_API Reckoned
+    {
+    public:
+        Reckoned(std::int32_t value = 0) : value_(value) {}
+        Reckoned(const Reckoned& other) : value_(other) {}
+        ~Reckoned() = default;
+
+        Reckoned& operator=(const Reckoned& other);
+        Reckoned& operator=(std::int32_t value);
+        operator std::int32_t() const;
+
+    private:
+        friend class RequestExecutor;
+
+        std::int32_t value_;
+    };
+
     /// What all executors of one chain share.
     class QUORL_API MaxRequestExecutor : public Tolmen::ReferenceBase<MaxRequestExecutor>
     {
@@ -21,8 +39,8 @@ public:
         MaxRequestExecutor();
         ~MaxRequestExecutor() override;
 
-        std::int32_t MaxLevel = 0; ///< the largest depth
-        std::int32_t Changes = 0;  ///< how often an object's depth became another
+        Reckoned MaxLevel; ///< the largest depth
+        Reckoned Changes;  ///< how often an object's depth became another
     };
 
     RequestExecutor();
@@ -32,9 +50,26 @@ public:
 
     void reset(); ///< to depth 0, in a chain of its own
 
-    std::int32_t Level = 0;
-    std::int32_t PreviousLevel = -1;
+    Reckoned Level;
+    Reckoned PreviousLevel{-1};
     RefPtr<MaxRequestExecutor> Max;
+
+private:
+    friend class Finding;
+    friend class Repeats;
+    friend class Visit;
+
+    // For walks: the numbers as far as they have been accounted for.
+
+    std::int32_t knownLevel() const { return Level.value_; }
+
+    /// As the assignment of an executor that is one level above.
+    void descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level);
+
+    /// As several of them, of which the levels of the last two and the deepest are known, and how
+    /// often the level became another.
+    void descend(std::int32_t levelBeforeLast, std::int32_t lastLevel, std::int32_t maxLevel,
+                 std::int32_t changes);
 };
 
 } // namespace Quorl

@@ -113,9 +113,9 @@ void RequestTrace::updating(const Ageable& newestInput, bool isActionDemanded,
         std::printf("... because an action happened: %s\n", reason.c_str());
     else
         std::printf("...because it must update\n");
-    if (isVerbose(10))
-        std::printf("%*s[%d]  %s->update() T=%ld\n", object_.Executor.Level, "",
-                    object_.Executor.Level, nameOf(object_), ticks(age_));
+    if (!isVerbose(10)) return;
+    const std::int32_t level = object_.Executor.Level;
+    std::printf("%*s[%d]  %s->update() T=%ld\n", level, "", level, nameOf(object_), ticks(age_));
 }
 
 void RequestTrace::updateFailed(const Ageable& newestInput) const

@@ -1,5 +1,6 @@
 #include <quorl/objects/VConnectionValidatorList.h>
 
+#include <quorl/foundation/Watch.h>
 #include <quorl/objects/VConnectionValidator.h>
 
 namespace Quorl
@@ -11,6 +12,7 @@ VConnectionValidatorList::~VConnectionValidatorList() = default;
 void VConnectionValidatorList::insertConnectionValidator(
     const WeakPtr<VConnectionValidator>& validator)
 {
+    Tolmen::Watch::shapeChanges();
     validators_.insert(validator);
 }
 

@@ -23,6 +23,8 @@ public:
     /// A connection of the object with that number (reduced to 32 bits) has changed. Ages stand.
     void taintConnectionValidators(long object) const;
 
+    bool hasConnectionValidators() const { return !validators_.empty(); }
+
     /// As `VConnectionValidator::taintFromRequest`, for all.
     void taintFromRequest(const VRequest& request);
 

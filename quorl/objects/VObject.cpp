@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Typename.h>
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/Repeats.h>
 #include <quorl/objects/VObjectParametersFunctor.h>
 #include <quorl/registry/VAcception.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -42,7 +43,10 @@ VObject::VObject(const string& wantedName, int givenPriority,
                   RefPtr<VScriptFunctor>(new VObjectParametersFunctor(WeakVObjectPtr(this))));
 }
 
-VObject::~VObject() = default;
+VObject::~VObject()
+{
+    Repeats::forget(*this);
+}
 
 bool VObject::schedule(double precision, const RefPtr<ValuePool>& pool)
 {

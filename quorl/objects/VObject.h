@@ -4,6 +4,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/Counter.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Watched.h>
 #include <quorl/foundation/mutex.h>
 #include <quorl/modules/VSaveable.h>
 #include <quorl/objects/RequestExecutor.h>
@@ -250,7 +251,7 @@ public:
     static std::int32_t
         VERBOSE_REQUEST; ///< how much requests tell on standard output; 0 is nothing
 
-    bool RequestProcessing = false;
+    Tolmen::Watched<bool> RequestProcessing = false;
     WeakPtr<VCreatorBase> Creator; ///< what made this object; may be null
     RequestExecutor Executor;      ///< the depth in the evaluation that passed last
     std::set<UpdateFunction, std::less<UpdateFunction>> UpdateFunctions;
@@ -258,6 +259,15 @@ public:
     Tolmen::Counter RequestCounter; ///< requests in progress
     RefPtr<VCreationPreferences> CreationPreferences;
     string UserInfo; ///< who made this object; not read in the kernel
+
+private:
+    friend class Repeats;
+
+    struct Place // in the walk that came by last
+    {
+        std::uint64_t walk = 0;
+        std::uint32_t place = 0;
+    } place_;
 };
 
 extern template class VManagedDomainObject<VObject>;

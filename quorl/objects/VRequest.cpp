@@ -1,6 +1,11 @@
 #include <quorl/objects/VRequest.h>
 
+#include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/Repeats.h>
 #include <quorl/values/ValuePool.h>
+
+#include <algorithm>
+#include <limits>
 
 namespace Tolmen
 {
@@ -9,6 +14,12 @@ template class ReferenceBase<Quorl::VRequest::ID>;
 
 namespace Quorl
 {
+namespace
+{
+
+constexpr std::int32_t kMostVisits = std::numeric_limits<std::int32_t>::max();
+
+} // namespace
 
 VRequest::ID::ID() = default;
 VRequest::ID::~ID() = default;
@@ -26,31 +37,38 @@ VRequest::ID::Level& VRequest::ID::recordOf(std::int32_t object)
     return records_[place - 1].level;
 }
 
-void VRequest::ID::considerLevel(int level, long objectNumber, long callerNumber)
+void VRequest::ID::considerLevel(int level, long object, long caller)
 {
-    const auto object = static_cast<std::int32_t>(objectNumber);
-    const auto caller = static_cast<std::int32_t>(callerNumber);
+    Repeats::realizeAll();
+    const auto callerNumber = static_cast<std::int32_t>(caller);
+    considerVisits({level, level, 1, callerNumber, callerNumber},
+                   static_cast<std::int32_t>(object));
+}
+
+void VRequest::ID::considerVisits(const Level& visits, std::int32_t object)
+{
     Level& record = recordOf(object);
     if (record.Count < 1)
     {
-        record = {level, level, 1, caller, caller};
+        record = visits;
         return;
     }
-    if (level < record.MinLevel)
+    if (visits.MinLevel < record.MinLevel)
     {
-        record.MinLevel = level;
-        record.MinCaller = caller;
+        record.MinLevel = visits.MinLevel;
+        record.MinCaller = visits.MinCaller;
     }
-    if (level > record.MaxLevel)
+    if (visits.MaxLevel > record.MaxLevel)
     {
-        record.MaxLevel = level;
-        record.MaxCaller = caller;
+        record.MaxLevel = visits.MaxLevel;
+        record.MaxCaller = visits.MaxCaller;
     }
-    ++record.Count;
+    record.Count += std::min(visits.Count, kMostVisits - record.Count);
 }
 
 const std::map<std::int32_t, VRequest::ID::Level>& VRequest::ID::levels() const
 {
+    Repeats::realizeAll();
     const std::lock_guard lock(tableMutex_);
     if (!isTableTrue_)
         for (const Record& record : records_) table_[record.object] = record.level;
@@ -61,12 +79,14 @@ const std::map<std::int32_t, VRequest::ID::Level>& VRequest::ID::levels() const
 VRequest::VRequest(const RefPtr<ValuePool>& pool, bool flag)
     : Flag(flag), Pool(pool), Id(new VRequest::ID)
 {
+    OwnOperations::learnDefaults(*this);
 }
 
 // A ticket of its own: neither its moment nor its mutex is the other's.
 VRequest::VRequest(const VRequest& other) // NOLINT(bugprone-copy-constructor-init)
     : Ageable(), Tolmen::mutex(), Flag(other.Flag), Pool(other.Pool), Id(other.Id)
 {
+    OwnOperations::learnDefaults(*this);
 }
 
 VRequest::~VRequest() = default;

@@ -49,6 +49,9 @@ public:
         /// numbers, reduced to 32 bits. Of several callers at one extreme level the first stays.
         void considerLevel(int level, long object, long caller);
 
+        /// The same for many visits of one object, of which the bounds and their callers are known.
+        void considerVisits(const Level& visits, std::int32_t object);
+
         /// The records by the numbers of the objects. What is recorded later shows when this is
         /// asked again.
         const std::map<std::int32_t, Level>& levels() const;

@@ -1,6 +1,7 @@
 #include <quorl/objects/VStateCreatorBase.h>
 
 #include <quorl/foundation/SteadyWalk.h>
+#include <quorl/foundation/Watch.h>
 #include <quorl/values/ValuePool.h>
 
 namespace Tolmen
@@ -24,6 +25,13 @@ RefPtr<VStateCreatorBase::State> VStateCreatorBase::newState() const
 
 RefPtr<VStateCreatorBase::State>& VStateCreatorBase::getState(const WeakPtr<ValuePool>& pool) const
 {
+    Tolmen::Watch::written(states_.get());
+    return (*states_)[pool];
+}
+
+const RefPtr<VStateCreatorBase::State>&
+VStateCreatorBase::stateIn(const WeakPtr<ValuePool>& pool) const
+{
     return (*states_)[pool];
 }
 
@@ -44,6 +52,7 @@ void VStateCreatorBase::setState(const WeakPtr<ValuePool>& pool, const RefPtr<St
 
 void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
 {
+    const Tolmen::Watch::ShapeChange change;
     states_->erase(pool);
 }
 

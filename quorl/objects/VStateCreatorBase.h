@@ -44,6 +44,9 @@ public:
     /// The state in a context, null if there is none. Enters the context, and makes no state.
     RefPtr<State>& getState(const WeakPtr<ValuePool>& pool) const;
 
+    /// The same, to be looked at and not to be replaced.
+    const RefPtr<State>& stateIn(const WeakPtr<ValuePool>& pool) const;
+
     /// The state in a context, made if needed. For the updates of objects.
     RefPtr<State> myState(const WeakPtr<ValuePool>& pool) const;
 
@@ -53,6 +56,9 @@ public:
     /// The first interface of that type among the live states, each of which may make it on demand.
     /// Null if there is none.
     RefPtr<Tolmen::InterfaceBase> hasLocalInterface(const std::type_info& type) const;
+
+    /// Where a watch is told that a state may have been replaced.
+    const void* watchedStates() const { return states_.get(); }
 
 private:
     using States = std::map<WeakPtr<ValuePool>, RefPtr<State>>;

@@ -16,16 +16,28 @@ bool VTraceRequestID::hasRequest(const VRequest& request) const
 
 bool VTraceRequestID::addRequest(const VRequest& request)
 {
-    if (Current) return false;
-    std::swap(Previous, Latest);
-    Latest = RefPtr<VRequest::ID>(request.Id);
-    Current = request.Id;
-    return true;
+    const Tolmen::Watch::ShapeChange change;
+    return enter(request);
 }
 
 void VTraceRequestID::removeRequest(const VRequest& /*request*/)
 {
-    Current = WeakPtr<VRequest::ID>();
+    const Tolmen::Watch::ShapeChange change;
+    leave();
+}
+
+bool VTraceRequestID::enter(const VRequest& request)
+{
+    if (Current) return false;
+    std::swap(Previous.quietly(), Latest.quietly());
+    Latest.quietly() = RefPtr<VRequest::ID>(request.Id);
+    Current.quietly() = request.Id;
+    return true;
+}
+
+void VTraceRequestID::leave()
+{
+    Current.quietly() = WeakPtr<VRequest::ID>();
 }
 
 bool VTraceRequestID::ExecutionGraphHasChanged() const

@@ -3,6 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Watched.h>
 #include <quorl/objects/VRequest.h>
 
 namespace Quorl
@@ -40,9 +41,18 @@ public:
     /// output that both were the same evaluation, for which the answer is false.
     bool ExecutionGraphHasChanged() const;
 
-    WeakPtr<VRequest::ID> Current; ///< dead or null if no evaluation is inside
-    RefPtr<VRequest::ID> Previous; ///< the one before `Latest`
-    RefPtr<VRequest::ID> Latest;   ///< the one that entered last
+    using Entry = Tolmen::Watched<RefPtr<VRequest::ID>>;
+
+    Tolmen::Watched<WeakPtr<VRequest::ID>> Current; ///< dead or null if no evaluation is inside
+    Entry Previous;                                 ///< the one before `Latest`
+    Entry Latest;                                   ///< the one that entered last
+
+private:
+    friend class Visit;
+
+    // The same for a walk, which leaves as it has come.
+    bool enter(const VRequest& request);
+    void leave();
 };
 
 } // namespace Quorl

@@ -30,14 +30,20 @@ bool answerTo(const VObject::ExecutionStatus& status, const RequestTrace& trace)
     return false;
 }
 
+template <class T, class B>
+bool isLast(const Tolmen::StrongPtr<T, B>& handle)
+{
+    return handle.referer && handle.referer->strong.load(std::memory_order_relaxed) == 1;
+}
+
 } // namespace
 
 Visit::Visit(VObject& object, VRequest& request, double precision,
-             const std::source_location& operation)
+             const std::source_location& operation, const Finding& finding)
     : object_(object), request_(request), precision_(precision), inProgress_(object.RequestCounter),
       section_(operation.file_name(), static_cast<int>(operation.line()), operation.function_name(),
                object.getName(), 0),
-      age_(object.age(request.Pool)), trace_(object, request, age_)
+      age_(object.age(request.Pool)), trace_(object, request, age_), finding_(finding)
 {
 }
 
@@ -46,6 +52,7 @@ Visit::~Visit() = default;
 bool Visit::begin()
 {
     trace_.begin(precision_);
+    if (OwnOperations::hasHasRequest(object_)) finding_.ranForeignCode();
     if (object_.hasRequest(request_))
     {
         trace_.recursionStopped();
@@ -55,11 +62,14 @@ bool Visit::begin()
     connectionBefore_ = object_.ConnectionAge();
     noteNewestConnection(object_, request_);
     newestInput_ = age_;
-    if (!object_.addRequest(request_))
+    if (!object_.enter(request_))
     {
         trace_.occupied();
         return false;
     }
+    finding_.enters();
+    finding_.sees(&age_);
+    finding_.sees(&object_.ConnectionAge());
     deeper_.emplace();
     inputs_.emplace(object_, VObject::kAllLevels);
     return true;
@@ -87,8 +97,9 @@ VObject* Visit::nextSource()
     return nullptr;
 }
 
-bool Visit::takesPart(const RefPtr<VSlot>& slot) const
+bool Visit::takesPart(const RefPtr<VSlot>& slot)
 {
+    if (OwnOperations::hasIgnoreInput(object_)) finding_.ranForeignCode();
     return slot->Parameter && !object_.checkIfIgnoredInputClass(slot->InputClass) &&
            !object_.ignoreInput(slot);
 }
@@ -97,7 +108,10 @@ bool Visit::takesPart(const RefPtr<VSlot>& slot) const
 bool Visit::considerInput(const VSlot& slot)
 {
     parameter_ = slot.Parameter;
-    const Ageable parameterAge = parameter_->age(request_.Pool);
+    const Ageable& parameterAgeNow = parameter_->age(request_.Pool);
+    const Ageable parameterAge = parameterAgeNow;
+    finding_.sees(&parameterAgeNow);
+    if (parameter_->local) finding_.sees(parameter_->self.referer);
     if (parameterAge > age_)
     {
         trace_.inputIsNewer(slot, parameterAge);
@@ -113,9 +127,9 @@ bool Visit::considerInput(const VSlot& slot)
         return false;
     }
     trace_.sourceIsOlderThanInput(slot, parameterAge, *source_);
-    if (!isToBeAsked(*source_)) return false;
-    leadTo(*source_);
-    return true;
+    if (isToBeAsked(*source_)) return true;
+    finding_.hasMoreToDo();
+    return false;
 }
 
 void Visit::considerPureInput(const VSlot& slot, const Ageable& parameterAge)
@@ -129,13 +143,14 @@ void Visit::considerPureInput(const VSlot& slot, const Ageable& parameterAge)
 
 /// An object that is not ready is passed over; one that this evaluation is walking already closes a
 /// cycle, which is cut here.
-bool Visit::isToBeAsked(const VObject& source) const
+bool Visit::isToBeAsked(const VObject& source)
 {
     if (!source.RequestProcessing)
     {
         trace_.sourceIsNotReady(source);
         return false;
     }
+    if (OwnOperations::hasHasRequest(source)) finding_.ranForeignCode();
     if (source.hasRequest(request_))
     {
         trace_.cycleStopped(source);
@@ -144,15 +159,19 @@ bool Visit::isToBeAsked(const VObject& source) const
     return true;
 }
 
-void Visit::leadTo(VObject& source)
+void Visit::leadTo(VObject& source) const
 {
-    request_.Id->considerLevel(object_.Executor.Level + 1, source.ID, object_.ID);
-    source.Executor = object_.Executor;
+    const std::int32_t depth = level() + 1;
+    const auto caller = static_cast<std::int32_t>(object_.ID);
+    request_.Id->considerVisits({depth, depth, 1, caller, caller},
+                                static_cast<std::int32_t>(source.ID));
+    source.Executor.descend(object_.Executor.Max, depth);
 }
 
 void Visit::hearAnswer(bool wasModified)
 {
     const VSlot& slot = *inputs_->slot();
+    finding_.heard(*source_);
     if (wasModified)
     {
         const Ageable& parameterAge = parameter_->age(request_.Pool);
@@ -176,6 +195,8 @@ void Visit::hearAnswer(bool wasModified)
 
 void Visit::leaveInput()
 {
+    if (isLast(source_) || isLast(parameter_))
+        finding_.ranForeignCode(); // what ends may do anything
     source_ = RefPtr<VObject>();
     parameter_ = RefPtr<VParameter>();
 }
@@ -185,15 +206,17 @@ void Visit::leaveInput()
 bool Visit::conclude()
 {
     deeper_.reset();
-    object_.removeRequest(request_); // Deliberate: not done if the walk throws.
+    object_.leave(); // Deliberate: not done if the walk throws.
     if (request_.isCancelled()) return false;
 
     trace_.walked(isActionDemanded_);
     considerState();
     trace_.poolIsMissing();
     considerConnections();
+    if (object_.hasConnectionValidators()) finding_.hasMoreToDo();
     object_.taintFromRequest(request_);
     if (isActionDemanded_ || mustUpdate()) return runUpdate();
+    finding_.isIdle();
     trace_.notUpdated();
     return false;
 }
@@ -202,7 +225,9 @@ bool Visit::conclude()
 /// modified does not.
 void Visit::considerState()
 {
-    const RefPtr<VStateCreatorBase::State> state = object_.getState(request_.Pool);
+    const RefPtr<VStateCreatorBase::State> state = object_.stateIn(request_.Pool);
+    finding_.sees(object_.watchedStates());
+    if (state) finding_.sees(static_cast<const Ageable*>(&*state));
     if (!state || *state < Ageable(1) || !(*state < age_)) return;
     demandUpdate("Object local state is old, object needs to update");
     trace_.stateIsOld(*state);
@@ -217,9 +242,11 @@ void Visit::considerConnections()
     demandUpdate("Connections/Parameters have changed");
 }
 
-bool Visit::mustUpdate() const
+bool Visit::mustUpdate()
 {
-    return OwnOperations::hasMustUpdate(object_) && object_.must_update(request_, precision_);
+    if (!OwnOperations::hasMustUpdate(object_)) return false;
+    finding_.ranForeignCode();
+    return object_.must_update(request_, precision_);
 }
 
 void Visit::demandUpdate(const string& why)
@@ -232,6 +259,7 @@ void Visit::demandUpdate(const string& why)
 /// is newer than it then.
 bool Visit::runUpdate()
 {
+    finding_.ranForeignCode();
     trace_.updating(newestInput_, isActionDemanded_, reason_);
     const Ageable ageAtUpdate = age_;
     bool hasSucceeded = false;

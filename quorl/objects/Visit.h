@@ -5,9 +5,11 @@
 #include <quorl/foundation/Counter.h>
 #include <quorl/foundation/Profiler.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/objects/Repeats.h>
 #include <quorl/objects/RequestTrace.h>
 #include <quorl/slots/InputCursor.h>
 
+#include <cstdint>
 #include <optional>
 #include <source_location>
 
@@ -27,7 +29,7 @@ public:
     /// \param precision for the object's own update.
     /// \param operation what the profiler is told of.
     Visit(VObject& object, VRequest& request, double precision,
-          const std::source_location& operation);
+          const std::source_location& operation, const Finding& finding);
     ~Visit();
     Visit(const Visit&) = delete;
     Visit& operator=(const Visit&) = delete;
@@ -44,19 +46,24 @@ public:
     /// Decides, and runs the update. \return whether the object counts as modified.
     bool conclude();
 
+    /// Tells a source how deep it is, and from whom
+    void leadTo(VObject& source) const;
+
     WeakVObjectPtr self() const;
+    const VObject& object() const { return object_; }
+    Repeats::Place place() const { return finding_.place(); }
+    std::int32_t level() const { return finding_.levelOf(object_); }
 
 private:
-    bool takesPart(const RefPtr<VSlot>& slot) const;
+    bool takesPart(const RefPtr<VSlot>& slot);
     bool considerInput(const VSlot& slot);
     void considerPureInput(const VSlot& slot, const Ageable& parameterAge);
-    bool isToBeAsked(const VObject& source) const;
-    void leadTo(VObject& source);
+    bool isToBeAsked(const VObject& source);
     void leaveInput();
 
     void considerState();
     void considerConnections();
-    bool mustUpdate() const;
+    bool mustUpdate();
     bool runUpdate();
 
     void demandUpdate(const string& why);
@@ -73,6 +80,7 @@ private:
     Ageable newestInput_;
     bool isActionDemanded_ = false;
     string reason_; // the last one to demand an update wins; it only serves the logs
+    Finding finding_;
     std::optional<RequestTrace::Indentor> deeper_;
     std::optional<InputCursor> inputs_; // while they are walked
     RefPtr<VParameter> parameter_;      // of the input; an update may attach another meanwhile

@@ -15,41 +15,34 @@ constexpr double kPrecisionOfInputs = 1.0; // an object's own precision is no bu
 /// What an exception leaves behind ends from the inside out.
 Walk::~Walk()
 {
+    repeats_.realize();
     while (!path_.empty()) path_.pop_back();
 }
 
 bool Walk::from(VObject& object, double precision)
 {
-    if (!enter(object, precision)) return true; // Deliberate: it counts as modified.
+    if (!enter(object, precision, repeats_.meet(object))) return true; // Deliberate: as modified.
     for (;;)
     {
         if (VObject* const source = path_.back().nextSource())
-            ask(*source);
-        else
         {
-            const bool wasModified = leave();
-            if (path_.empty()) return wasModified;
-            path_.back().hearAnswer(wasModified);
+            ask(*source);
+            continue;
         }
+        const bool wasModified = leave();
+        if (path_.empty()) return wasModified;
+        path_.back().hearAnswer(wasModified);
     }
 }
 
-/// Begins a visit, which is the last of the path then. \return false if the object cannot be
-/// entered.
-bool Walk::enter(VObject& object, double precision)
+/// Begins a visit, which is the last of the path then. \return false if the object is not entered.
+bool Walk::enter(VObject& object, double precision, Repeats::Place place)
 {
-    if (path_.emplace_back(object, request_, precision, operation_).begin()) return true;
+    if (path_.emplace_back(object, request_, precision, operation_, Finding(repeats_, place))
+            .begin())
+        return true;
     path_.pop_back();
     return false;
-}
-
-void Walk::ask(VObject& source)
-{
-    Visit& asker = path_.back();
-    if (OwnOperations::hasRequest(source))
-        asker.hearAnswer(source.request(request_, kPrecisionOfInputs, asker.self(), origin_));
-    else if (!enter(source, kPrecisionOfInputs))
-        asker.hearAnswer(true); // Deliberate, as above.
 }
 
 /// Ends the last visit of the path. \return its answer.
@@ -58,6 +51,35 @@ bool Walk::leave()
     const bool wasModified = path_.back().conclude();
     path_.pop_back();
     return wasModified;
+}
+
+/// Finds the answer of a source of the last visit, or begins the visit that finds it.
+void Walk::ask(VObject& source)
+{
+    Visit& asker = path_.back();
+    const std::int32_t level = asker.level() + 1;
+    if (repeats_.isSettled(source))
+    {
+        repeats_.passOver(source, level, asker.object(), asker.place());
+        asker.hearAnswer(false);
+    }
+    else if (OwnOperations::hasRequest(source))
+    {
+        asker.leadTo(source);
+        repeats_.foreignCodeRan();
+        asker.hearAnswer(source.request(request_, kPrecisionOfInputs, asker.self(), origin_));
+    }
+    else
+    {
+        const bool isFirst = !repeats_.hasMet(source);
+        const Repeats::Place place = repeats_.meet(source, asker.place());
+        if (isFirst)
+            asker.leadTo(source);
+        else
+            repeats_.owe(source, level, asker.object());
+        if (!enter(source, kPrecisionOfInputs, place))
+            asker.hearAnswer(true); // Deliberate, as above.
+    }
 }
 
 } // namespace Quorl

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/Forward.h>
+#include <quorl/objects/Repeats.h>
 #include <quorl/objects/Visit.h>
 
 #include <deque>
@@ -10,13 +11,13 @@ namespace Quorl
 {
 
 /// Walks upstream from an object, depth first, on a stack of its own: how deep a network may be is
-/// a matter of memory, not of the thread's stack. Only an object with a `request` of its own class
-/// is called, and its network walked by what it calls.
+/// a matter of memory, not of the thread's stack. Objects that are settled are not walked again.
+/// Only an object whose class has its own `request` is called, and walked by what that calls.
 class Walk
 {
 public:
     Walk(VRequest& request, const WeakVObjectPtr& origin, const std::source_location& operation)
-        : request_(request), origin_(origin), operation_(operation)
+        : request_(request), origin_(origin), operation_(operation), repeats_(request)
     {
     }
     ~Walk();
@@ -27,13 +28,14 @@ public:
     bool from(VObject& object, double precision);
 
 private:
-    bool enter(VObject& object, double precision);
-    void ask(VObject& source);
+    bool enter(VObject& object, double precision, Repeats::Place place);
     bool leave();
+    void ask(VObject& source);
 
     VRequest& request_;
     const WeakVObjectPtr& origin_;
     const std::source_location operation_;
+    Repeats repeats_;
     std::deque<Visit> path_; // from the object where the walk began
 };
 

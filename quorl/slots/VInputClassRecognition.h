@@ -2,6 +2,7 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/Watched.h>
 
 #include <cstdint>
 #include <set>
@@ -19,7 +20,7 @@ public:
         return inputClass != 0 && !classes.contains(inputClass);
     }
 
-    std::set<std::int32_t> classes;
+    Tolmen::WatchedTable<std::set<std::int32_t>> classes;
 };
 
 } // namespace Quorl

@@ -5,6 +5,7 @@
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/Intercube.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Watched.h>
 #include <quorl/values/ValueNotifierList.h>
 
 #include <list>
@@ -154,11 +155,12 @@ public:
 
     WeakPtr<VSlotContainer> creator; ///< the object that made it
     RefPtr<VCreationPreferences> preferences;
-    RefPtr<VValueBase> defaultValue;      ///< the global value, and the prototype of local ones
+    Tolmen::Watched<RefPtr<VValueBase>>
+        defaultValue;                     ///< the global value, and the prototype of local ones
     string name;                          ///< the bare name
     std::unique_ptr<ValueMap> properties; ///< null until the first is set
-    WeakPtr<VSlotContainer> source;       ///< the object that provides it
-    bool local = false;
+    Tolmen::Watched<WeakPtr<VSlotContainer>> source; ///< the object that provides it
+    Tolmen::Watched<bool> local = false;
     std::list<RefPtr<ValueActionBase>> actions; ///< keeps them alive; the observers' list does not
     std::multimap<WeakPtr<VManagedObject>, string> users;
     std::list<RefPtr<VParameterConnectionConstraint>> constraints;

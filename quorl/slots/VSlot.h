@@ -5,6 +5,7 @@
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/Intercube.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/foundation/Watched.h>
 
 #include <cstdint>
 #include <set>
@@ -79,7 +80,8 @@ public:
                                 Tolmen::Intercube& context);
 
     WeakPtr<VSlotContainer> Owner;
-    RefPtr<VParameter> Parameter; ///< an input keeps the upstream parameter alive; may be null
+    Tolmen::Watched<RefPtr<VParameter>>
+        Parameter; ///< an input keeps the upstream parameter alive; may be null
     string Name;
     string Member; ///< what of a structured parameter is meant; empty means all of it
     Ageable ConnectionTime{Ageable::Ooooold}; ///< when it last got a parameter
@@ -87,7 +89,7 @@ public:
     bool Cached : 1 = false;                  ///< `YoungestUncachedInput` passes over it
     bool Unbound : 1 = false;                 ///< made without a container
     bool Spare : 1 = false;
-    std::int32_t InputClass = 0;
+    Tolmen::Watched<std::int32_t> InputClass = 0;
     string Text1;                              ///< for modules
     string Text2;                              ///< for modules
     std::set<RefPtr<ValueNotifier>> Notifiers; ///< bound to the slot, released with it

@@ -11,6 +11,7 @@ VNamedInputSet::VNamedInputSet() = default;
 
 VNamedInputSet::~VNamedInputSet()
 {
+    Tolmen::Watch::shapeChanges();
     for (const RefPtr<VSlot>& slot : *this)
         if (!slot && slot.referer)
             std::printf("VSlotContainer::~NamedInputSet(): ALERT! Invalid Slot "
@@ -19,6 +20,10 @@ VNamedInputSet::~VNamedInputSet()
 }
 
 VSlotTables::VSlotTables() = default;
-VSlotTables::~VSlotTables() = default;
+
+VSlotTables::~VSlotTables()
+{
+    Tolmen::Watch::shapeChanges(); // the container ends
+}
 
 } // namespace Quorl

@@ -5,6 +5,7 @@
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/TypeInfo.h>
+#include <quorl/foundation/Watched.h>
 #include <quorl/foundation/mutex.h>
 #include <quorl/slots/VSlotSet.h>
 
@@ -19,7 +20,7 @@ using CompareSlots = CompareSlotsByName;
 
 /// The inputs of one expert level. Its end is the last place to notice that a slot was destroyed
 /// behind the back of its handles, and says so on standard output.
-class QUORL_API VNamedInputSet : public std::set<RefPtr<VSlot>, CompareSlots>
+class QUORL_API VNamedInputSet : public Tolmen::WatchedTable<std::set<RefPtr<VSlot>, CompareSlots>>
 {
 public:
     VNamedInputSet();

@@ -102,14 +102,18 @@ RefPtr<VValueBase> ValuePool::findVariable(const WeakPtr<ValueNotifierList>& key
 void ValuePool::createVariable(const WeakPtr<ValueNotifierList>& key,
                                const RefPtr<VValueBase>& value)
 {
+    Tolmen::Watch::variablesChange(key.referer);
     RefPtr<VValueBase>& place = data().variables[key];
     const RefPtr<VValueBase> former = place; // ends when the table is whole
     place = value;
+    Tolmen::Watch::variablesChange(key.referer); // what the former one's end has looked at is void
 }
 
 void ValuePool::removeVariable(const WeakPtr<ValueNotifierList>& key)
 {
-    if (data_) const auto former = data_->variables.extract(key); // ends when the table is whole
+    if (!data_) return;
+    const auto former = data_->variables.extract(key); // ends when the table is whole
+    Tolmen::Watch::variablesChange(key.referer);
 }
 
 bool ValuePool::registerValue(const string& valueName, const WeakPtr<VValueBase>& value)

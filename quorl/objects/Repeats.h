@@ -1,0 +1,131 @@
+#pragma once
+
+#include <quorl/Forward.h>
+#include <quorl/foundation/Watch.h>
+#include <quorl/objects/VisitTally.h>
+#include <quorl/objects/WalkGraph.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace Quorl
+{
+
+/// Spares a walk the visits that would find nothing new.
+///
+/// An object is walked again for every path that leads to it. Once it is settled (a visit has found
+/// nothing to do in all that is upstream of it, and nothing has changed since), a further visit
+/// changes nothing but tallies, levels and traces. It is latent then: put on a list, and worked out
+/// with all others when the walk ends or when somebody reads what it concerns.
+///
+/// What may have changed since is known like this. As long as no code of others has run, nothing
+/// has. After that, an object is walked once more, and what that visit sees is kept under a watch;
+/// with no alarm since, still nothing has changed.
+///
+/// Objects that end during the walk are to be told here (`forget`).
+class Repeats
+{
+public:
+    using Place = WalkGraph::Place;
+
+    explicit Repeats(const VRequest& request);
+    ~Repeats();
+    Repeats(const Repeats&) = delete;
+    Repeats& operator=(const Repeats&) = delete;
+
+    bool hasMet(const VObject& object) const;
+    bool isSettled(const VObject& object) const;
+
+    /// A visit is to be paid. \param asker whose visit leads there.
+    Place meet(VObject& object, Place asker = WalkGraph::kNowhere);
+
+    /// The depth of a visit to an object that was met before. It is not told to the object.
+    void owe(const VObject& object, std::int32_t level, const VObject& caller);
+
+    /// A visit is not paid. \pre the object is settled.
+    void passOver(const VObject& object, std::int32_t level, const VObject& caller, Place asker);
+
+    /// Code of others has run.
+    void foreignCodeRan() { ++foreignCode_; }
+
+    /// Accounts for all latent visits.
+    void realize();
+
+    /// The same for all walks of this thread, since somebody reads.
+    static void realizeAll();
+
+    /// An object ends, on this thread.
+    static void forget(const VObject& object);
+
+private:
+    friend class Finding;
+
+    struct Met // by place
+    {
+        std::int32_t owedLevel = 0;
+        std::uint32_t owedSince = 0; // by the accounts then; 0 for never
+        std::uint64_t shape = 0;
+        std::uint32_t era = 0;
+        std::uint32_t foreignCode = 0;
+        std::uint32_t alarms = 0;
+        bool isSettled = false;
+        bool isKept = false;
+        bool isVisited = false;       // by first place
+        bool isVisitedTwice = false;  // by first place
+        bool isUpstreamTwice = false; // and so is all that is upstream
+    };
+
+    const Met* metAt(const VObject& object) const;
+    bool isSilent() const;
+    void enter(Place place);
+    void settle(Place place, bool isKept);
+    Tolmen::Watch* watchFor(Place place);
+    void visitTwice(Place place);
+    void realize(const VisitTally& tally, Place first);
+
+    const VRequest& request_;
+    const std::uint64_t number_; // of the walk, by which objects know their places
+    WalkGraph graph_;
+    std::vector<Met> met_;
+    std::vector<LatentVisit> latent_;
+    std::vector<Place> ways_; // working storage
+    Tolmen::Watch watch_;
+    std::uint32_t foreignCode_ = 0;
+    std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for
+    std::uint32_t era_ = 0;      // another one after walks within this one
+    Repeats* const outer_;       // of the same thread
+};
+
+/// What a visit that is paid finds out for those behind it.
+class Finding
+{
+public:
+    Finding(Repeats& repeats, Repeats::Place place) : repeats_(repeats), place_(place) {}
+
+    Repeats::Place place() const { return place_; }
+    std::int32_t levelOf(const VObject& object) const;
+
+    void enters() { repeats_.enter(place_); }
+
+    /// A place of memory on which the result depends.
+    void sees(const void* place)
+    {
+        if (watch_) watch_->keep(place);
+    }
+
+    void heard(const VObject& source);         ///< its answer
+    void hasMoreToDo() { isSettled_ = false; } ///< at each further visit
+    void ranForeignCode();
+
+    /// The object had nothing to do.
+    void isIdle();
+
+private:
+    Repeats& repeats_;
+    const Repeats::Place place_;
+    Tolmen::Watch* const watch_ = repeats_.watchFor(place_); // null if there is no need
+    bool isSettled_ = true;
+    bool isKept_ = watch_ != nullptr;
+};
+
+} // namespace Quorl

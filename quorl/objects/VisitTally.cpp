@@ -1,0 +1,218 @@
+#include <quorl/objects/VisitTally.h>
+
+#include <algorithm>
+#include <limits>
+#include <ranges>
+
+namespace Quorl
+{
+namespace
+{
+
+using Place = WalkGraph::Place;
+using Source = WalkGraph::Source;
+
+constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+
+std::int32_t bounded(std::int64_t count)
+{
+    return static_cast<std::int32_t>(std::min(count, kMost));
+}
+
+/// Where a descent stands in the sources of a place, and at which level that is.
+struct Step
+{
+    Place place;
+    std::int32_t level;
+    Source way;
+};
+
+} // namespace
+
+VisitTally::VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& visits)
+    : graph_(graph), visits_(visits), paths_(graph.size()), sums_(graph.size())
+{
+    sortPlaces();
+    countPaths();
+    findCallers(&Paths::minLevel, &Sum::minLevel, &Sum::minCaller);
+    findCallers(&Paths::maxLevel, &Sum::maxLevel, &Sum::maxCaller);
+    findLastLevels();
+}
+
+/// By the order in which a descent leaves them, reversed.
+void VisitTally::sortPlaces()
+{
+    std::vector<bool> isKnown(graph_.size());
+    std::vector<Step> path;
+    const auto enter = [&](Place place) {
+        if (isKnown[place]) return;
+        isKnown[place] = true;
+        path.push_back({place, 0, graph_.firstSource(place)});
+    };
+    for (const LatentVisit& visit : visits_)
+    {
+        if (visit.isDeep) enter(visit.place);
+        while (!path.empty())
+        {
+            Step& step = path.back();
+            if (!step.way)
+            {
+                sorted_.push_back(step.place);
+                path.pop_back();
+                continue;
+            }
+            const Place source = step.way.place();
+            step.way = step.way.next();
+            enter(source);
+        }
+    }
+    std::ranges::reverse(sorted_);
+}
+
+void VisitTally::countPaths()
+{
+    const auto lead = [&](Place place, std::int32_t count, std::int32_t minLevel,
+                          std::int32_t maxLevel) {
+        Paths& paths = paths_[place];
+        paths.minLevel = paths.count == 0 ? minLevel : std::min(paths.minLevel, minLevel);
+        paths.maxLevel = paths.count == 0 ? maxLevel : std::max(paths.maxLevel, maxLevel);
+        paths.count = bounded(std::int64_t{paths.count} + count);
+    };
+    for (const LatentVisit& visit : visits_)
+        if (visit.isDeep)
+            lead(visit.place, 1, visit.level, visit.level);
+        else
+            addUp(visit.place, 1, visit.level, visit.level);
+    for (const Place place : sorted_)
+    {
+        const Paths& paths = paths_[place];
+        for (auto way = graph_.firstSource(place); way; way = way.next())
+            lead(way.place(), paths.count, paths.minLevel + 1, paths.maxLevel + 1);
+        addUp(place, paths.count, paths.minLevel, paths.maxLevel);
+    }
+}
+
+void VisitTally::addUp(Place place, std::int32_t count, std::int32_t minLevel,
+                       std::int32_t maxLevel)
+{
+    const Place first = graph_.first(place);
+    Sum& sum = sums_[first];
+    if (sum.count == 0) places_.push_back(first);
+    sum.minLevel = sum.count == 0 ? minLevel : std::min(sum.minLevel, minLevel);
+    sum.maxLevel = sum.count == 0 ? maxLevel : std::max(sum.maxLevel, maxLevel);
+    sum.count = bounded(std::int64_t{sum.count} + count);
+}
+
+/// Descends, in the order of the walk, along the paths that are the shortest, or the longest, to
+/// each of their places: only those lead to a bound, and the first one there has found it.
+void VisitTally::findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* level,
+                             std::int32_t Sum::* caller)
+{
+    std::vector<bool> isFound(graph_.size());
+    std::vector<bool> isDescended(graph_.size());
+    std::vector<Step> path;
+    const auto visit = [&](Place place, std::int32_t itsLevel, std::int32_t itsCaller,
+                           bool isDeep) {
+        const Place first = graph_.first(place);
+        if (!isFound[first] && itsLevel == sums_[first].*level)
+        {
+            isFound[first] = true;
+            sums_[first].*caller = itsCaller;
+        }
+        if (!isDeep || isDescended[place] || itsLevel != paths_[place].*bound) return;
+        isDescended[place] = true;
+        path.push_back({place, itsLevel, graph_.firstSource(place)});
+    };
+    for (const LatentVisit& begin : visits_)
+    {
+        visit(begin.place, begin.level, begin.caller, begin.isDeep);
+        while (!path.empty())
+        {
+            Step& step = path.back();
+            if (!step.way)
+            {
+                path.pop_back();
+                continue;
+            }
+            const Step at = step;
+            step.way = step.way.next();
+            visit(at.way.place(), at.level + 1, graph_.number(at.place), true);
+        }
+    }
+}
+
+/// Descends against the order of the walk. The last two visits of a place lead to the last two of
+/// all that is upstream of it, so a third one is of no interest.
+void VisitTally::findLastLevels()
+{
+    constexpr std::int8_t kEnough = 2;
+    std::vector<std::int8_t> seen(graph_.size());
+    std::vector<std::int8_t> descended(graph_.size());
+    std::vector<Step> path;
+    const auto visit = [&](Place place, std::int32_t level, bool isDeep) {
+        const Place first = graph_.first(place);
+        if (seen[first] == 0) sums_[first].lastLevel = level;
+        if (seen[first] == 1) sums_[first].levelBeforeLast = level;
+        if (seen[first] < kEnough) ++seen[first];
+        if (!isDeep || descended[place] == kEnough) return;
+        ++descended[place];
+        path.push_back({place, level, graph_.lastSource(place)});
+    };
+    for (const LatentVisit& begin : visits_ | std::views::reverse)
+    {
+        visit(begin.place, begin.level, begin.isDeep);
+        while (!path.empty())
+        {
+            Step& step = path.back();
+            if (!step.way)
+            {
+                path.pop_back();
+                continue;
+            }
+            const Step at = step;
+            step.way = step.way.previous();
+            visit(at.way.place(), at.level + 1, true);
+        }
+    }
+}
+
+std::int32_t VisitTally::changes(Place first, std::int32_t levelBefore) const
+{
+    const Sum& sum = sums_[first];
+    if (sum.minLevel == sum.maxLevel) return sum.minLevel == levelBefore ? 0 : 1;
+
+    // The levels of the visits below each place, counted from there.
+    struct Run
+    {
+        bool isVisited = false;
+        std::int32_t firstLevel = 0;
+        std::int32_t lastLevel = 0;
+        std::int32_t changes = 0;
+    };
+    const auto append = [](Run& run, const Run& next, std::int32_t deeper) {
+        if (!next.isVisited) return;
+        const bool isChange = run.isVisited && run.lastLevel != next.firstLevel + deeper;
+        if (!run.isVisited) run.firstLevel = next.firstLevel + deeper;
+        run.isVisited = true;
+        run.lastLevel = next.lastLevel + deeper;
+        run.changes = bounded(std::int64_t{run.changes} + next.changes + (isChange ? 1 : 0));
+    };
+    const Run itself{true};
+    std::vector<Run> runs(graph_.size());
+    for (const Place place : sorted_ | std::views::reverse)
+    {
+        Run& run = runs[place];
+        if (graph_.first(place) == first) run = itself;
+        for (auto way = graph_.firstSource(place); way; way = way.next())
+            append(run, runs[way.place()], 1);
+    }
+    Run all{true, levelBefore, levelBefore};
+    for (const LatentVisit& visit : visits_)
+        if (visit.isDeep)
+            append(all, runs[visit.place], visit.level);
+        else if (graph_.first(visit.place) == first)
+            append(all, itself, visit.level);
+    return all.changes;
+}
+
+} // namespace Quorl

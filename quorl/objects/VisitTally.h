@@ -1,0 +1,76 @@
+#pragma once
+
+#include <quorl/objects/WalkGraph.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace Quorl
+{
+
+/// A visit of an object, in the order of a walk. A deep one goes on to all that is upstream, on
+/// every path; a shallow one does not, since what it asked stands on the list itself.
+struct LatentVisit
+{
+    WalkGraph::Place place;
+    std::int32_t level;
+    std::int32_t caller; ///< number of the object that asks
+    bool isDeep;
+};
+
+/// Works out what many visits come to, without paying them: the paths of a network are as many as
+/// an exponential of its depth, its objects and inputs are not.
+///
+/// All is told by first places. Paths are ordered as a walk takes them: by the visit that they
+/// begin with, then by inputs.
+class VisitTally
+{
+public:
+    /// What all visits of one object come to.
+    struct Sum
+    {
+        std::int32_t count = 0; ///< of visits; not more than the largest number
+        std::int32_t minLevel = 0;
+        std::int32_t maxLevel = 0;
+        std::int32_t minCaller = 0; ///< of the first visit at that level
+        std::int32_t maxCaller = 0;
+        std::int32_t lastLevel = 0;
+        std::int32_t levelBeforeLast = 0; ///< if there are two
+    };
+
+    VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& visits);
+
+    /// All that were visited, each once.
+    const std::vector<WalkGraph::Place>& places() const { return places_; }
+    const Sum& sum(WalkGraph::Place first) const { return sums_[first]; }
+
+    /// How often an object's level becomes another than at the visit before.
+    /// \param levelBefore of the first visit.
+    std::int32_t changes(WalkGraph::Place first, std::int32_t levelBefore) const;
+
+private:
+    using Place = WalkGraph::Place;
+
+    struct Paths // of deep visits to a place
+    {
+        std::int32_t count = 0;
+        std::int32_t minLevel = 0;
+        std::int32_t maxLevel = 0;
+    };
+
+    void sortPlaces();
+    void countPaths();
+    void addUp(Place place, std::int32_t count, std::int32_t minLevel, std::int32_t maxLevel);
+    void findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* level,
+                     std::int32_t Sum::* caller);
+    void findLastLevels();
+
+    const WalkGraph& graph_;
+    const std::vector<LatentVisit>& visits_;
+    std::vector<Place> sorted_; // what deep visits reach, askers before sources
+    std::vector<Paths> paths_;  // by place
+    std::vector<Sum> sums_;     // by first place
+    std::vector<Place> places_;
+};
+
+} // namespace Quorl

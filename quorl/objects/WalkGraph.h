@@ -1,0 +1,77 @@
+#pragma once
+
+#include <quorl/Forward.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace Quorl
+{
+
+/// The visits that a walk has really paid, and whom each of them asked, in order. An object that is
+/// walked again has another place each time, since it may ask others then.
+class WalkGraph
+{
+public:
+    using Place = std::uint32_t;
+    static constexpr Place kNowhere = std::numeric_limits<Place>::max();
+
+    /// \param first the first place of the object; `kNowhere` for an object that is new here.
+    Place add(VObject& object, Place first);
+    void addSource(Place asker, Place source);
+    void forgetObject(Place place); ///< which ends
+
+    std::size_t size() const { return nodes_.size(); }
+
+    /// The first place of the object of a place.
+    Place first(Place place) const { return nodes_[place].first; }
+
+    /// Null if it has ended.
+    VObject* object(Place place) const { return nodes_[first(place)].object; }
+    std::int32_t number(Place place) const { return nodes_[place].number; }
+
+    /// Goes through the sources of a place, forwards or backwards.
+    ///
+    ///     for (auto way = graph.firstSource(place); way; way = way.next())
+    class Source
+    {
+    public:
+        explicit operator bool() const { return edge_ != kNowhere; }
+        Place place() const { return graph_->edges_[edge_].source; }
+        Source next() const { return {*graph_, graph_->edges_[edge_].next}; }
+        Source previous() const { return {*graph_, graph_->edges_[edge_].previous}; }
+
+    private:
+        friend class WalkGraph;
+        Source(const WalkGraph& graph, std::uint32_t edge) : graph_(&graph), edge_(edge) {}
+
+        const WalkGraph* graph_;
+        std::uint32_t edge_;
+    };
+
+    Source firstSource(Place asker) const { return {*this, nodes_[asker].firstEdge}; }
+    Source lastSource(Place asker) const { return {*this, nodes_[asker].lastEdge}; }
+
+private:
+    struct Node
+    {
+        VObject* object;
+        std::int32_t number; // the object's, which outlasts it
+        Place first;
+        std::uint32_t firstEdge = kNowhere;
+        std::uint32_t lastEdge = kNowhere;
+    };
+    struct Edge
+    {
+        Place source;
+        std::uint32_t previous;
+        std::uint32_t next = kNowhere;
+    };
+
+    std::vector<Node> nodes_;
+    std::vector<Edge> edges_;
+};
+
+} // namespace Quorl
