@@ -100,9 +100,19 @@ public:
     {
         const int from = 100 * this->network.numberOf(caller) + this->network.numberOf(origin);
         this->network.run(this->number, kBeforeRequest, &request, from);
-        const bool answer = Base::request(request, precision, caller, origin);
+        const bool answer = this->answer(request, precision, caller, origin);
         this->network.run(this->number, kAfterRequest, &request, precision);
         return answer;
+    }
+
+private:
+    bool answer(VRequest& request, double precision, const WeakVObjectPtr& caller,
+                const WeakVObjectPtr& origin)
+    {
+        const int how = this->network.behaviour(this->number, kAnswer);
+        if (how == kSaysFalse || how == kSaysTrue) return how == kSaysTrue;
+        const bool answer = Base::request(request, precision, caller, origin);
+        return how == kWalks ? answer : Base::request(request, precision, caller, origin);
     }
 };
 

@@ -33,62 +33,57 @@ constexpr Weight kCalm[] = {
     {Move::DropSlot, 1},        {Move::WriteExecutor, 1}, {Move::WriteTrace, 1},
     {Move::Leave, 1},           {Move::Validator, 1},     {Move::Graph, 1},
     {Move::Release, 1},         {Move::Classes, 1},       {Move::WriteSlot, 1},
-    {Move::Listen, 1},
-};
+    {Move::Listen, 1}};
 
-constexpr Weight kWild[] = {
-    {Move::Repeat, 24},
-    {Move::Request, 24},
-    {Move::Again, 5},
-    {Move::Copied, 3},
-    {Move::Touch, 10},
-    {Move::SetText, 3},
-    {Move::Attach, 6},
-    {Move::Empty, 2},
-    {Move::WriteParameter, 2},
-    {Move::WriteSource, 2},
-    {Move::WriteSlot, 2},
-    {Move::WriteAge, 4},
-    {Move::WriteParameterAge, 3},
-    {Move::WriteConnection, 4},
-    {Move::TouchState, 2},
-    {Move::WriteState, 3},
-    {Move::Ready, 4},
-    {Move::Locality, 4},
-    {Move::Classes, 3},
-    {Move::Release, 5},
-    {Move::WriteTrace, 3},
-    {Move::WriteExecutor, 3},
-    {Move::DropSlot, 2},
-    {Move::NewSlot, 2},
-    {Move::Leave, 1},
-    {Move::Verbosity, 1},
-    {Move::Listen, 2},
-    {Move::Validator, 2},
-    {Move::Function, 2},
-    {Move::ChangeTicket, 2},
-    {Move::Behave, 8},
-    {Move::Graph, 2},
-    {Move::InHook, 4},
-};
+constexpr Weight kWild[] = {{Move::Repeat, 24},
+                            {Move::Request, 24},
+                            {Move::Again, 5},
+                            {Move::Copied, 3},
+                            {Move::Touch, 10},
+                            {Move::SetText, 3},
+                            {Move::Attach, 6},
+                            {Move::Empty, 2},
+                            {Move::WriteParameter, 2},
+                            {Move::WriteSource, 2},
+                            {Move::WriteSlot, 2},
+                            {Move::WriteAge, 4},
+                            {Move::WriteParameterAge, 3},
+                            {Move::WriteConnection, 4},
+                            {Move::TouchState, 2},
+                            {Move::WriteState, 3},
+                            {Move::Ready, 4},
+                            {Move::Locality, 4},
+                            {Move::Classes, 3},
+                            {Move::Release, 5},
+                            {Move::WriteTrace, 3},
+                            {Move::WriteExecutor, 3},
+                            {Move::DropSlot, 2},
+                            {Move::NewSlot, 2},
+                            {Move::Leave, 1},
+                            {Move::Verbosity, 1},
+                            {Move::Listen, 2},
+                            {Move::Validator, 2},
+                            {Move::Function, 2},
+                            {Move::ChangeTicket, 2},
+                            {Move::Behave, 8},
+                            {Move::Graph, 2},
+                            {Move::InHook, 4}};
 
-constexpr Weight kActs[] = {
-    {Move::Look, 12},           {Move::Touch, 8},
-    {Move::SetText, 2},         {Move::Attach, 5},
-    {Move::Empty, 2},           {Move::WriteParameter, 2},
-    {Move::WriteSource, 2},     {Move::WriteSlot, 2},
-    {Move::WriteAge, 6},        {Move::WriteParameterAge, 4},
-    {Move::WriteConnection, 4}, {Move::TouchState, 3},
-    {Move::WriteState, 3},      {Move::Ready, 3},
-    {Move::Locality, 3},        {Move::Classes, 2},
-    {Move::Release, 3},         {Move::WriteTrace, 3},
-    {Move::WriteExecutor, 3},   {Move::DropSlot, 2},
-    {Move::NewSlot, 3},         {Move::Leave, 2},
-    {Move::Verbosity, 1},       {Move::Listen, 1},
-    {Move::Validator, 1},       {Move::ChangeTicket, 2},
-    {Move::Cancel, 3},          {Move::Request, 8},
-    {Move::Graph, 2},
-};
+constexpr Weight kActs[] = {{Move::Look, 12},           {Move::Touch, 8},
+                            {Move::SetText, 2},         {Move::Attach, 5},
+                            {Move::Empty, 2},           {Move::WriteParameter, 2},
+                            {Move::WriteSource, 2},     {Move::WriteSlot, 2},
+                            {Move::WriteAge, 6},        {Move::WriteParameterAge, 4},
+                            {Move::WriteConnection, 4}, {Move::TouchState, 3},
+                            {Move::WriteState, 3},      {Move::Ready, 3},
+                            {Move::Locality, 3},        {Move::Classes, 2},
+                            {Move::Release, 3},         {Move::WriteTrace, 3},
+                            {Move::WriteExecutor, 3},   {Move::DropSlot, 2},
+                            {Move::NewSlot, 3},         {Move::Leave, 2},
+                            {Move::Verbosity, 1},       {Move::Listen, 1},
+                            {Move::Validator, 1},       {Move::ChangeTicket, 2},
+                            {Move::Cancel, 3},          {Move::Throw, 4},
+                            {Move::Request, 8},         {Move::Graph, 2}};
 
 /// Makes up one history.
 class Author
@@ -228,12 +223,21 @@ private:
     void misbehave(int number)
     {
         const int aspect = below(kAspects);
-        const int how = aspect == kOutcome   ? below(Evaluation::kOutcomes)
-                        : aspect == kOutput  ? below(4)
-                        : aspect == kLies    ? below(5)
-                        : aspect == kIgnored ? below(16)
-                                             : below(2);
+        const int how = below(choicesOf(aspect));
         add(Move::Behave, number, aspect, how);
+    }
+
+    static int choicesOf(int aspect)
+    {
+        switch (aspect)
+        {
+            case kOutcome: return Evaluation::kOutcomes;
+            case kOutput: return 4;
+            case kAnswer: return kAnswers;
+            case kLies: return 5;
+            case kIgnored: return 16;
+            default: return 2;
+        }
     }
 
     void act(int number)

@@ -41,7 +41,7 @@ struct MoveKinds
         Ready,             ///< whether object `a` is
         Locality,          ///< of parameter `a`
         Classes,           ///< object `a` takes inputs of class `b`, or does not any more
-        Release,           ///< object `a` from an evaluation that is inside
+        Release,           ///< object `a` from an evaluation that is inside, or all objects
         WriteTrace,        ///< of object `a`
         WriteExecutor,     ///< of object `a`
         DropSlot,          ///< slot `a`
@@ -52,6 +52,7 @@ struct MoveKinds
         Function,          ///< `b` is run by object `a` ahead of its update
         ChangeTicket,      ///< of the request under way, or the last one
         Cancel,            ///< the request under way
+        Throw,             ///< `c` tells what; inside alone
         Look,              ///< at object `a`
         Graph,             ///< whether the last two evaluations of object `a` differ
         kKinds,
@@ -91,6 +92,7 @@ struct MoveKinds
                                              "Function",
                                              "ChangeTicket",
                                              "Cancel",
+                                             "Throw",
                                              "Look",
                                              "Graph"};
 };
@@ -122,7 +124,18 @@ enum Aspect : int
     kLies,     ///< whether it says the contrary of who is inside, at each so manieth time
     kUnlocked, ///< of `unsychronized_update`
     kFunction, ///< of its update functions
+    kAnswer,   ///< whether its own `request` walks; see `Answer`
     kAspects,
+};
+
+/// What an own `request` does.
+enum Answer : int
+{
+    kWalks,
+    kWalksTwice,
+    kSaysFalse, ///< without a walk
+    kSaysTrue,
+    kAnswers,
 };
 
 /// Where an object can do something.

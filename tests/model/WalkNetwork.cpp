@@ -86,6 +86,20 @@ int within(int number, std::size_t count)
     return static_cast<int>(static_cast<std::size_t>(number) % count);
 }
 
+bool outcome(int which)
+{
+    switch (which % Evaluation::kOutcomes)
+    {
+        case Evaluation::kFails: return false;
+        case Evaluation::kSucceeds: return true;
+        case Evaluation::kStatusModified: throw VObject::ExecutionStatus(3, "told to");
+        case Evaluation::kStatusFailed: throw VObject::ExecutionStatus(5, "told to");
+        case Evaluation::kStatusOther: throw VObject::ExecutionStatus(9, "told to");
+        case Evaluation::kOutOfMemory: throw Tolmen::Cache::OutOfMemory();
+        default: throw std::runtime_error("told to");
+    }
+}
+
 std::unique_ptr<VRequest> copyOf(const VRequest& ticket)
 {
     if (const auto* const counted = dynamic_cast<const CountedTicket*>(&ticket))
@@ -150,6 +164,7 @@ void Network::play(const Move& move)
             break;
         case Move::Again:
         case Move::Copied: askAgain(move); break;
+        case Move::Throw: break; // nobody would catch it
         default: perform(move, lastTicket_.get());
     }
     if (isToBeNoted(move.kind)) record();
@@ -246,7 +261,15 @@ void Network::ask(int number, VRequest& request, int how)
     }
     catch (const Quorl::VObjectIsOutOfMemory& error)
     {
-        transcript_.note("memory", numberOf(error.Object));
+        transcript_.note("memory of", numberOf(error.Object));
+    }
+    catch (const Tolmen::Cache::OutOfMemory&)
+    {
+        transcript_.note("no memory");
+    }
+    catch (const VObject::ExecutionStatus& status)
+    {
+        transcript_.note("status", status.status);
     }
     catch (const std::runtime_error&)
     {
@@ -286,7 +309,7 @@ void Network::askInside(const Move& move, VRequest* ticket)
             ticket->updateFrom(*copy);
         }
     }
-    catch (const std::runtime_error&)
+    catch (...)
     {
         transcript_.note("error inside");
         if (!isCaught) throw;
@@ -368,16 +391,7 @@ bool Network::update(int number, VRequest& request, double precision)
             case 3: parameters_[at(output)]->getValue(request.Pool, ""); break;
             default: break;
         }
-    switch (behaviour(number, kOutcome) % Evaluation::kOutcomes)
-    {
-        case Evaluation::kFails: return false;
-        case Evaluation::kSucceeds: return true;
-        case Evaluation::kStatusModified: throw VObject::ExecutionStatus(3, "told to");
-        case Evaluation::kStatusFailed: throw VObject::ExecutionStatus(5, "told to");
-        case Evaluation::kStatusOther: throw VObject::ExecutionStatus(9, "told to");
-        case Evaluation::kOutOfMemory: throw Tolmen::Cache::OutOfMemory();
-        default: throw std::runtime_error("told to");
-    }
+    return outcome(behaviour(number, kOutcome));
 }
 
 // Whatever can be done outside and inside
@@ -578,7 +592,7 @@ bool Network::performOnObject(const Move& move)
         case Move::Classes:
             if (!found->classes.insert(move.b % 3).second) found->classes.erase(move.b % 3);
             break;
-        case Move::Release: found->Current = WeakPtr<VRequest::ID>(); break;
+        case Move::Release: release(move); break;
         case Move::WriteTrace: writeTrace(move); break;
         case Move::WriteExecutor: writeExecutor(move); break;
         case Move::Validator:
@@ -594,6 +608,15 @@ bool Network::performOnObject(const Move& move)
         default: return false;
     }
     return true;
+}
+
+void Network::release(const Move& move)
+{
+    const bool isAll = move.c % 2 == 0;
+    for (int number = 0; number < static_cast<int>(objects_.size()); ++number)
+        if (const RefPtr<VObject> found = object(number);
+            found && (isAll || number == within(move.a, objects_.size())))
+            found->Current = WeakPtr<VRequest::ID>();
 }
 
 void Network::writeTrace(const Move& move)
@@ -643,6 +666,7 @@ bool Network::performOnRequest(const Move& move, VRequest* ticket)
         case Move::ChangeTicket:
             if (ticket) changeTicket(move, *ticket);
             break;
+        case Move::Throw: outcome(move.c); break;
         case Move::Cancel:
             if (auto* const counted = dynamic_cast<CountedTicket*>(ticket)) counted->pollsLeft = 1;
             break;

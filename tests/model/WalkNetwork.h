@@ -84,6 +84,7 @@ private:
     void leave(int number);
     void behave(const Move& move);
     void writeSlot(const Move& move);
+    void release(const Move& move);
     void writeTrace(const Move& move);
     void writeExecutor(const Move& move);
     void writeState(const Move& move);
