@@ -73,8 +73,8 @@ constexpr Weight kActs[] = {{Move::Look, 12},           {Move::Touch, 8},
                             {Move::SetText, 2},         {Move::Attach, 5},
                             {Move::Empty, 2},           {Move::WriteParameter, 2},
                             {Move::WriteSource, 2},     {Move::WriteSlot, 2},
-                            {Move::WriteAge, 6},        {Move::WriteParameterAge, 4},
-                            {Move::WriteConnection, 4}, {Move::TouchState, 3},
+                            {Move::WriteAge, 12},       {Move::WriteParameterAge, 4},
+                            {Move::WriteConnection, 8}, {Move::TouchState, 3},
                             {Move::WriteState, 3},      {Move::Ready, 3},
                             {Move::Locality, 3},        {Move::Classes, 2},
                             {Move::Release, 3},         {Move::WriteTrace, 3},
@@ -214,7 +214,7 @@ private:
             if (chance(12)) add(Move::Ready, number, below(6), 0);
             if (!isWild_) continue;
             for (int count = below(3); count > 0; --count) misbehave(number);
-            if (chance(3)) act(number);
+            if (chance(2)) act(number);
         }
         if (chance(4)) add(Move::Locality, below(kAny), 0, 0);
         if (chance(8)) add(Move::Listen, 0, 0, 0);
@@ -262,7 +262,8 @@ private:
             case Move::Again:
             case Move::Copied:
                 // Most walks begin at the end of the network.
-                add(kind, chance(2) ? objects_ - 1 : below(objects_), below(kPools), how());
+                add(kind, chance(2) ? objects_ - 1 : below(objects_),
+                    chance(3) ? below(kPools) : pool_, how());
                 break;
             case Move::Behave: misbehave(below(objects_)); break;
             case Move::InHook: act(below(objects_)); break;
@@ -273,6 +274,7 @@ private:
     std::mt19937_64 random_;
     const bool isTalking_;
     const bool isWild_;
+    const int pool_ = below(kPools); // where most walks are
     int objects_ = 0;
     std::vector<int> paths_; // upstream of each object
     History history_;

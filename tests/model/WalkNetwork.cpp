@@ -86,6 +86,20 @@ int within(int number, std::size_t count)
     return static_cast<int>(static_cast<std::size_t>(number) % count);
 }
 
+/// Raises a number for the time of a scope.
+class Depth
+{
+public:
+    Depth(int& number, int by) : number_(number), by_(by) { number_ += by_; }
+    ~Depth() { number_ -= by_; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+
+private:
+    int& number_;
+    const int by_;
+};
+
 bool outcome(int which)
 {
     switch (which % Evaluation::kOutcomes)
@@ -372,10 +386,29 @@ void Network::run(int number, int hook, const VRequest* request, double precisio
                      request ? numberOf(WeakPtr<VRequest::ID>(request->Id)) : -1,
                      self.RequestCounter.value(), self.UpdateCounter.value());
     const bool mayChange = hook != kInMust && hook != kInTell && hook != kInIgnore;
+    const Depth ignoring(ignoring_, hook == kInIgnore ? 1 : 0);
     std::vector<Act>& acts = scripts_[at(number)].acts[hook];
     for (std::size_t index = 0; index < acts.size(); ++index)
         if (++acts[index].count % acts[index].period == 0)
-            perform(acts[index].move, mayChange ? const_cast<VRequest*>(request) : nullptr);
+            perform(request ? broughtTo(*request, acts[index].move) : acts[index].move,
+                    mayChange ? const_cast<VRequest*>(request) : nullptr);
+}
+
+/// Half of what is done to ages is done where the walk is.
+Move Network::broughtTo(const VRequest& request, Move act) const
+{
+    switch (act.kind)
+    {
+        case Move::Touch:
+        case Move::WriteAge:
+        case Move::WriteParameterAge:
+        case Move::TouchState:
+        case Move::WriteState:
+            if (act.b % 2 == 0)
+                act.b = static_cast<int>(std::ranges::find(pools_, request.Pool) - pools_.begin());
+            return act;
+        default: return act;
+    }
 }
 
 bool Network::update(int number, VRequest& request, double precision)
@@ -432,9 +465,12 @@ bool Network::performOnWiring(const Move& move)
     switch (move.kind)
     {
         case Move::Attach: attach(move); break;
-        case Move::Empty: slot.assignParameter({}, ""); break;
+        case Move::Empty:
+            if (ignoring_ == 0) slot.assignParameter({}, "");
+            break;
         case Move::WriteParameter:
-            slot.Parameter = move.c % 4 == 0 ? RefPtr<VParameter>() : parameter(move.b);
+            slot.Parameter =
+                move.c % 4 == 0 && ignoring_ == 0 ? RefPtr<VParameter>() : parameter(move.b);
             break;
         case Move::WriteSlot:
             if (move.c % 2 == 0)

@@ -70,6 +70,7 @@ private:
     };
 
     bool takesNext(const Move& move);
+    Move broughtTo(const Quorl::VRequest& request, Move act) const;
     void perform(const Move& move, Quorl::VRequest* ticket);
     bool performOnWiring(const Move& move);
     bool performOnAges(const Move& move);
@@ -137,6 +138,7 @@ private:
     Move lastRequest_{MoveKinds::Request, 0, 0, 0};
     Move recorder_{MoveKinds::kKinds, 0, 0, 0}; // its successor is an act
     int fuel_ = 0;
+    int ignoring_ = 0; // questions whether to ignore an input, which has to stay attached
     bool isWiringKnown_ = false;
 };
 
