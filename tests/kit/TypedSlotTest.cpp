@@ -1,5 +1,6 @@
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/ValueTraits.h>
+#include <quorl/modules/VModuleHold.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
 #include <tests/support/Observer.h>
@@ -130,6 +131,20 @@ TEST_F(TypedSlots, AnEmptyInputFailsTheUpdateWithAClearText)
 
     EXPECT_THAT(errorOutputOf([&] { ask(pool); }),
                 testing::HasSubstr("The slot in shows void, not int."));
+}
+
+TEST_F(TypedSlots, AParameterIsCopiedWithItsValueAndItsLocality)
+{
+    for (const RefPtr<VSlot>& slot : {object->in.slot(), object->flag.slot()})
+    {
+        const RefPtr<VParameter> parameter = slot->Parameter;
+        const RefPtr<VParameter> copied = parameter->copy();
+        ASSERT_TRUE(copied);
+        EXPECT_EQ(copied->isLocal(), parameter->isLocal());
+        EXPECT_EQ(copied->getValueAsText({}, "", false), parameter->getValueAsText({}, "", false));
+        EXPECT_NE(copied->DefaultValue(), parameter->DefaultValue());
+        EXPECT_FALSE(copied->findInterface(typeid(VModuleHold))) << "nobody holds its module";
+    }
 }
 
 TEST_F(TypedSlots, TakeWhatIsPluggedIn)

@@ -84,5 +84,14 @@ TEST_F(OfflineSupplier, IsVisitedOnceThoughItRegistersItselfWhenItIsLoaded)
     EXPECT_THAT(second.names, ElementsAre("Supplier/Complex"));
 }
 
+TEST_F(OfflineSupplier, IsNotLoadedForAnotherType)
+{
+    struct Unsupplied;
+    WeakPtr<VInputCreatorBase> found;
+    EXPECT_EQ(outputOf([&] { found = findBestVInputCreator(typeid(Unsupplied*), {}); }), "");
+    EXPECT_FALSE(found);
+    EXPECT_FALSE(VModules::find(path));
+}
+
 } // namespace
 } // namespace Quorl

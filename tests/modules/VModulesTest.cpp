@@ -347,6 +347,32 @@ TEST_F(VModulesTest, ReloadsWhatIsNewerAndHeldByNobodyElse)
     EXPECT_EQ(VModules::reloadAllNew(), 0) << "it is not newer any more";
 }
 
+TEST_F(VModulesTest, DoesNotCountWhatIsKnownWithoutAFileOrCannotBeReloaded)
+{
+    EXPECT_TRUE(VModules::enableCache("cached.zelm"));
+    EXPECT_EQ(VModules::countReloadablePlugins(), 0);
+    EXPECT_EQ(VModules::reloadAllNew(), 0);
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    const auto present = std::filesystem::last_write_time(path);
+    add("wrongword", path);
+    std::filesystem::last_write_time(path, present + std::chrono::hours(1));
+
+    EXPECT_EQ(VModules::countReloadablePlugins(), 1);
+    outputOf([&] { EXPECT_EQ(VModules::reloadAllNew(), 0); });
+    EXPECT_FALSE(VModules::find(path));
+}
+
+TEST_F(VModulesTest, AFileThatIsRefusedHasNoFunctionsAndNothingToLeaveBehind)
+{
+    const RefPtr<VModule> module(new VModule(add("wrongword", "wrongword.zelm")));
+    module->leaveBehind();
+
+    EXPECT_FALSE(module->isValid());
+    EXPECT_EQ(module->getFunction("main"), nullptr);
+    EXPECT_THAT(module->errorText, testing::StartsWith("Incompatible Plugin!"));
+}
+
 TEST_F(VModulesTest, DoesNotReloadWhatAnObjectUses)
 {
     const string path = add("version1", "versioned.zelm");

@@ -82,6 +82,18 @@ TEST_F(Graphs, PrintsTheInputsOfTheEdgesOfEachObject)
                                                 "[sink]:  short cut  upper \n");
 }
 
+TEST_F(Graphs, PrintsNoInputThatHasEnded)
+{
+    sink->addSlot(RefPtr<VSlot>(new VSlot(sink.rawptr(), {}, "empty", "")), 0, false);
+    network.connect(source, sink, "a");
+    network.connect(source, sink, "b");
+    const VDataFlowGraph graph(sink);
+    sink->removeParameter("a");
+
+    EXPECT_THAT(graph.Edges, SizeIs(2));
+    EXPECT_EQ(outputOf([&] { graph.print(); }), "[source]:  b \n[sink]:  b \n");
+}
+
 TEST_F(Graphs, TwoInputsOfOneSourceAreTwoEdgesAndOneVertex)
 {
     const RefPtr<VParameter> offered = source->output("out");

@@ -89,6 +89,18 @@ TEST_F(CreateInput, AnswersTheObjectThoughItDoesNotFit)
     EXPECT_THAT(object->events, IsEmpty());
 }
 
+TEST_F(CreateInput, TellsNothingOfASlotThatIsNoInputOfTheObject)
+{
+    letItMakeProviders();
+    const RefPtr<VSlot> slot = network.node("other")->input("x");
+    Tolmen::Intercube context;
+
+    EXPECT_TRUE(
+        object->createInput(WeakPtr<VCreatorBase>(creator.handle()), slot, "supply", context));
+    EXPECT_FALSE(slot->getSource());
+    EXPECT_THAT(object->events, IsEmpty());
+}
+
 TEST_F(CreateInput, CarriesTheMemberOfTheOutputOver)
 {
     creator->whenAsked = [this](const string& name, const Tolmen::Intercube&) {

@@ -1,8 +1,6 @@
 #include <quorl/platform/ModuleImage.h>
-#include <quorl/platform/SharedLibrary.h>
 #include <tests/support/FileBytes.h>
 #include <tests/support/TemporaryFolder.h>
-#include <tests/support/WorkingDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -229,24 +227,6 @@ TEST_F(ModuleImageTest, ReadsAnythingWithoutHarm)
         const ModuleImage image = imageOf(bytes);
         EXPECT_LE(image.text(1, 1023).size(), whole.size());
     }
-}
-
-TEST_F(ModuleImageTest, AFileThatNamesItselfWithoutAPathIsLoadedFromHere)
-{
-    std::filesystem::copy_file(builtModule("nonote", "nonote"), folder / "plain.zelm");
-    const QuorlTest::WorkingDirectory here(folder.path());
-    const SharedLibrary library("plain.zelm");
-    EXPECT_EQ(library.error(), "");
-    EXPECT_TRUE(library.symbol("answer"));
-}
-
-TEST(SharedLibrary, TellsWhyItIsNotLoaded)
-{
-    const SharedLibrary nothing("");
-    EXPECT_FALSE(nothing.isLoaded());
-    EXPECT_EQ(nothing.error(), "No such file or directory");
-    EXPECT_EQ(nothing.symbol("main"), nullptr);
-    EXPECT_FALSE(SharedLibrary("/absent/library").error().empty());
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <utility>
@@ -17,12 +18,17 @@ namespace
 {
 
 /// Asks in a process of its own that has a terminal, and types a line there.
+/// \param prepare what that process does before.
 /// \return the answer, and all that the terminal has shown.
-std::pair<int, std::string> answerTo(const std::string& typed)
+std::pair<int, std::string> answerTo(const std::string& typed, void (*prepare)() = [] {})
 {
     int terminal = -1;
     const ::pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) std::exit(askOnTerminal("Caption", "Text"));
+    if (child == 0)
+    {
+        prepare();
+        std::exit(askOnTerminal("Caption", "Text"));
+    }
     EXPECT_EQ(::write(terminal, typed.data(), typed.size()), static_cast<::ssize_t>(typed.size()));
     std::string shown;
     char letter = 0;
@@ -36,6 +42,15 @@ std::pair<int, std::string> answerTo(const std::string& typed)
 TEST(AskOnTerminal, IgnoresSilentlyWithoutATerminal)
 {
     EXPECT_EQ(QuorlTest::errorOutputOf([] { EXPECT_EQ(askOnTerminal("c", "t"), Ignore); }), "");
+}
+
+TEST(AskOnTerminal, IgnoresSilentlyWhereTheQuestionWouldNotBeSeen)
+{
+    const auto [answer, shown] = answerTo("a\n", [] {
+        if (!std::freopen("/dev/null", "w", stderr)) std::exit(-1);
+    });
+    EXPECT_EQ(answer, Ignore);
+    EXPECT_EQ(shown.find("Caption"), std::string::npos) << shown;
 }
 
 TEST(AskOnTerminal, ShowsWhatIsAskedAndTakesALetter)

@@ -1,5 +1,8 @@
 #include <quorl/registry/VManagedObject.h>
 
+#include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/VModule.h>
+#include <quorl/modules/VModules.h>
 #include <tests/registry/TestDomain.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/TemporaryFolder.h>
@@ -158,6 +161,24 @@ TEST(VManagedObjectModules, AreVisitedDomainByDomainWhereTheTableOfModulesDoesNo
     };
     Count count;
     EXPECT_EQ(VManagedObject::iterateModules(count), all + 2);
+}
+
+TEST(VManagedObjectModules, AreNotVisitedOnceTheTableOfModulesKnowsThem)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    domain.addCached("a", "known.module");
+    domain.addCached("b", "unknown.module");
+    VModules::enableCache("known.module");
+    Names seen;
+    VManagedObject::iterateModules(
+        [&](const string& module, const RefPtr<VManagedObject>&, const string& name) {
+            if (module.ends_with("known.module")) seen.push_back(name);
+            return true;
+        });
+    VGlobals::theGlobals().modules->erase("known.module");
+
+    EXPECT_EQ(seen, Names{"b"});
 }
 
 TEST(VManagedObjectModules, MayRemoveEntriesWhileTheyAreVisited)

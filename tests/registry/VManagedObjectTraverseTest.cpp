@@ -93,6 +93,24 @@ TEST(VManagedObjectTraverse, ReachesWhatIsAddedRightBehindALineThatWasRemoved)
     EXPECT_EQ(visit.seen, (Names{"before0", "a0", "equal0", "higher5", "last9"}));
 }
 
+TEST(VManagedObjectTraverse, PassesOverWhatIsAddedBeforeTheLineThatWasRemoved)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    domain.add("a", 5);
+    domain.add("b", 7);
+    ObjectVisit visit;
+    visit.between = [&](const string& name) {
+        if (name != "a") return true;
+        VManagedObject::remove(domain.type(), "a");
+        domain.add("lower", 4);
+        return true;
+    };
+
+    EXPECT_EQ(VManagedObject::traverse(domain.type(), visit), 2);
+    EXPECT_EQ(visit.seen, (Names{"a5", "b7"}));
+}
+
 TEST(VManagedObjectTraverse, ReachesTheSuccessorOfTheOnlyObject)
 {
     struct Tag;

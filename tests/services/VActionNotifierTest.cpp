@@ -190,6 +190,28 @@ TEST(VActionNotifier, NeverObjectsByDefault)
     EXPECT_TRUE(VActionNotifier::ProgressInfo(1, "", 0, 0));
 }
 
+TEST(VActionNotifier, TakesAllAndKeepsNothingFromOthersByDefault)
+{
+    string log;
+    const RefPtr<VActionNotifier> plain(new VActionNotifier);
+    const RefPtr<Subscriber> behind(new Subscriber('b', log));
+    ASSERT_TRUE(plain->activate());
+    ASSERT_TRUE(behind->activate());
+    Network network;
+    const auto object = network.node("object");
+    log.clear(); // what the object told of itself
+
+    VActionNotifier::VObjectCreation(object, {}, {});
+    VActionNotifier::VObjectDeletion("name");
+    VActionNotifier::Warning("text");
+    VActionNotifier::Warning(VActionNotifier::WarnInfo());
+    VActionNotifier::StatusInfo("state");
+    VActionNotifier::ChangeParameter(makeParameter("p"), {}, {}, "m");
+
+    EXPECT_EQ(log, "b:create object/;b:delete name;b:warn text;b:warn ///0;b:status state;"
+                   "b:change p.m;");
+}
+
 TEST(VActionNotifier, GivesAnObjectItsUserInfoBeforeAnybodyHears)
 {
     Network network;

@@ -122,6 +122,15 @@ TEST(VLogger, CutsAFormattedMessageAt1023Characters)
     EXPECT_EQ(listener->messages.at(1).text, "5 and six");
 }
 
+TEST(VLogger, TakesWhatCannotBeFormattedForAnEmptyMessage)
+{
+    const auto listener = activated();
+    VLogger::printf(1, "before %ls", L"\xD800"); // half of a character, in any locale
+
+    ASSERT_EQ(listener->messages.size(), 1U);
+    EXPECT_EQ(listener->messages[0].text, "");
+}
+
 TEST(VLogger, HandsAFullDescriptionOnAsItIs)
 {
     const auto listener = activated();

@@ -39,6 +39,19 @@ TEST(VParameter, HasNoTypeWithoutAValue)
     EXPECT_EQ(parameter.Reserved, 0);
 }
 
+TEST(VParameter, IsNeitherReadNorSetNorTouchedWithoutAValue)
+{
+    EmptyParameter parameter;
+    for (const bool isLocal : {false, true})
+    {
+        if (isLocal) parameter.Localize();
+        EXPECT_EQ(parameter.getValueAsText(makePool(), "", true), "");
+        EXPECT_EQ(QuorlTest::ticksOf([&] { parameter.touchValue(makePool()); }), 0);
+    }
+    parameter.Globalize(makePool());
+    EXPECT_FALSE(parameter.isLocal());
+}
+
 TEST(VParameter, HasTheTypeOfItsValueOrOfAMember)
 {
     const auto parameter = makeWhole();
@@ -118,6 +131,11 @@ TEST(VParameterProperties, AreUpdatedAloudAndShared)
     EXPECT_EQ(parameter->properties->getValue("max"), limit);
     ASSERT_EQ(observer->calls.size(), 1U);
     EXPECT_EQ(observer->calls[0].pool.referer, nullptr);
+
+    ValueMap more;
+    more.setValue("min", RefPtr<VValueBase>(new VValue<double>(0.0)));
+    outputOf([&] { parameter->updateProperties(more, {}, nullptr); });
+    EXPECT_EQ(parameter->properties->nComponents(), 2U) << "beside those that it has";
 }
 
 TEST(VParameter, OwnsItsActions)

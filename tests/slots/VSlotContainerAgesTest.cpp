@@ -101,6 +101,7 @@ TEST_F(VSlotContainerAges, AnswerForListsOfNames)
     object->input("b")->Parameter->touchValue(pool);
 
     EXPECT_TRUE(object->hasChanged(pool, 2, "a", "b"));
+    EXPECT_TRUE(object->hasChanged(pool, 2, "b", "a"));
     EXPECT_FALSE(object->hasChanged(pool, 1, "a", "b"));
     EXPECT_FALSE(object->hasChanged(pool, 0));
     EXPECT_TRUE(object->hasChanged(pool, "a", "b", nullptr));

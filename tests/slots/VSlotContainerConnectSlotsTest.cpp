@@ -57,6 +57,20 @@ TEST_F(VSlotContainerConnectSlots, NeedsAnInputThatHasAParameterOfTheType)
     EXPECT_THAT(object->asked, ElementsAre());
 }
 
+TEST_F(VSlotContainerConnectSlots, LeavesOutWhatTheOtherRefuses)
+{
+    for (const char* name : {"x", "y"}) source->input(name)->Propagates = true;
+    const RefPtr<VSlot> refused = object->input("x");
+    const RefPtr<VSlot> taken = object->input("y");
+    object->refused = "x";
+
+    outputOf([&] { EXPECT_EQ(source->connectSlots(object), 1); });
+
+    EXPECT_THAT(object->asked, ElementsAre("x 0", "y 0"));
+    EXPECT_FALSE(refused->Parameter == source->getParameter("x"));
+    EXPECT_EQ(taken->Parameter, source->getParameter("y"));
+}
+
 TEST_F(VSlotContainerConnectSlots, KeepsTheMemberOfTheOther)
 {
     const RefPtr<VParameter> structured = makeStructured();

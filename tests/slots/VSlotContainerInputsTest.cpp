@@ -229,6 +229,8 @@ TEST_F(VSlotContainerInputs, HaveLevelsThatCanBeChanged)
                   EXPECT_EQ(object->getExpertLevel(slot), -1);
               }),
               0);
+    EXPECT_EQ(object->setExpertLevel(slot, -1), -1) << "where it is";
+    EXPECT_EQ(object->setExpertLevel(makeSlot(object.rawptr(), "stranger"), 5), 2000);
     EXPECT_EQ(object->getNumberOfInputs(), 1);
     EXPECT_EQ(object->getExpertLevel(RefPtr<VSlot>()), 2000);
     EXPECT_EQ(object->getExpertLevel(RefPtr<VParameter>(makeParameter("other"))), 2000);
@@ -349,6 +351,25 @@ TEST_F(VSlotContainerInputs, WhoseParameterCannotBeCopiedStayAsTheyAre)
     const RefPtr<VSlot> empty(new VSlot(object.rawptr(), {}, "empty", ""));
     object->addSlot(empty, 0, false);
     outputOf([&] { EXPECT_FALSE(object->mkUniqueParameterInput("empty", "p")); });
+}
+
+TEST_F(VSlotContainerInputs, ArePassedOverOnceTheyEndedBehindTheirBack)
+{
+    auto* const mortal = new VSlot(object.rawptr(), makeParameter("a"), "a", "");
+    object->addSlot(RefPtr<VSlot>(mortal), 0, false);
+    const auto slot = object->input("b");
+    delete mortal;
+    SlotVisit visit;
+    int level = -1;
+
+    EXPECT_EQ(object->iterateParameters(kAllLevels, visit), 1);
+    EXPECT_EQ(visit.seen, std::vector<string>{"b0"});
+    EXPECT_EQ(object->findSlot(slot->Parameter), slot);
+    EXPECT_EQ(object->getUniqueInputSlot(typeid(double)), slot);
+    EXPECT_FALSE(object->getSlot("", level)) << "it has no name any more";
+    EXPECT_EQ(level, -1);
+    slot->Parameter->touchValue(pool);
+    EXPECT_EQ(object->YoungestInput(pool), Ageable::GlobalTime);
 }
 
 TEST(AddSlot, NeedsAContainerAndASlot)

@@ -172,5 +172,32 @@ TEST_F(VSlotContainerOutputs, TellWhatFitsASlot)
     EXPECT_TRUE(object->getAcceptInfoList(typeid(int)).empty());
 }
 
+TEST_F(VSlotContainerOutputs, ArePassedOverOnceTheyEndedBehindTheirBack)
+{
+    auto* const mortal = new VSlot(object.rawptr(), makeParameter("a"), "a", "");
+    EXPECT_TRUE(object->registerOutput(RefPtr<VSlot>(mortal)));
+    const RefPtr<VParameter> parameter = object->output("b");
+    delete mortal;
+    const RefPtr<VSlot> slot = object->getOutput("b");
+    OutputVisit visit;
+
+    EXPECT_FALSE(object->getOutput("a"));
+    EXPECT_EQ(object->iterateOutputs(visit, typeid(double)), 1);
+    EXPECT_EQ(object->getOutputs(typeid(double))->size(), 1U);
+    EXPECT_EQ(object->getImplementationSlot(typeid(double), "", ""), slot);
+    EXPECT_EQ(object->getAcceptInfoList(typeid(double)).size(), 1U);
+    EXPECT_EQ(object->getNumberOfOutputs(), 2) << "its entry stays";
+
+    object->age(pool) = QuorlTest::tick();
+    EXPECT_FALSE(object->hasNewlyConnectedOutputs(pool));
+    network.node("other")->input("x")->attachSource(parameter);
+    VSlotSet connected;
+    object->findNewlyConnectedOutputs(pool, connected);
+    EXPECT_TRUE(object->hasNewlyConnectedOutputs(pool));
+    EXPECT_EQ(connected.size(), 1U);
+    parameter->touchValue(pool);
+    EXPECT_EQ(object->YoungestOutput(pool), Ageable::GlobalTime);
+}
+
 } // namespace
 } // namespace Quorl

@@ -53,5 +53,24 @@ TEST(VSlotSet, VisitsItsSlotsByNameWithTheLevelGiven)
     EXPECT_EQ(slots.iterate(7, stopped), 1);
 }
 
+TEST(VSlotSet, PassesOverSlotsThatEndedBehindItsBack)
+{
+    Network network;
+    const auto object = network.node("object");
+    auto* const mortal = new VSlot(object.rawptr(), {}, "a", "");
+    VSlotSet slots;
+    slots.insertSlot(RefPtr<VSlot>(mortal), false);
+    const auto slot = makeSlot(object.rawptr(), "b");
+    slots.insertSlot(slot, false);
+    delete mortal;
+    SlotVisit visit;
+
+    EXPECT_EQ(slots.iterate(7, visit), 1);
+    EXPECT_EQ(visit.seen, (std::vector<string>{"b7"}));
+    EXPECT_EQ(slots.findFirstParameter(slot->Parameter), slot);
+    EXPECT_FALSE(slots.findFirstParameter({}));
+    EXPECT_FALSE(slots.contains(makeSlot(object.rawptr(), "c")));
+}
+
 } // namespace
 } // namespace Quorl

@@ -104,6 +104,26 @@ TEST(VSlot, StampsTheOutputOfItsSourceOneTickLater)
     EXPECT_TRUE(source->isNewlyConnected(output, makePool()));
 }
 
+TEST(VSlot, StampsItselfAloneIfItsSourceHasNoSuchOutput)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto slot = network.node("object")->input("x");
+    const RefPtr<VParameter> parameter = makeParameter("p");
+    parameter->setSource(WeakPtr<VSlotContainer>(source.rawptr()));
+
+    EXPECT_EQ(ticksOf([&] { EXPECT_TRUE(slot->assignParameter(parameter, "")); }), 1);
+}
+
+TEST(VSlot, IsAttachedWithoutAnOwnerToo)
+{
+    const RefPtr<VSlot> slot(new VSlot);
+    const RefPtr<VParameter> parameter = makeParameter("p");
+
+    EXPECT_EQ(ticksOf([&] { EXPECT_TRUE(slot->attachSource(parameter)); }), 1);
+    EXPECT_EQ(slot->Parameter, parameter);
+}
+
 TEST(VSlot, IsAsYoungAsItsConnectionOrItsValue)
 {
     Network network;
@@ -138,6 +158,16 @@ TEST(VSlot, MakesTheVariableOfALocalParameterExceptForItsValueAge)
     EXPECT_EQ(slot->age(pool), Ageable::GlobalTime);
     EXPECT_TRUE(pool->findVariable(parameter));
     EXPECT_EQ(&slot->ValueAge(pool), &pool->findVariable(parameter)->age());
+}
+
+TEST(VSlot, HasNoValueAgeIfItsParameterHasNoValue)
+{
+    const RefPtr<VParameter> empty(new QuorlTest::EmptyParameter);
+    const auto slot = makeSlot(nullptr, empty);
+
+    EXPECT_EQ(&slot->ValueAge(makePool()), &Ageable::Ooooold);
+    empty->Localize();
+    EXPECT_EQ(&slot->ValueAge(makePool()), &Ageable::Ooooold);
 }
 
 TEST(VSlot, AttachesTheWholeParameterOfAnotherSlot)

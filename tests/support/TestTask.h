@@ -54,7 +54,7 @@ inline Quorl::RefPtr<TestMessage> makeMessage(const std::string& text)
     return Quorl::RefPtr<TestMessage>(new TestMessage(text));
 }
 
-/// Notes what it is asked, and answers true.
+/// Notes what it is asked, and answers what it is told to.
 class TestManager final : public Quorl::VThreadManager
 {
 public:
@@ -74,6 +74,7 @@ public:
 
     std::vector<std::string> takeCalls() { return std::exchange(calls, {}); }
 
+    bool answer = true;
     Quorl::WeakPtr<Quorl::VTask> current;
     mutable std::vector<std::string> calls;
     mutable std::vector<Quorl::WeakPtr<Quorl::VTask>> tasks;
@@ -83,7 +84,7 @@ private:
     {
         calls.push_back(call);
         tasks.emplace_back(task);
-        return true;
+        return answer;
     }
 };
 

@@ -83,6 +83,8 @@ TEST_F(ThreadManagerValue, ItsAgeIsItsOwn)
     EXPECT_EQ(&value->age(), static_cast<Ageable*>(value.rawptr()));
     value->age().touch();
     EXPECT_EQ(value->age(), Ageable::GlobalTime);
+    const Value& constant = *value;
+    EXPECT_EQ(&constant.age(), &value->age());
 }
 
 TEST_F(ThreadManagerValue, ItsTypeIsKnownByNameAndMakesValuesWithoutAManager)
@@ -205,6 +207,22 @@ TEST_F(ThreadManagerValue, ForwardsNamesOnlyWhereATaskIs)
     EXPECT_TRUE(value->isrunning("one"));
     EXPECT_THAT(manager.takeCalls(), ElementsAre("start", "wait", "isrunning"));
     EXPECT_THAT(manager.tasks, ElementsAre(task, task, task));
+}
+
+TEST_F(ThreadManagerValue, PassesOnThatTheManagerRefuses)
+{
+    const RefPtr<VTask> task = makeTask();
+    value->add(task, "one");
+    manager.answer = false;
+
+    EXPECT_FALSE(value->start("one"));
+    EXPECT_FALSE(value->wait("one"));
+    EXPECT_FALSE(value->isrunning("one"));
+    EXPECT_THAT(manager.takeCalls(), ElementsAre("start", "wait", "isrunning"));
+    const RefPtr<Parameter> parameter(new Parameter(value, "threads"));
+    task->setOwner(parameter);
+    EXPECT_FALSE(task->sendMessage(makeMessage("hello")));
+    EXPECT_THAT(manager.takeCalls(), ElementsAre("message hello"));
 }
 
 TEST_F(ThreadManagerValue, ForwardsAnyHandle)

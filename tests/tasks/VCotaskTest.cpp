@@ -96,6 +96,19 @@ TEST_F(ManagedCotasks, AddsTasksAndForwards)
     EXPECT_THAT(manager.calls, ElementsAre("start", "isrunning", "start", "isrunning"));
 }
 
+TEST_F(ManagedCotasks, PassesOnThatTheManagerRefuses)
+{
+    const RefPtr<VTask> task = makeTask();
+    cotask.addTask(task, "one");
+    manager.answer = false;
+
+    EXPECT_FALSE(cotask.run("one"));
+    EXPECT_FALSE(cotask.run(task));
+    EXPECT_FALSE(cotask.isrunning("one"));
+    EXPECT_FALSE(cotask.isrunning(task));
+    EXPECT_THAT(manager.calls, ElementsAre("start", "start", "isrunning", "isrunning"));
+}
+
 TEST_F(ManagedCotasks, ATaskThatIsRefusedForItsNameHasItsOwnerAllTheSame)
 {
     const RefPtr<VTask> first = makeTask();
