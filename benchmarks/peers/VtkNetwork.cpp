@@ -113,12 +113,21 @@ public:
         filters_.reserve(shape.objects());
         for (const auto& sources : shape.inputs)
         {
-            const auto filter = vtkSmartPointer<Adder>::New();
+            auto& filter = filters_.emplace_back(vtkSmartPointer<Adder>::New());
             for (const std::size_t source : sources)
                 filter->AddInputConnection(filters_[source]->GetOutputPort());
             filter->GetOutputPort(); // makes the executive, without which it is not whole
-            filters_.push_back(filter);
         }
+    }
+
+    VtkNetwork(const VtkNetwork&) = delete;
+    VtkNetwork& operator=(const VtkNetwork&) = delete;
+
+    /// Takes the network apart from its sources on: whenever a filter is let go, circles of
+    /// references are looked for in all that is behind it, which takes minutes in a large network.
+    ~VtkNetwork()
+    {
+        for (const auto& filter : filters_) filter->RemoveAllInputConnections(0);
     }
 
     void request() { filters_.back()->Update(); }
