@@ -119,7 +119,7 @@ void BM_BytesOfContext(benchmark::State& state)
     Contexts contexts;
     for (auto _ : state)
     {
-        const std::size_t before = allocatedBytes();
+        const std::int64_t before = allocatedBytes();
         contexts.open(state.range(0));
         contexts.requestAll();
         reportBytes(state, allocatedBytes() - before, contexts.pools.size());

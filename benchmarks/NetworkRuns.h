@@ -74,9 +74,9 @@ void BM_SetLeaf(benchmark::State& state)
 }
 
 template <class Network>
-std::size_t bytesOf(const Topology& shape)
+std::int64_t bytesOf(const Topology& shape)
 {
-    const std::size_t before = allocatedBytes();
+    const std::int64_t before = allocatedBytes();
     const Network network(shape);
     return allocatedBytes() - before;
 }
@@ -92,7 +92,8 @@ void BM_BytesOfObject(benchmark::State& state)
         reportBytes(state, bytesOf<Network>(Topology::loose(kObjectsWeighed)), kObjectsWeighed);
 }
 
-/// Of what a chain has more than the same objects without connections.
+/// Of what a chain has more than the same objects without connections; less, where an input that is
+/// connected lets go of what it had.
 template <class Network>
 void BM_BytesOfConnection(benchmark::State& state)
 {

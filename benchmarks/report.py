@@ -4,6 +4,7 @@ import datetime
 import os
 import platform
 import re
+import shlex
 import subprocess
 from pathlib import Path
 
@@ -74,7 +75,7 @@ def facts(arguments, programs):
         "peers": peers(programs),
         "commit": commit(),
         "date": datetime.date.today().isoformat(),
-        "command": " ".join(["./dev bench", *arguments.words]),
+        "command": shlex.join(["./dev", "bench", *arguments.words]),
         "repetitions": f"{arguments.repetitions}, of which the medians",
     }
 

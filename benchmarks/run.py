@@ -43,10 +43,11 @@ class Arguments:
         if not word.startswith("-") and not self.folder:
             self.folder = Path(word)
             return
-        self.words.append(word)
         if name == "--document":
             self.document = Path(value)
-        elif name == "--benchmark_out":
+            return
+        self.words.append(word)
+        if name == "--benchmark_out":
             self.out = Path(value)
         elif name == "--benchmark_repetitions":
             self.repetitions = max(1, int(value))

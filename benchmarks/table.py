@@ -34,12 +34,13 @@ def shown(figure, unit):
 
 
 def shown_ratio(ratio):
-    return f"{ratio:.3g}" if ratio < 100 else f"{ratio:.0f}"
+    return f"{ratio:.3g}" if abs(ratio) < 100 else f"{ratio:.0f}"
 
 
 @dataclass
 class Row:
     subject: str
+    family: str  # the subject without an argument
     each: str = ""
     count: int = 1
     unit: str = "ns"
@@ -62,6 +63,7 @@ class Table:
         self.failures = []
         for record in records:
             self._take(record)
+        self._sort()
 
     def _take(self, record):
         if record.get("error_occurred"):
@@ -80,8 +82,14 @@ class Table:
         told = {**self._targets.get(family, {}), **self._targets.get(subject, {})}
         if argument is not None and not subject.startswith("bytes"):
             told.setdefault("count", argument)
-        self._rows[subject] = Row(subject, **told)
+        self._rows[subject] = Row(subject, family, **told)
         return self._rows[subject]
+
+    def _sort(self):
+        """As the targets are told; what they do not tell of comes behind, as it was measured."""
+        order = {subject: place for place, subject in enumerate(self._targets)}
+        rows = sorted(self._rows.values(), key=lambda row: order.get(row.family, len(order)))
+        self._rows = {row.subject: row for row in rows}
 
     def _figure(self, row, name):
         """Of one of the row, or of another one's; None if it was not measured."""

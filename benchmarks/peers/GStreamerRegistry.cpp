@@ -20,23 +20,58 @@ std::vector<std::string> names(std::int64_t count)
     return all;
 }
 
+void describe(gpointer elementClass, gpointer /*data*/)
+{
+    gst_element_class_set_static_metadata(static_cast<GstElementClass*>(elementClass), "Element",
+                                          "Benchmark", "Does nothing", "Nobody");
+}
+
+GType elementType()
+{
+    static const GType type =
+        g_type_register_static_simple(GST_TYPE_ELEMENT, "BenchmarkElement", sizeof(GstElementClass),
+                                      describe, sizeof(GstElement), nullptr, GTypeFlags());
+    return type;
+}
+
+/// The registry of the process, in which there are a few others as well.
 class Registry
 {
 public:
-    explicit Registry(const std::vector<std::string>& wanted)
+    explicit Registry(const std::vector<std::string>& wanted) : names_(wanted)
     {
-        if (!gst_is_initialized()) gst_init(nullptr, nullptr);
-        registry = static_cast<GstRegistry*>(g_object_new(GST_TYPE_REGISTRY, nullptr));
-        for (const std::string& name : wanted)
-            gst_registry_add_feature(
-                registry, GST_PLUGIN_FEATURE(g_object_new(GST_TYPE_ELEMENT_FACTORY, "name",
-                                                          name.c_str(), nullptr)));
+        // Nothing is read from the user's folder, nor left there.
+        g_setenv("GST_REGISTRY_DISABLE", "yes", TRUE);
+        gst_init(nullptr, nullptr);
+        registry = gst_registry_get();
+        gst_plugin_register_static_full(
+            GST_VERSION_MAJOR, GST_VERSION_MINOR, "benchmark", "Elements",
+            [](GstPlugin* plugin, gpointer names) -> gboolean {
+                for (const std::string& name : *static_cast<std::vector<std::string>*>(names))
+                    gst_element_register(plugin, name.c_str(), GST_RANK_PRIMARY, elementType());
+                return TRUE;
+            },
+            "1", "BSD", "quorl", "quorl", "https://localhost", &names_);
     }
     Registry(const Registry&) = delete;
     Registry& operator=(const Registry&) = delete;
-    ~Registry() { gst_object_unref(registry); }
+
+    /// The newest first, as they stand in its list.
+    ~Registry()
+    {
+        for (auto name = names_.rbegin(); name != names_.rend(); ++name)
+            if (GstPluginFeature* const feature =
+                    gst_registry_lookup_feature(registry, name->c_str()))
+            {
+                gst_registry_remove_feature(registry, feature);
+                gst_object_unref(feature);
+            }
+    }
 
     GstRegistry* registry = nullptr;
+
+private:
+    std::vector<std::string> names_;
 };
 
 void BM_Find(benchmark::State& state)
@@ -65,7 +100,7 @@ void BM_WalkByRank(benchmark::State& state)
         std::int64_t count = 0;
         for (const GList* place = features; place; place = place->next) ++count;
         gst_plugin_feature_list_free(features);
-        if (count != state.range(0)) return state.SkipWithError("not all features were visited");
+        if (count < state.range(0)) return state.SkipWithError("not all features were visited");
     }
 }
 
