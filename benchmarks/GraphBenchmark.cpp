@@ -58,10 +58,10 @@ BENCHMARK(BM_RebuildGraph<&Topology::fanIn, 1000>)->Name("graph fan-in of 1000/o
 BENCHMARK(BM_RebuildTables<&Topology::fanIn, 1000>)->Name("graph fan-in of 1000/bare");
 BENCHMARK(BM_RebuildGraph<&Topology::fanIn, 100000>)->Name("graph fan-in of 100000/ours");
 BENCHMARK(BM_RebuildTables<&Topology::fanIn, 100000>)->Name("graph fan-in of 100000/bare");
-BENCHMARK(BM_RebuildGraph<&Topology::layers, 100>)->Name("graph 100 layers/ours");
-BENCHMARK(BM_RebuildTables<&Topology::layers, 100>)->Name("graph 100 layers/bare");
-BENCHMARK(BM_RebuildGraph<&Topology::layers, 10000>)->Name("graph 10000 layers/ours");
-BENCHMARK(BM_RebuildTables<&Topology::layers, 10000>)->Name("graph 10000 layers/bare");
+BENCHMARK(BM_RebuildGraph<&Topology::layers, 100, 10>)->Name("graph 100 layers/ours");
+BENCHMARK(BM_RebuildTables<&Topology::layers, 100, 10>)->Name("graph 100 layers/bare");
+BENCHMARK(BM_RebuildGraph<&Topology::layers, 10000, 10>)->Name("graph 10000 layers/ours");
+BENCHMARK(BM_RebuildTables<&Topology::layers, 10000, 10>)->Name("graph 10000 layers/bare");
 
 } // namespace
 } // namespace QuorlBenchmark

@@ -1,53 +1,50 @@
 #include <benchmarks/ObjectNetwork.h>
 
 #include <quorl/objects/VRequest.h>
+#include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
-#include <quorl/slots/VValueParameter.h>
 #include <quorl/values/VValue.h>
 
 namespace QuorlBenchmark
 {
-namespace
-{
 
-Quorl::RefPtr<Quorl::VParameter> makeParameter(const std::string& name)
-{
-    const Quorl::RefPtr<Quorl::VValue<double>> value(new Quorl::VValue<double>(0.0));
-    return Quorl::RefPtr<Quorl::VParameter>(new Quorl::VValueParameter<double>(value, name));
-}
+using Quorl::RefPtr;
+using Quorl::ValuePool;
 
-} // namespace
-
-CountingObject::CountingObject(const std::string& givenName)
-    : VObject(givenName, 0, {}), output(makeParameter("out"))
+AddingObject::AddingObject(const std::string& givenName,
+                           const RefPtr<Quorl::VCreationPreferences>& outputPreferences)
+    : VObject(givenName, 0, {}), output(*this, "out", 0.0, outputPreferences)
 {
     enableRequestProcessing();
 }
 
-bool CountingObject::update(Quorl::VRequest& /*request*/, double /*precision*/)
+bool AddingObject::update(Quorl::VRequest& request, double /*precision*/)
 {
     ++updates;
+    double sum = 1;
+    for (const Quorl::InputSlot<double>& input : inputs) sum += input(request);
+    output.set(request, sum);
     return true;
 }
 
-void CountingObject::addInput(const Quorl::RefPtr<Quorl::VParameter>& provided)
+void AddingObject::addInput(const RefPtr<Quorl::VParameter>& provided)
 {
-    const std::string inputName = "in" + std::to_string(getNumberOfInputs());
-    const Quorl::RefPtr<Quorl::VSlot> slot =
-        addParameter(inputName, 0, makeParameter(inputName), false);
-    if (provided) slot->attachSource(provided);
+    inputs.emplace_back(*this, "in" + std::to_string(inputs.size()));
+    if (provided) inputs.back().slot()->attachSource(provided);
 }
 
-ObjectNetwork::ObjectNetwork(const Topology& shape) : pool_(new Quorl::ValuePool)
+ObjectNetwork::ObjectNetwork(const Topology& shape,
+                             const RefPtr<Quorl::VCreationPreferences>& outputPreferences)
+    : pool_(new ValuePool)
 {
     objects_.reserve(shape.objects());
-    for (const auto& inputs : shape.inputs)
+    for (const auto& sources : shape.inputs)
     {
         const std::string name = "object " + std::to_string(objects_.size());
-        const Quorl::RefPtr<CountingObject> object(new CountingObject(name));
-        object->registerOutput(object->output, "out");
-        if (inputs.empty()) object->addInput({});
-        for (const std::size_t source : inputs) object->addInput(objects_[source]->output);
+        const RefPtr<AddingObject> object(new AddingObject(name, outputPreferences));
+        if (sources.empty()) object->addInput({});
+        for (const std::size_t source : sources)
+            object->addInput(objects_[source]->output.slot()->Parameter);
         objects_.push_back(object);
     }
 }
@@ -57,19 +54,34 @@ ObjectNetwork::~ObjectNetwork()
     for (const auto& object : objects_) object->Quorl::VManagedObject::remove();
 }
 
-bool ObjectNetwork::request()
+bool ObjectNetwork::request(const RefPtr<ValuePool>& pool)
 {
-    Quorl::VRequest request(pool_, false);
+    Quorl::VRequest request(pool, false);
     return objects_.back()->init_request(request, 1.0);
 }
 
-std::int64_t ObjectNetwork::requestAndCountVisits()
+void ObjectNetwork::setInput(std::size_t object, const RefPtr<ValuePool>& pool, double datum)
 {
-    Quorl::VRequest request(pool_, false);
-    objects_.back()->init_request(request, 1.0);
-    std::int64_t visits = 1; // where it started, which the ticket does not record
-    for (const auto& [object, level] : request.Id->levels()) visits += level.Count;
-    return visits;
+    const RefPtr<Quorl::VParameter>& parameter = inputOf(object);
+    const RefPtr<Quorl::VTypedValueBase<double>> value = parameter->getValue(pool, "");
+    value->setValue(datum);
+    parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
+}
+
+void ObjectNetwork::localizeInput(std::size_t object)
+{
+    inputOf(object)->Localize();
+}
+
+void ObjectNetwork::setLeafFromText(const std::string& text)
+{
+    inputOf(0)->setValueFromText(text, pool_, "", true, {}, nullptr, nullptr);
+}
+
+double ObjectNetwork::result(const RefPtr<ValuePool>& pool)
+{
+    request(pool);
+    return objects_.back()->output.read(pool).value_or(0);
 }
 
 std::int64_t ObjectNetwork::updates() const
@@ -77,6 +89,11 @@ std::int64_t ObjectNetwork::updates() const
     std::int64_t sum = 0;
     for (const auto& object : objects_) sum += object->updates;
     return sum;
+}
+
+const RefPtr<Quorl::VParameter>& ObjectNetwork::inputOf(std::size_t object) const
+{
+    return objects_[object]->inputs.front().slot()->Parameter;
 }
 
 } // namespace QuorlBenchmark

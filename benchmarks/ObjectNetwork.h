@@ -2,53 +2,77 @@
 
 #include <benchmarks/Topology.h>
 
+#include <quorl/kit/TypedSlot.h>
 #include <quorl/objects/VObject.h>
-#include <quorl/slots/VParameter.h>
 #include <quorl/values/ValuePool.h>
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
 namespace QuorlBenchmark
 {
 
-/// An object that counts its updates and does nothing else in them.
-class CountingObject final : public Quorl::VObject
+/// An object whose output is one more than the sum of its inputs. It counts its updates.
+class AddingObject final : public Quorl::VObject
 {
 public:
-    explicit CountingObject(const std::string& givenName);
+    /// \param outputPreferences of the output; with the word "local" it has a value in each
+    /// context.
+    AddingObject(const std::string& givenName,
+                 const Quorl::RefPtr<Quorl::VCreationPreferences>& outputPreferences);
 
     bool update(Quorl::VRequest& request, double precision) override;
 
     /// An input of its own, and what provides it; null leaves it at a value of its own.
     void addInput(const Quorl::RefPtr<Quorl::VParameter>& provided);
 
-    Quorl::RefPtr<Quorl::VParameter> output;
+    std::deque<Quorl::InputSlot<double>> inputs;
+    Quorl::OutputSlot<double> output;
     std::int64_t updates = 0;
 };
 
-/// A network of objects in one pool. They leave the registry at its end.
+/// A network of objects. They leave the registry at its end.
 class ObjectNetwork
 {
 public:
-    explicit ObjectNetwork(const Topology& shape);
+    /// \param outputPreferences of all outputs; without any they are the same in all contexts.
+    explicit ObjectNetwork(
+        const Topology& shape,
+        const Quorl::RefPtr<Quorl::VCreationPreferences>& outputPreferences = {});
     ObjectNetwork(const ObjectNetwork&) = delete;
     ObjectNetwork& operator=(const ObjectNetwork&) = delete;
     ~ObjectNetwork();
 
-    /// Asks the last object. \return whether anything was done.
-    bool request();
+    /// Asks the last object in a context. \return whether anything was done.
+    bool request(const Quorl::RefPtr<Quorl::ValuePool>& pool);
 
-    /// Asks once more. \return how often that entered an object, for itself or for another.
-    std::int64_t requestAndCountVisits();
+    /// The same in the network's own context.
+    bool request() { return request(pool_); }
 
-    const Quorl::RefPtr<CountingObject>& last() const { return objects_.back(); } ///< the one asked
+    /// Sets an input that nobody provides, and tells whoever follows it.
+    void setInput(std::size_t object, const Quorl::RefPtr<Quorl::ValuePool>& pool, double datum);
+
+    /// From now on the input has a value of its own in each context.
+    void localizeInput(std::size_t object);
+
+    /// Of the first object, in the network's own context.
+    void setLeaf(double datum) { setInput(0, pool_, datum); }
+    void setLeafFromText(const std::string& text);
+
+    /// Asks the last object, and tells what it has computed.
+    double result(const Quorl::RefPtr<Quorl::ValuePool>& pool);
+    double result() { return result(pool_); }
+
+    const Quorl::RefPtr<AddingObject>& last() const { return objects_.back(); } ///< the one asked
 
     std::int64_t updates() const; ///< of all objects together
 
 private:
-    std::vector<Quorl::RefPtr<CountingObject>> objects_;
+    const Quorl::RefPtr<Quorl::VParameter>& inputOf(std::size_t object) const;
+
+    std::vector<Quorl::RefPtr<AddingObject>> objects_;
     Quorl::RefPtr<Quorl::ValuePool> pool_;
 };
 

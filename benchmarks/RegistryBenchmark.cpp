@@ -10,11 +10,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 /// What it costs to make objects, to find them and to wire them, in a registry of 100 to 10,000.
-/// The counter "each" is the time for one object, or creator; where it stays, the whole grows
-/// linearly.
+/// Where the time for one object, or creator, stays, the whole grows linearly.
 
 namespace QuorlBenchmark
 {
@@ -27,6 +27,7 @@ using Quorl::VObject;
 
 constexpr std::int64_t kFewest = 100;
 constexpr std::int64_t kMost = 10000;
+constexpr std::int64_t kMostFound = 100000;
 constexpr std::int64_t kMostCreators = 1000;
 
 /// An object with an output and an input of the same type.
@@ -76,14 +77,6 @@ public:
     std::vector<RefPtr<Link>> objects;
 };
 
-void reportEach(benchmark::State& state, std::int64_t count)
-{
-    state.SetItemsProcessed(state.iterations() * count);
-    state.counters["each"] = benchmark::Counter(static_cast<double>(count),
-                                                benchmark::Counter::kIsIterationInvariantRate |
-                                                    benchmark::Counter::kInvert);
-}
-
 void BM_CreateAndRemove(benchmark::State& state)
 {
     Quorl::VCreator<Link> creator("Benchmark/Link");
@@ -96,7 +89,6 @@ void BM_CreateAndRemove(benchmark::State& state)
             if (!VManagedObject::remove(typeid(VObject), name))
                 state.SkipWithError("an object was not there");
     }
-    reportEach(state, state.range(0));
 }
 
 /// Stands in a domain of its own, and has nothing but its name.
@@ -115,7 +107,6 @@ void BM_InsertAndRemove(benchmark::State& state)
         for (const std::string& name : wanted) VManagedObject::remove(typeid(Entry), name);
     }
     if (VManagedObject::size(typeid(Entry)) != 0) state.SkipWithError("objects were left");
-    reportEach(state, state.range(0));
 }
 
 void BM_InsertInMap(benchmark::State& state)
@@ -133,7 +124,6 @@ void BM_InsertInMap(benchmark::State& state)
         for (const std::string& name : wanted) byName.erase(name);
         byPriority.clear();
     }
-    reportEach(state, state.range(0));
 }
 
 void BM_Find(benchmark::State& state)
@@ -144,7 +134,6 @@ void BM_Find(benchmark::State& state)
         for (const std::string& name : wanted)
             if (!VManagedObject::find(typeid(VObject), name))
                 state.SkipWithError("an object was not found");
-    reportEach(state, state.range(0));
 }
 
 void BM_FindInMap(benchmark::State& state)
@@ -158,7 +147,19 @@ void BM_FindInMap(benchmark::State& state)
             const std::shared_ptr<std::string> found = byName.find(name)->second;
             benchmark::DoNotOptimize(found.get());
         }
-    reportEach(state, state.range(0));
+}
+
+void BM_FindInHashMap(benchmark::State& state)
+{
+    std::unordered_map<std::string, std::shared_ptr<std::string>> byName;
+    const std::vector<std::string> wanted = names(state.range(0));
+    for (const std::string& name : wanted) byName.emplace(name, std::make_shared<std::string>());
+    for (auto _ : state)
+        for (const std::string& name : wanted)
+        {
+            const std::shared_ptr<std::string> found = byName.find(name)->second;
+            benchmark::DoNotOptimize(found.get());
+        }
 }
 
 struct CountObjects final : Quorl::VManagedObjectIterator
@@ -179,7 +180,6 @@ void BM_Traverse(benchmark::State& state)
     for (auto _ : state) VManagedObject::traverse(typeid(VObject), visitor);
     if (visitor.count != state.iterations() * state.range(0))
         state.SkipWithError("not all objects were visited");
-    reportEach(state, state.range(0));
 }
 
 void BM_TraverseMap(benchmark::State& state)
@@ -193,7 +193,19 @@ void BM_TraverseMap(benchmark::State& state)
             const std::shared_ptr<std::string> visited = object;
             benchmark::DoNotOptimize(visited.get());
         }
-    reportEach(state, state.range(0));
+}
+
+void BM_TraverseVector(benchmark::State& state)
+{
+    std::vector<std::shared_ptr<std::string>> byPriority;
+    for (const std::string& name : names(state.range(0)))
+        byPriority.push_back(std::make_shared<std::string>(name));
+    for (auto _ : state)
+        for (const auto& object : byPriority)
+        {
+            const std::shared_ptr<std::string> visited = object;
+            benchmark::DoNotOptimize(visited.get());
+        }
 }
 
 struct CountOutputs final : VObject::OutputObjectIterator
@@ -214,7 +226,6 @@ void BM_FindOutputObjects(benchmark::State& state)
     for (auto _ : state) VObject::findOutputObjects(typeid(double), visitor);
     if (visitor.count != state.iterations() * state.range(0))
         state.SkipWithError("not all outputs were visited");
-    reportEach(state, state.range(0));
 }
 
 /// Plugs each object into the one before it, then into the one behind it.
@@ -234,7 +245,6 @@ void BM_Connect(benchmark::State& state)
                 state.SkipWithError("nothing was connected");
         }
     }
-    reportEach(state, state.range(0));
 }
 
 void BM_GetAcceptors(benchmark::State& state)
@@ -251,7 +261,6 @@ void BM_GetAcceptors(benchmark::State& state)
         if (!ways || ways->size() != creators.size()) state.SkipWithError("not all accepted");
     }
     for (const auto& creator : creators) creator->VManagedObject::remove();
-    reportEach(state, state.range(0));
 }
 
 /// Objects that have nothing to do, so that what is measured is the list and a request.
@@ -266,7 +275,6 @@ void BM_ScheduleAndExecute(benchmark::State& state)
     if (runAll() != state.range(0)) state.SkipWithError("not all objects ran");
     for (auto _ : state)
         if (runAll() != 0) state.SkipWithError("an unchanged object ran");
-    reportEach(state, state.range(0));
 }
 
 void BM_RequestEach(benchmark::State& state)
@@ -285,7 +293,6 @@ void BM_RequestEach(benchmark::State& state)
     runAll();
     for (auto _ : state)
         if (runAll() != 0) state.SkipWithError("an unchanged object ran");
-    reportEach(state, state.range(0));
 }
 
 /// 100, 1000 and 10,000 objects.
@@ -297,10 +304,15 @@ void sizes(benchmark::internal::Benchmark* benchmark)
 BENCHMARK(BM_CreateAndRemove)->Name("create, remove/ours")->Apply(sizes);
 BENCHMARK(BM_InsertAndRemove)->Name("insert, remove/ours")->Apply(sizes);
 BENCHMARK(BM_InsertInMap)->Name("insert, remove/std::map")->Apply(sizes);
-BENCHMARK(BM_Find)->Name("find each by name/ours")->Apply(sizes);
-BENCHMARK(BM_FindInMap)->Name("find each by name/std::map")->Apply(sizes);
+BENCHMARK(BM_Find)->Name("find each by name/ours")->Apply(sizes)->Arg(kMostFound);
+BENCHMARK(BM_FindInMap)->Name("find each by name/std::map")->Apply(sizes)->Arg(kMostFound);
+BENCHMARK(BM_FindInHashMap)
+    ->Name("find each by name/bare, hash map")
+    ->Apply(sizes)
+    ->Arg(kMostFound);
 BENCHMARK(BM_Traverse)->Name("traverse/ours")->Apply(sizes);
 BENCHMARK(BM_TraverseMap)->Name("traverse/std::multimap")->Apply(sizes);
+BENCHMARK(BM_TraverseVector)->Name("traverse/bare, vector")->Apply(sizes);
 BENCHMARK(BM_FindOutputObjects)->Name("findOutputObjects/ours")->Apply(sizes);
 BENCHMARK(BM_Connect)->Name("Connect each/ours")->Apply(sizes);
 BENCHMARK(BM_GetAcceptors)

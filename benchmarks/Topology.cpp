@@ -1,5 +1,6 @@
 #include <benchmarks/Topology.h>
 
+#include <algorithm>
 #include <numeric>
 
 namespace QuorlBenchmark
@@ -12,17 +13,19 @@ std::size_t Topology::edges() const
     return sum;
 }
 
-std::int64_t Topology::visits() const
+std::size_t Topology::dependents() const
 {
-    std::vector<std::int64_t> paths(objects(), 0);
-    paths.back() = 1;
-    std::int64_t sum = 0;
-    for (std::size_t object = objects(); object-- > 0;)
-    {
-        sum += paths[object];
-        for (const std::size_t source : inputs[object]) paths[source] += paths[object];
-    }
-    return sum;
+    std::vector<bool> isReached(objects(), false);
+    isReached.front() = true;
+    for (std::size_t object = 1; object < objects(); ++object)
+        isReached[object] = std::ranges::any_of(
+            inputs[object], [&](std::size_t source) { return isReached[source]; });
+    return static_cast<std::size_t>(std::ranges::count(isReached, true));
+}
+
+Topology Topology::loose(std::size_t count)
+{
+    return {std::vector<std::vector<std::size_t>>(count)};
 }
 
 Topology Topology::chain(std::size_t length)
@@ -66,19 +69,18 @@ Topology Topology::chains(std::size_t count, std::size_t length)
     return shape;
 }
 
-Topology Topology::layers(std::size_t count)
+Topology Topology::layers(std::size_t count, std::size_t width)
 {
-    constexpr std::size_t kWidth = 10;
-    Topology shape{std::vector<std::vector<std::size_t>>(kWidth)};
+    Topology shape = loose(width);
     for (std::size_t layer = 1; layer < count; ++layer)
-        for (std::size_t place = 0; place < kWidth; ++place)
+        for (std::size_t place = 0; place < width; ++place)
         {
-            const std::size_t before = (layer - 1) * kWidth;
+            const std::size_t before = (layer - 1) * width;
             shape.inputs.push_back(
-                {before + place, before + (place + 1) % kWidth, before + (place + 3) % kWidth});
+                {before + place, before + (place + 1) % width, before + (place + 3) % width});
         }
-    std::vector<std::size_t> last(kWidth);
-    std::iota(last.begin(), last.end(), (count - 1) * kWidth);
+    std::vector<std::size_t> last(width);
+    std::iota(last.begin(), last.end(), (count - 1) * width);
     shape.inputs.push_back(last);
     return shape;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 namespace QuorlBenchmark
@@ -18,17 +17,18 @@ struct Topology
 
     std::size_t edges() const;
 
-    /// How often a walk down every path enters an object; once for each path to it.
-    std::int64_t visits() const;
+    /// How many objects a change of the first one concerns, itself included.
+    std::size_t dependents() const;
 
+    static Topology loose(std::size_t count); ///< without connections
     static Topology chain(std::size_t length);
     static Topology fanIn(std::size_t width); ///< so many objects, and a sink
     static Topology binaryTree(std::size_t objects);
     static Topology chains(std::size_t count, std::size_t length); ///< side by side, and a sink
 
-    /// Layers of 10 objects, each of which takes three of the layer before, and a sink over the
-    /// last layer. Each layer has three times as many paths to it as the one behind.
-    static Topology layers(std::size_t count);
+    /// Layers of objects, each of which takes three of the layer before, and a sink over the last
+    /// layer. Each layer has three times as many paths to it as the one behind.
+    static Topology layers(std::size_t count, std::size_t width);
 };
 
 } // namespace QuorlBenchmark

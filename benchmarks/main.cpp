@@ -1,5 +1,3 @@
-#include <benchmarks/Ratios.h>
-
 #include <benchmark/benchmark.h>
 
 #include <thread>
@@ -13,8 +11,6 @@ int main(int argc, char** argv)
     // started its first thread. Handles never do, so that the two would not be compared.
     std::thread([] {}).join();
 
-    QuorlBenchmark::RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    reporter.printRatios();
 }
