@@ -28,10 +28,10 @@ std::uint64_t nextNumber()
 /// A walk within another one may visit what that has met, so the outer one cannot trust its marks
 /// any more, nor leave for later what it owes.
 Repeats::Repeats(const VRequest& request)
-    : request_(request), number_(nextNumber()), outer_(theInnermost)
+    : request_(request), id_(request.Id), pool_(request.Pool), number_(nextNumber()),
+      outer_(theInnermost)
 {
-    realizeAll();
-    for (Repeats* outer = outer_; outer != nullptr; outer = outer->outer_) ++outer->era_;
+    upsetAll();
     theInnermost = this;
 }
 
@@ -40,31 +40,70 @@ Repeats::~Repeats()
     theInnermost = outer_;
 }
 
-Repeats::Place Repeats::meet(VObject& object, Place asker)
+Repeats::Place Repeats::meet(VObject& object)
 {
     const Place first = hasMet(object) ? graph_.first(object.place_.place) : WalkGraph::kNowhere;
     const Place place = graph_.add(object, first);
-    if (asker != WalkGraph::kNowhere) graph_.addSource(asker, place);
     met_.emplace_back();
     object.place_ = {number_, place};
     return place;
 }
 
-void Repeats::owe(const VObject& object, std::int32_t level, const VObject& caller)
+Repeats::Place Repeats::lead(VObject& source, Place asker)
 {
-    const Place place = object.place_.place;
-    latent_.push_back({place, level, static_cast<std::int32_t>(caller.ID), false});
-    met_[place].owedLevel = level;
-    met_[place].owedSince = accounts_;
+    if (hasMet(source))
+    {
+        const Place place = meet(source);
+        owe(place, asker, false);
+        return place;
+    }
+    tell(source, asker);
+    const Place place = meet(source);
+    graph_.addSource(asker, place);
+    return place;
 }
 
-void Repeats::passOver(const VObject& object, std::int32_t level, const VObject& caller,
-                       Place asker)
+void Repeats::passOver(const VObject& source, Place asker)
 {
-    const Place place = object.place_.place;
+    owe(source.place_.place, asker, true);
+    visitTwice(source.place_.place);
+}
+
+void Repeats::tell(VObject& source, Place asker) const
+{
+    const Depth depth = depthBelow(asker);
+    request_.Id->considerVisits(
+        {depth.level, depth.level, 1, graph_.number(asker), graph_.number(asker)},
+        static_cast<std::int32_t>(source.ID));
+    source.Executor.descend(*depth.chain, depth.level);
+}
+
+/// Leaves a visit to be accounted for together with others of the same chain.
+void Repeats::owe(Place place, Place asker, bool isDeep)
+{
+    readTicket();
+    const Depth depth = depthBelow(asker);
+    if (chain_ != *depth.chain)
+    {
+        realize();
+        chain_ = graph_.object(asker)->Executor.Max;
+    }
     graph_.addSource(asker, place);
-    latent_.push_back({place, level, static_cast<std::int32_t>(caller.ID), true});
-    visitTwice(place);
+    latent_.push_back({place, depth.level, graph_.number(asker), isDeep});
+    Met& met = met_[graph_.first(place)];
+    met.owedLevel = depth.level;
+    met.owedSince = accounts_;
+    // A chain is a handle that is read like any other, without a word to anybody.
+    if (graph_.object(place)->Executor.Max != chain_) realize();
+}
+
+/// By what the asker has been told of its own depth, or what it is still owed.
+Repeats::Depth Repeats::depthBelow(Place asker) const
+{
+    const Met& met = met_[graph_.first(asker)];
+    if (met.owedSince == accounts_) return {met.owedLevel + 1, &chain_};
+    const RequestExecutor& executor = graph_.object(asker)->Executor;
+    return {executor.knownLevel() + 1, &executor.Max};
 }
 
 bool Repeats::hasMet(const VObject& object) const
@@ -77,8 +116,19 @@ const Repeats::Met* Repeats::metAt(const VObject& object) const
     return hasMet(object) ? &met_[object.place_.place] : nullptr;
 }
 
-bool Repeats::isSettled(const VObject& object) const
+/// Code of others may have changed what the request is for.
+void Repeats::readTicket()
 {
+    if (request_.Id == id_ && request_.Pool == pool_) return;
+    realize();
+    id_ = request_.Id;
+    pool_ = request_.Pool;
+    ++era_;
+}
+
+bool Repeats::isSettled(const VObject& object)
+{
+    readTicket();
     const Met* const met = metAt(object);
     return met && met->isSettled && isSilent() && met->shape == Tolmen::Watch::shape() &&
            met->era == era_ &&
@@ -146,13 +196,14 @@ void Repeats::realize()
 void Repeats::realize(const VisitTally& tally, Place first)
 {
     const VisitTally::Sum& sum = tally.sum(first);
-    request_.Id->considerVisits(
-        {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller},
-        graph_.number(first));
+    if (id_)
+        id_->considerVisits({sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller},
+                            graph_.number(first));
     VObject* const object = graph_.object(first);
     if (!object) return;
     RequestExecutor& executor = object->Executor;
     const std::int32_t levelBefore = executor.knownLevel();
+    executor.join(chain_);
     executor.descend(sum.count == 1 ? levelBefore : sum.levelBeforeLast, sum.lastLevel,
                      sum.maxLevel, tally.changes(first, levelBefore));
 }
@@ -160,6 +211,12 @@ void Repeats::realize(const VisitTally& tally, Place first)
 void Repeats::realizeAll()
 {
     for (Repeats* walk = theInnermost; walk != nullptr; walk = walk->outer_) walk->realize();
+}
+
+void Repeats::upsetAll()
+{
+    realizeAll();
+    for (Repeats* walk = theInnermost; walk != nullptr; walk = walk->outer_) ++walk->era_;
 }
 
 void Repeats::forget(const VObject& object)
@@ -170,13 +227,6 @@ void Repeats::forget(const VObject& object)
         walk->realize();
         walk->graph_.forgetObject(object.place_.place);
     }
-}
-
-/// The object's own, unless one is still owed to it.
-std::int32_t Finding::levelOf(const VObject& object) const
-{
-    const Repeats::Met& met = repeats_.met_[place_];
-    return met.owedSince == repeats_.accounts_ ? met.owedLevel : object.Executor.knownLevel();
 }
 
 void Finding::heard(const VObject& source)

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <quorl/Forward.h>
+#include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watch.h>
+#include <quorl/objects/RequestExecutor.h>
+#include <quorl/objects/VRequest.h>
 #include <quorl/objects/VisitTally.h>
 #include <quorl/objects/WalkGraph.h>
 
@@ -34,16 +37,19 @@ public:
     Repeats& operator=(const Repeats&) = delete;
 
     bool hasMet(const VObject& object) const;
-    bool isSettled(const VObject& object) const;
+    bool isSettled(const VObject& object);
 
-    /// A visit is to be paid. \param asker whose visit leads there.
-    Place meet(VObject& object, Place asker = WalkGraph::kNowhere);
+    /// A visit is to be paid to an object that nobody asks, because the walk begins there.
+    Place meet(VObject& object);
 
-    /// The depth of a visit to an object that was met before. It is not told to the object.
-    void owe(const VObject& object, std::int32_t level, const VObject& caller);
+    /// The same to a source that the visit at `asker` asks.
+    Place lead(VObject& source, Place asker);
 
-    /// A visit is not paid. \pre the object is settled.
-    void passOver(const VObject& object, std::int32_t level, const VObject& caller, Place asker);
+    /// The same to a source that will not be met here: another walk visits it.
+    void tell(VObject& source, Place asker) const;
+
+    /// A visit is not paid. \pre the source is settled.
+    void passOver(const VObject& source, Place asker);
 
     /// Code of others has run.
     void foreignCodeRan() { ++foreignCode_; }
@@ -54,27 +60,44 @@ public:
     /// The same for all walks of this thread, since somebody reads.
     static void realizeAll();
 
+    /// The same, and what is settled is so no more, since somebody writes.
+    static void upsetAll();
+
     /// An object ends, on this thread.
     static void forget(const VObject& object);
 
 private:
     friend class Finding;
 
-    struct Met // by place
+    struct Met
     {
-        std::int32_t owedLevel = 0;
-        std::uint32_t owedSince = 0; // by the accounts then; 0 for never
+        // By place
+
         std::uint64_t shape = 0;
         std::uint32_t era = 0;
         std::uint32_t foreignCode = 0;
         std::uint32_t alarms = 0;
         bool isSettled = false;
         bool isKept = false;
-        bool isVisited = false;       // by first place
-        bool isVisitedTwice = false;  // by first place
-        bool isUpstreamTwice = false; // and so is all that is upstream
+        bool isUpstreamTwice = false; // all that is upstream has been visited twice
+
+        // By first place, that is by object
+
+        std::int32_t owedLevel = 0;
+        std::uint32_t owedSince = 0; // in accounts; 0 for never
+        bool isVisited = false;
+        bool isVisitedTwice = false;
     };
 
+    struct Depth
+    {
+        std::int32_t level;
+        const RefPtr<RequestExecutor::MaxRequestExecutor>* chain;
+    };
+
+    Depth depthBelow(Place asker) const;
+    void owe(Place place, Place asker, bool isDeep);
+    void readTicket();
     const Met* metAt(const VObject& object) const;
     bool isSilent() const;
     void enter(Place place);
@@ -84,11 +107,14 @@ private:
     void realize(const VisitTally& tally, Place first);
 
     const VRequest& request_;
+    WeakPtr<VRequest::ID> id_;   // of the request, as long as that is for the same evaluation
+    WeakPtr<ValuePool> pool_;    // and context
     const std::uint64_t number_; // of the walk, by which objects know their places
     WalkGraph graph_;
     std::vector<Met> met_;
     std::vector<LatentVisit> latent_;
-    std::vector<Place> ways_; // working storage
+    RefPtr<RequestExecutor::MaxRequestExecutor> chain_; // of the latent visits
+    std::vector<Place> ways_;                           // working storage
     Tolmen::Watch watch_;
     std::uint32_t foreignCode_ = 0;
     std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for
@@ -103,7 +129,6 @@ public:
     Finding(Repeats& repeats, Repeats::Place place) : repeats_(repeats), place_(place) {}
 
     Repeats::Place place() const { return place_; }
-    std::int32_t levelOf(const VObject& object) const;
 
     void enters() { repeats_.enter(place_); }
 

@@ -19,7 +19,7 @@ RequestExecutor::Reckoned& RequestExecutor::Reckoned::operator=(const Reckoned& 
 
 RequestExecutor::Reckoned& RequestExecutor::Reckoned::operator=(std::int32_t value)
 {
-    Repeats::realizeAll();
+    Repeats::upsetAll();
     value_ = value;
     return *this;
 }
@@ -28,6 +28,13 @@ RequestExecutor::Reckoned::operator std::int32_t() const
 {
     Repeats::realizeAll();
     return value_;
+}
+
+RequestExecutor::Chain& RequestExecutor::Chain::operator=(const RefPtr<MaxRequestExecutor>& other)
+{
+    Repeats::upsetAll();
+    quietly() = other;
+    return *this;
 }
 
 RequestExecutor::MaxRequestExecutor::MaxRequestExecutor() = default;
@@ -45,7 +52,7 @@ RequestExecutor::RequestExecutor(const RequestExecutor& caller)
 // A chain that is assigned to itself goes one deeper, too.
 RequestExecutor& RequestExecutor::operator=(const RequestExecutor& caller)
 {
-    Repeats::realizeAll();
+    Repeats::upsetAll();
     descend(caller.Max, caller.Level.value_ + 1);
     return *this;
 }
@@ -55,14 +62,14 @@ RequestExecutor::~RequestExecutor() = default;
 void RequestExecutor::reset()
 {
     Level = 0;
-    Max = new MaxRequestExecutor;
+    Max = RefPtr<MaxRequestExecutor>(new MaxRequestExecutor);
 }
 
 void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
 {
     PreviousLevel.value_ = Level.value_;
     Level.value_ = level;
-    Max = chain;
+    join(chain);
     Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, level);
     if (level != PreviousLevel.value_) ++Max->Changes.value_;
 }

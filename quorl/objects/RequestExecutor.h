@@ -43,6 +43,25 @@ public:
         Reckoned Changes;  ///< how often an object's depth became another
     };
 
+    /// The handle of a chain, by which walks account, too.
+    class QUORL_API Chain : public RefPtr<MaxRequestExecutor>
+    {
+    public:
+        using RefPtr<MaxRequestExecutor>::StrongPtr;
+        Chain(const RefPtr<MaxRequestExecutor>& chain) : RefPtr<MaxRequestExecutor>(chain) {}
+        Chain(const Chain&) = default;
+        ~Chain() = default;
+
+        Chain& operator=(const Chain& other) { return *this = other.value(); }
+        Chain& operator=(const RefPtr<MaxRequestExecutor>& other);
+
+    private:
+        friend class RequestExecutor;
+
+        const RefPtr<MaxRequestExecutor>& value() const { return *this; }
+        RefPtr<MaxRequestExecutor>& quietly() { return *this; }
+    };
+
     RequestExecutor();
     RequestExecutor(const RequestExecutor& caller);
     RequestExecutor& operator=(const RequestExecutor& caller);
@@ -52,7 +71,7 @@ public:
 
     Reckoned Level;
     Reckoned PreviousLevel{-1};
-    RefPtr<MaxRequestExecutor> Max;
+    Chain Max;
 
 private:
     friend class Finding;
@@ -65,6 +84,11 @@ private:
 
     /// As the assignment of an executor that is one level above.
     void descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level);
+
+    void join(const RefPtr<MaxRequestExecutor>& chain)
+    {
+        if (!(Max == chain)) Max.quietly() = chain;
+    }
 
     /// As several of them, of which the levels of the last two and the deepest are known, and how
     /// often the level became another.

@@ -159,15 +159,6 @@ bool Visit::isToBeAsked(const VObject& source)
     return true;
 }
 
-void Visit::leadTo(VObject& source) const
-{
-    const std::int32_t depth = level() + 1;
-    const auto caller = static_cast<std::int32_t>(object_.ID);
-    request_.Id->considerVisits({depth, depth, 1, caller, caller},
-                                static_cast<std::int32_t>(source.ID));
-    source.Executor.descend(object_.Executor.Max, depth);
-}
-
 void Visit::hearAnswer(bool wasModified)
 {
     const VSlot& slot = *inputs_->slot();

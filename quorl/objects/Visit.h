@@ -46,13 +46,8 @@ public:
     /// Decides, and runs the update. \return whether the object counts as modified.
     bool conclude();
 
-    /// Tells a source how deep it is, and from whom
-    void leadTo(VObject& source) const;
-
     WeakVObjectPtr self() const;
-    const VObject& object() const { return object_; }
     Repeats::Place place() const { return finding_.place(); }
-    std::int32_t level() const { return finding_.levelOf(object_); }
 
 private:
     bool takesPart(const RefPtr<VSlot>& slot);

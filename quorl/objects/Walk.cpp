@@ -57,29 +57,19 @@ bool Walk::leave()
 void Walk::ask(VObject& source)
 {
     Visit& asker = path_.back();
-    const std::int32_t level = asker.level() + 1;
     if (repeats_.isSettled(source))
     {
-        repeats_.passOver(source, level, asker.object(), asker.place());
+        repeats_.passOver(source, asker.place());
         asker.hearAnswer(false);
     }
     else if (OwnOperations::hasRequest(source))
     {
-        asker.leadTo(source);
+        repeats_.tell(source, asker.place());
         repeats_.foreignCodeRan();
         asker.hearAnswer(source.request(request_, kPrecisionOfInputs, asker.self(), origin_));
     }
-    else
-    {
-        const bool isFirst = !repeats_.hasMet(source);
-        const Repeats::Place place = repeats_.meet(source, asker.place());
-        if (isFirst)
-            asker.leadTo(source);
-        else
-            repeats_.owe(source, level, asker.object());
-        if (!enter(source, kPrecisionOfInputs, place))
-            asker.hearAnswer(true); // Deliberate, as above.
-    }
+    else if (!enter(source, kPrecisionOfInputs, repeats_.lead(source, asker.place())))
+        asker.hearAnswer(true); // Deliberate, as above.
 }
 
 } // namespace Quorl
