@@ -130,16 +130,21 @@ bool Repeats::isSettled(const VObject& object)
 {
     readTicket();
     const Met* const met = metAt(object);
-    return met && met->isSettled && isSilent() && met->shape == Tolmen::Watch::shape() &&
+    return met && met->isSettled && isSilent(request_) && met->shape == Tolmen::Watch::shape() &&
            met->era == era_ &&
            (met->foreignCode == foreignCode_ || (met->isKept && met->alarms == watch_.alarms()));
 }
 
 /// Whether further visits have nothing to say or to be asked, to whomever it may be.
-bool Repeats::isSilent() const
+bool Repeats::isSilent(const VRequest& request)
 {
     return VObject::VERBOSE_REQUEST == 0 && !Tolmen::Profiler::isListenedTo() &&
-           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request_);
+           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request);
+}
+
+const WalkGraph* Repeats::plannable(const VObject& root)
+{
+    return foreignCode_ == 0 && isSettled(root) ? &graph_ : nullptr;
 }
 
 void Repeats::enter(Place place)
@@ -157,7 +162,7 @@ Tolmen::Watch* Repeats::watchFor(Place place)
 
 void Repeats::settle(Place place, bool isKept)
 {
-    if (!isSilent()) return;
+    if (!isSilent(request_)) return;
     Met& met = met_[place];
     met.shape = Tolmen::Watch::shape();
     met.era = era_;
@@ -201,11 +206,9 @@ void Repeats::realize(const VisitTally& tally, Place first)
                             graph_.number(first));
     VObject* const object = graph_.object(first);
     if (!object) return;
-    RequestExecutor& executor = object->Executor;
-    const std::int32_t levelBefore = executor.knownLevel();
-    executor.join(chain_);
-    executor.descend(sum.count == 1 ? levelBefore : sum.levelBeforeLast, sum.lastLevel,
-                     sum.maxLevel, tally.changes(first, levelBefore));
+    const VisitTally::Course course = tally.course(first);
+    object->Executor.descend(chain_, {sum.count > 1, course.firstLevel, sum.levelBeforeLast,
+                                      sum.lastLevel, sum.maxLevel, course.changes});
 }
 
 void Repeats::realizeAll()

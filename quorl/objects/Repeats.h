@@ -54,6 +54,12 @@ public:
     /// Code of others has run.
     void foreignCodeRan() { ++foreignCode_; }
 
+    /// Whether walks for a request have nothing to say, and nobody but the objects to ask.
+    static bool isSilent(const VRequest& request);
+
+    /// What has been walked, if each object was met once and no code of others has run; or null.
+    const WalkGraph* plannable(const VObject& root);
+
     /// Accounts for all latent visits.
     void realize();
 
@@ -99,7 +105,6 @@ private:
     void owe(Place place, Place asker, bool isDeep);
     void readTicket();
     const Met* metAt(const VObject& object) const;
-    bool isSilent() const;
     void enter(Place place);
     void settle(Place place, bool isKept);
     Tolmen::Watch* watchFor(Place place);

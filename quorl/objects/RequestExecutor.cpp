@@ -65,22 +65,23 @@ void RequestExecutor::reset()
     Max = RefPtr<MaxRequestExecutor>(new MaxRequestExecutor);
 }
 
-void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
+RequestExecutor::Descents RequestExecutor::Descents::from(std::int32_t level) const
 {
-    PreviousLevel.value_ = Level.value_;
-    Level.value_ = level;
-    join(chain);
-    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, level);
-    if (level != PreviousLevel.value_) ++Max->Changes.value_;
+    return {areSeveral, first + level, beforeLast + level, last + level, deepest + level, changes};
 }
 
-void RequestExecutor::descend(std::int32_t levelBeforeLast, std::int32_t lastLevel,
-                              std::int32_t maxLevel, std::int32_t changes)
+void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
 {
-    PreviousLevel.value_ = levelBeforeLast;
-    Level.value_ = lastLevel;
-    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, maxLevel);
-    Max->Changes.value_ += changes;
+    descend(chain, {false, level, 0, level, level, 0});
+}
+
+void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, const Descents& descents)
+{
+    if (!(Max == chain)) Max.quietly() = chain;
+    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, descents.deepest);
+    Max->Changes.value_ += descents.changes + (Level.value_ == descents.first ? 0 : 1);
+    PreviousLevel.value_ = descents.areSeveral ? descents.beforeLast : Level.value_;
+    Level.value_ = descents.last;
 }
 
 } // namespace Quorl

@@ -74,9 +74,8 @@ public:
     Chain Max;
 
 private:
-    friend class Finding;
     friend class Repeats;
-    friend class Visit;
+    friend class RequestPlan;
 
     // For walks: the numbers as far as they have been accounted for.
 
@@ -85,15 +84,20 @@ private:
     /// As the assignment of an executor that is one level above.
     void descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level);
 
-    void join(const RefPtr<MaxRequestExecutor>& chain)
+    /// As several of them, of which the levels are known: of the first, the last two and the
+    /// deepest, and how often it became another between the first and the last.
+    struct Descents
     {
-        if (!(Max == chain)) Max.quietly() = chain;
-    }
+        bool areSeveral;
+        std::int32_t first;
+        std::int32_t beforeLast;
+        std::int32_t last;
+        std::int32_t deepest;
+        std::int32_t changes;
 
-    /// As several of them, of which the levels of the last two and the deepest are known, and how
-    /// often the level became another.
-    void descend(std::int32_t levelBeforeLast, std::int32_t lastLevel, std::int32_t maxLevel,
-                 std::int32_t changes);
+        Descents from(std::int32_t level) const; ///< of levels that count from there
+    };
+    void descend(const RefPtr<MaxRequestExecutor>& chain, const Descents& descents);
 };
 
 } // namespace Quorl

@@ -3,6 +3,7 @@
 #include <quorl/foundation/Typename.h>
 #include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/Repeats.h>
+#include <quorl/objects/RequestPlan.h>
 #include <quorl/objects/VObjectParametersFunctor.h>
 #include <quorl/registry/VAcception.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -46,6 +47,7 @@ VObject::VObject(const string& wantedName, int givenPriority,
 VObject::~VObject()
 {
     Repeats::forget(*this);
+    RequestPlans::drop(*this);
 }
 
 bool VObject::schedule(double precision, const RefPtr<ValuePool>& pool)

@@ -17,6 +17,7 @@
 #include <quorl/slots/VConnectable.h>
 #include <quorl/slots/VInputClassRecognition.h>
 
+#include <atomic>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -27,6 +28,9 @@
 
 namespace Quorl
 {
+
+class Repeats;
+class RequestPlans;
 
 /// The unit of the network: a managed, named object with inputs and outputs, which keeps a state
 /// for each context and is brought up to date by requests.
@@ -129,6 +133,9 @@ public:
     /// The part of an update that runs without the object's lock, ahead of the rest: slow work that
     /// must not block others. \return whether to go on.
     virtual bool unsychronized_update(VRequest& request, double precision);
+
+    /// Whether requests look at an input: one that shows something, and is not ignored.
+    bool takesPart(const RefPtr<VSlot>& input) const;
 
     /// Runs the update, in the order `unsychronized_update`, update functions, `update`, of which
     /// the first to fail ends it. \return whether all succeeded.
@@ -262,12 +269,14 @@ public:
 
 private:
     friend class Repeats;
+    friend class RequestPlans;
 
     struct Place // in the walk that came by last
     {
         std::uint64_t walk = 0;
         std::uint32_t place = 0;
     } place_;
+    std::atomic<RequestPlans*> plans_{nullptr}; // owned
 };
 
 extern template class VManagedDomainObject<VObject>;

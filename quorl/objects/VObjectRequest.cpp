@@ -1,6 +1,9 @@
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/RequestPlan.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/Walk.h>
+#include <quorl/slots/VParameter.h>
+#include <quorl/slots/VSlot.h>
 
 #include <mutex>
 #include <source_location>
@@ -13,7 +16,13 @@ constinit std::int32_t VObject::VERBOSE_REQUEST = 0;
 bool VObject::request(VRequest& request, double precision, const WeakVObjectPtr& /*caller*/,
                       const WeakVObjectPtr& origin)
 {
+    if (RequestPlans::repeat(*this, request)) return false;
     return Walk(request, origin, std::source_location::current()).from(*this, precision);
+}
+
+bool VObject::takesPart(const RefPtr<VSlot>& input) const
+{
+    return input->Parameter && !checkIfIgnoredInputClass(input->InputClass) && !ignoreInput(input);
 }
 
 bool VObject::init_request(VRequest& request, double precision)

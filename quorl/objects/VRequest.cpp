@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace Tolmen
 {
@@ -19,6 +20,13 @@ namespace
 
 constexpr std::int32_t kMostVisits = std::numeric_limits<std::int32_t>::max();
 
+VRequest::ID::Level deeper(VRequest::ID::Level level, std::int32_t by)
+{
+    level.MinLevel += by;
+    level.MaxLevel += by;
+    return level;
+}
+
 } // namespace
 
 VRequest::ID::ID() = default;
@@ -26,6 +34,7 @@ VRequest::ID::~ID() = default;
 
 VRequest::ID::Level& VRequest::ID::recordOf(std::int32_t object)
 {
+    unfold();
     isTableTrue_ = false;
     std::uint32_t place = places_.find(object);
     if (place == 0)
@@ -66,12 +75,39 @@ void VRequest::ID::considerVisits(const Level& visits, std::int32_t object)
     record.Count += std::min(visits.Count, kMostVisits - record.Count);
 }
 
+void VRequest::ID::considerEvaluation(const std::shared_ptr<const Records>& records,
+                                      std::int32_t level)
+{
+    const bool isAll = records_.empty() && !folded_;
+    if (!isAll)
+    {
+        for (const Record& record : *records)
+            considerVisits(deeper(record.level, level), record.object);
+        return;
+    }
+    folded_ = records;
+    foldedLevel_ = level;
+    isTableTrue_ = false;
+}
+
+/// Other evaluations are to be recorded beside the one that was all.
+void VRequest::ID::unfold()
+{
+    const std::shared_ptr<const Records> folded = std::exchange(folded_, nullptr);
+    if (!folded) return;
+    for (const Record& record : *folded)
+        recordOf(record.object) = deeper(record.level, foldedLevel_);
+}
+
 const std::map<std::int32_t, VRequest::ID::Level>& VRequest::ID::levels() const
 {
     Repeats::realizeAll();
     const std::lock_guard lock(tableMutex_);
     if (!isTableTrue_)
         for (const Record& record : records_) table_[record.object] = record.level;
+    if (!isTableTrue_ && folded_)
+        for (const Record& record : *folded_)
+            table_[record.object] = deeper(record.level, foldedLevel_);
     isTableTrue_ = true;
     return table_;
 }

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -58,18 +59,26 @@ public:
 
         int Unused = 0; ///< for modules
 
-    private:
         struct Record
         {
             std::int32_t object;
             Level level;
         };
+        using Records = std::vector<Record>;
 
+        /// The same for a whole evaluation. \param level of its beginning, from which the levels of
+        /// the records count.
+        void considerEvaluation(const std::shared_ptr<const Records>& records, std::int32_t level);
+
+    private:
+        void unfold();
         Level& recordOf(std::int32_t object); ///< zeroed if it is new
 
         // A walk records at every step, and the table is hardly ever asked for: it is made then.
-        std::vector<Record> records_; // in the order in which objects were first reached
+        Records records_; // in the order in which objects were first reached
         Tolmen::FlatIndex<std::int32_t, std::uint32_t> places_; // in `records_`, counted from 1
+        std::shared_ptr<const Records> folded_; // an evaluation that is all there is; or null
+        std::int32_t foldedLevel_ = 0;          // of its beginning
         mutable std::map<std::int32_t, Level> table_;
         mutable bool isTableTrue_ = true;
         mutable std::mutex tableMutex_; // several may ask for a table that is finished

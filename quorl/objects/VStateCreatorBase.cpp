@@ -25,7 +25,8 @@ RefPtr<VStateCreatorBase::State> VStateCreatorBase::newState() const
 
 RefPtr<VStateCreatorBase::State>& VStateCreatorBase::getState(const WeakPtr<ValuePool>& pool) const
 {
-    Tolmen::Watch::written(states_.get());
+    Tolmen::Watch::variablesChange(states_.get());
+    areStatesLent_ = true;
     return (*states_)[pool];
 }
 
@@ -37,23 +38,23 @@ VStateCreatorBase::stateIn(const WeakPtr<ValuePool>& pool) const
 
 RefPtr<VStateCreatorBase::State> VStateCreatorBase::myState(const WeakPtr<ValuePool>& pool) const
 {
-    if (!getState(pool))
-    {
-        const RefPtr<State> made = newState(); // before the entry is sought: it may enter others
-        getState(pool) = made;
-    }
-    return getState(pool);
+    if (!stateIn(pool)) setState(pool, newState());
+    return stateIn(pool);
 }
 
 void VStateCreatorBase::setState(const WeakPtr<ValuePool>& pool, const RefPtr<State>& state) const
 {
-    getState(pool) = state;
+    Tolmen::Watch::variablesChange(states_.get());
+    (*states_)[pool] = state;
+    Tolmen::Watch::variablesChange(
+        states_.get()); // what the former one's end has looked at is void
 }
 
 void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
 {
-    const Tolmen::Watch::ShapeChange change;
+    Tolmen::Watch::variablesChange(states_.get());
     states_->erase(pool);
+    Tolmen::Watch::variablesChange(states_.get());
 }
 
 RefPtr<Tolmen::InterfaceBase> VStateCreatorBase::hasLocalInterface(const std::type_info& type) const

@@ -60,9 +60,13 @@ public:
     /// Where a watch is told that a state may have been replaced.
     const void* watchedStates() const { return states_.get(); }
 
+    /// Whether somebody has had a state to write to, and may replace it unseen.
+    bool areStatesLent() const { return areStatesLent_; }
+
 private:
     using States = std::map<WeakPtr<ValuePool>, RefPtr<State>>;
 
+    mutable bool areStatesLent_ = false;
     const std::unique_ptr<States> states_; // behind a pointer, so that constant objects can work
 };
 

@@ -48,11 +48,13 @@ public:
     Entry Latest;                                   ///< the one that entered last
 
 private:
+    friend class RequestPlan;
     friend class Visit;
 
     // The same for a walk, which leaves as it has come.
     bool enter(const VRequest& request);
     void leave();
+    void pass(const VRequest& request, bool isTwice); ///< once, or more often
 };
 
 } // namespace Quorl

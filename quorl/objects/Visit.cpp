@@ -100,8 +100,7 @@ VObject* Visit::nextSource()
 bool Visit::takesPart(const RefPtr<VSlot>& slot)
 {
     if (OwnOperations::hasIgnoreInput(object_)) finding_.ranForeignCode();
-    return slot->Parameter && !object_.checkIfIgnoredInputClass(slot->InputClass) &&
-           !object_.ignoreInput(slot);
+    return object_.takesPart(slot);
 }
 
 /// \return whether the object that provides the input is to be asked.

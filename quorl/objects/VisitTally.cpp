@@ -176,18 +176,16 @@ void VisitTally::findLastLevels()
     }
 }
 
-std::int32_t VisitTally::changes(Place first, std::int32_t levelBefore) const
+VisitTally::Course VisitTally::course(Place first) const
 {
     const Sum& sum = sums_[first];
-    if (sum.minLevel == sum.maxLevel) return sum.minLevel == levelBefore ? 0 : 1;
+    if (sum.minLevel == sum.maxLevel) return {sum.minLevel, 0};
 
-    // The levels of the visits below each place, counted from there.
-    struct Run
+    // What is visited below each place, with levels that count from there.
+    struct Run : Course
     {
         bool isVisited = false;
-        std::int32_t firstLevel = 0;
         std::int32_t lastLevel = 0;
-        std::int32_t changes = 0;
     };
     const auto append = [](Run& run, const Run& next, std::int32_t deeper) {
         if (!next.isVisited) return;
@@ -197,7 +195,7 @@ std::int32_t VisitTally::changes(Place first, std::int32_t levelBefore) const
         run.lastLevel = next.lastLevel + deeper;
         run.changes = bounded(std::int64_t{run.changes} + next.changes + (isChange ? 1 : 0));
     };
-    const Run itself{true};
+    const Run itself{{}, true};
     std::vector<Run> runs(graph_.size());
     for (const Place place : sorted_ | std::views::reverse)
     {
@@ -206,13 +204,13 @@ std::int32_t VisitTally::changes(Place first, std::int32_t levelBefore) const
         for (auto way = graph_.firstSource(place); way; way = way.next())
             append(run, runs[way.place()], 1);
     }
-    Run all{true, levelBefore, levelBefore};
+    Run all;
     for (const LatentVisit& visit : visits_)
         if (visit.isDeep)
             append(all, runs[visit.place], visit.level);
         else if (graph_.first(visit.place) == first)
             append(all, itself, visit.level);
-    return all.changes;
+    return all;
 }
 
 } // namespace Quorl

@@ -44,9 +44,13 @@ public:
     const std::vector<WalkGraph::Place>& places() const { return places_; }
     const Sum& sum(WalkGraph::Place first) const { return sums_[first]; }
 
-    /// How often an object's level becomes another than at the visit before.
-    /// \param levelBefore of the first visit.
-    std::int32_t changes(WalkGraph::Place first, std::int32_t levelBefore) const;
+    /// How the levels of an object go from visit to visit.
+    struct Course
+    {
+        std::int32_t firstLevel = 0;
+        std::int32_t changes = 0; ///< to another level than at the visit before
+    };
+    Course course(WalkGraph::Place first) const;
 
 private:
     using Place = WalkGraph::Place;

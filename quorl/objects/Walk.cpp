@@ -1,6 +1,7 @@
 #include <quorl/objects/Walk.h>
 
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/RequestPlan.h>
 #include <quorl/objects/VObject.h>
 
 namespace Quorl
@@ -16,6 +17,7 @@ constexpr double kPrecisionOfInputs = 1.0; // an object's own precision is no bu
 Walk::~Walk()
 {
     repeats_.realize();
+    if (!path_.empty()) Tolmen::Watch::shapeChanges(); // objects stay occupied
     while (!path_.empty()) path_.pop_back();
 }
 
@@ -30,7 +32,12 @@ bool Walk::from(VObject& object, double precision)
             continue;
         }
         const bool wasModified = leave();
-        if (path_.empty()) return wasModified;
+        if (path_.empty())
+        {
+            if (const WalkGraph* const graph = repeats_.plannable(object))
+                RequestPlans::keep(object, *graph, request_.Pool);
+            return wasModified;
+        }
         path_.back().hearAnswer(wasModified);
     }
 }
