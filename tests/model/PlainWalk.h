@@ -25,9 +25,15 @@ class PlainlyWalked : public Quorl::VObject
 public:
     using VObject::VObject;
 
+    /// How often objects may still be walked, all of them together. Requests do nothing then, so
+    /// that whatever is under way comes to its end.
+    static inline int visitsLeft = 0;
+
     bool request(Quorl::VRequest& request, double precision, const Quorl::WeakVObjectPtr& caller,
                  const Quorl::WeakVObjectPtr& origin) override
     {
+        if (visitsLeft == 0) return false;
+        --visitsLeft;
         return requestPlainly(*this, request, precision, caller, origin);
     }
 };

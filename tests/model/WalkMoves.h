@@ -2,6 +2,7 @@
 
 #include <tests/model/Moves.h>
 
+#include <cstddef>
 #include <vector>
 
 /// What is done to a network that is walked, from outside or inside of a walk.
@@ -99,6 +100,12 @@ struct MoveKinds
 
 using Move = MoveOf<MoveKinds>;
 using History = std::vector<Move>;
+
+/// A number of a move, as the number of one of so many.
+inline int within(int number, std::size_t count)
+{
+    return static_cast<int>(static_cast<std::size_t>(number) % count);
+}
 
 /// Of an object, by which of the virtual operations it has of its own.
 enum ObjectKind : int

@@ -69,6 +69,7 @@ private:
         int questions = 0;
     };
 
+    static bool outcome(int which);
     bool takesNext(const Move& move);
     Move broughtTo(const Quorl::VRequest& request, Move act) const;
     void perform(const Move& move, Quorl::VRequest* ticket);
