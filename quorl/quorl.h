@@ -25,6 +25,7 @@
 #include <quorl/foundation/Interface.h>
 #include <quorl/foundation/InterfaceBase.h>
 #include <quorl/foundation/LastKnownSourceCodeLine.h>
+#include <quorl/foundation/ManyShares.h>
 #include <quorl/foundation/MutableName.h>
 #include <quorl/foundation/Profiler.h>
 #include <quorl/foundation/RefPtr.h>

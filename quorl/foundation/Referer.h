@@ -27,11 +27,11 @@ struct alignas(8) Referer
     std::atomic<std::int32_t> weak{0};   ///< handles of any kind, and one for the object itself
     void* object = nullptr; ///< the `ReferenceBase` part; poison after a handle-driven death
 
-    /// Takes a share of each kind. \pre `strong` is not negative.
-    void takeBoth();
+    /// Takes shares of each kind. \pre `strong` is not negative.
+    void takeBoth(std::int32_t shares = 1);
 
-    /// Drops a share of each kind. \pre both are above 0. \return what `strong` was before.
-    std::int32_t dropBoth();
+    /// Drops shares of each kind. \pre there are as many. \return what `strong` was before.
+    std::int32_t dropBoth(std::int32_t shares = 1);
 
     /// Relaxed: who asks either holds a share or has excluded the death of the object by other
     /// means, so there is nothing to be ordered.
@@ -54,36 +54,40 @@ struct alignas(8) Referer
 namespace Detail
 {
 using BothCounts [[gnu::may_alias]] = std::uint64_t;
-inline constexpr BothCounts kOneOfEach = 0x1'0000'0001;
+
+constexpr BothCounts sharesOfEach(std::int32_t shares)
+{
+    return static_cast<BothCounts>(shares) * 0x1'0000'0001;
+}
 } // namespace Detail
 
-inline void Referer::takeBoth()
+inline void Referer::takeBoth(std::int32_t shares)
 {
     auto* const both = reinterpret_cast<Detail::BothCounts*>(&strong);
-    __atomic_fetch_add(both, Detail::kOneOfEach, __ATOMIC_RELAXED);
+    __atomic_fetch_add(both, Detail::sharesOfEach(shares), __ATOMIC_RELAXED);
 }
 
-inline std::int32_t Referer::dropBoth()
+inline std::int32_t Referer::dropBoth(std::int32_t shares)
 {
     auto* const both = reinterpret_cast<Detail::BothCounts*>(&strong);
     const Detail::BothCounts before =
-        __atomic_fetch_sub(both, Detail::kOneOfEach, __ATOMIC_ACQ_REL);
+        __atomic_fetch_sub(both, Detail::sharesOfEach(shares), __ATOMIC_ACQ_REL);
     return static_cast<std::int32_t>(std::endian::native == std::endian::little ? before
                                                                                 : before >> 32);
 }
 
 #else
 
-inline void Referer::takeBoth()
+inline void Referer::takeBoth(std::int32_t shares)
 {
-    weak.fetch_add(1, std::memory_order_relaxed);
-    strong.fetch_add(1, std::memory_order_relaxed);
+    weak.fetch_add(shares, std::memory_order_relaxed);
+    strong.fetch_add(shares, std::memory_order_relaxed);
 }
 
-inline std::int32_t Referer::dropBoth()
+inline std::int32_t Referer::dropBoth(std::int32_t shares)
 {
-    weak.fetch_sub(1, std::memory_order_acq_rel);
-    return strong.fetch_sub(1, std::memory_order_acq_rel);
+    weak.fetch_sub(shares, std::memory_order_acq_rel);
+    return strong.fetch_sub(shares, std::memory_order_acq_rel);
 }
 
 #endif

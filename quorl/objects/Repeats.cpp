@@ -100,10 +100,10 @@ void Repeats::owe(Place place, Place asker, bool isDeep)
 /// By what the asker has been told of its own depth, or what it is still owed.
 Repeats::Depth Repeats::depthBelow(Place asker) const
 {
-    const Met& met = met_[graph_.first(asker)];
-    if (met.owedSince == accounts_) return {met.owedLevel + 1, &chain_};
-    const RequestExecutor& executor = graph_.object(asker)->Executor;
-    return {executor.knownLevel() + 1, &executor.Max};
+    const VObject& object = *graph_.object(asker); // which may have been met anew since
+    const Met* const met = hasMet(object) ? &met_[graph_.first(object.place_.place)] : nullptr;
+    if (met && met->owedSince == accounts_) return {met->owedLevel + 1, &chain_};
+    return {object.Executor.knownLevel() + 1, &object.Executor.Max};
 }
 
 bool Repeats::hasMet(const VObject& object) const

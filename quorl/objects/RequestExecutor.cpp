@@ -65,23 +65,4 @@ void RequestExecutor::reset()
     Max = RefPtr<MaxRequestExecutor>(new MaxRequestExecutor);
 }
 
-RequestExecutor::Descents RequestExecutor::Descents::from(std::int32_t level) const
-{
-    return {areSeveral, first + level, beforeLast + level, last + level, deepest + level, changes};
-}
-
-void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
-{
-    descend(chain, {false, level, 0, level, level, 0});
-}
-
-void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, const Descents& descents)
-{
-    if (!(Max == chain)) Max.quietly() = chain;
-    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, descents.deepest);
-    Max->Changes.value_ += descents.changes + (Level.value_ == descents.first ? 0 : 1);
-    PreviousLevel.value_ = descents.areSeveral ? descents.beforeLast : Level.value_;
-    Level.value_ = descents.last;
-}
-
 } // namespace Quorl

@@ -4,6 +4,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace Quorl
@@ -99,6 +100,26 @@ private:
     };
     void descend(const RefPtr<MaxRequestExecutor>& chain, const Descents& descents);
 };
+
+inline RequestExecutor::Descents RequestExecutor::Descents::from(std::int32_t level) const
+{
+    return {areSeveral, first + level, beforeLast + level, last + level, deepest + level, changes};
+}
+
+inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
+{
+    descend(chain, {false, level, 0, level, level, 0});
+}
+
+inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain,
+                                     const Descents& descents)
+{
+    if (!(Max == chain)) Max.quietly() = chain;
+    Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, descents.deepest);
+    Max->Changes.value_ += descents.changes + (Level.value_ == descents.first ? 0 : 1);
+    PreviousLevel.value_ = descents.areSeveral ? descents.beforeLast : Level.value_;
+    Level.value_ = descents.last;
+}
 
 } // namespace Quorl
 

@@ -63,6 +63,7 @@ void RequestPlan::addDepths(const WalkGraph& graph)
     {
         const VisitTally::Sum& sum = tally.sum(place);
         const VisitTally::Course course = tally.course(place);
+        shares_ += sum.count > 1 ? 2 : 1;
         descents_.push_back({sum.count > 1, course.firstLevel, sum.levelBeforeLast, sum.lastLevel,
                              sum.maxLevel, course.changes});
         records_->push_back(
@@ -117,11 +118,12 @@ void RequestPlan::leaveTraces(const VRequest& request) const
 {
     VObject& root = *steps_.front().object;
     const std::int32_t level = root.Executor.knownLevel();
-    root.pass(request, false);
+    Tolmen::ManyShares<VRequest::ID> id(request.Id, shares_);
+    root.pass(id, false);
     for (std::size_t at = 0; at < descents_.size(); ++at)
     {
         VObject& object = *steps_[at + 1].object;
-        object.pass(request, descents_[at].areSeveral);
+        object.pass(id, descents_[at].areSeveral);
         object.Executor.descend(root.Executor.Max, descents_[at].from(level));
     }
     request.Id->considerEvaluation(records_, level);

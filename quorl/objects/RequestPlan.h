@@ -66,6 +66,7 @@ private:
     std::vector<const Ageable*> inputs_;
     std::vector<State> states_;                       // of the few objects that have one
     std::vector<RequestExecutor::Descents> descents_; // of all steps but the first
+    std::int32_t shares_ = 1; // of an ID that the traces take, the beginning's first
     std::shared_ptr<VRequest::ID::Records> records_;
 };
 

@@ -35,12 +35,6 @@ bool VTraceRequestID::enter(const VRequest& request)
     return true;
 }
 
-void VTraceRequestID::pass(const VRequest& request, bool isTwice)
-{
-    Previous.quietly() = isTwice ? request.Id : Latest.value();
-    Latest.quietly() = request.Id;
-}
-
 void VTraceRequestID::leave()
 {
     Current.quietly() = WeakPtr<VRequest::ID>();

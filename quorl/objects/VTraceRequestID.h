@@ -2,6 +2,7 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/ManyShares.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watched.h>
 #include <quorl/objects/VRequest.h>
@@ -54,7 +55,13 @@ private:
     // The same for a walk, which leaves as it has come.
     bool enter(const VRequest& request);
     void leave();
-    void pass(const VRequest& request, bool isTwice); ///< once, or more often
+    void pass(Tolmen::ManyShares<VRequest::ID>& id, bool isTwice); ///< once, or more often
 };
+
+inline void VTraceRequestID::pass(Tolmen::ManyShares<VRequest::ID>& id, bool isTwice)
+{
+    id.push(Latest.quietly(), Previous.quietly());
+    if (isTwice) id.put(Previous.quietly());
+}
 
 } // namespace Quorl

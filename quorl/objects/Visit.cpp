@@ -114,7 +114,7 @@ bool Visit::considerInput(const VSlot& slot)
     if (parameterAge > age_)
     {
         trace_.inputIsNewer(slot, parameterAge);
-        demandUpdate("Input " + slot.Name + " is newer");
+        reason_.inputIsNewer(slot.Name);
         raiseAge(newestInput_, parameterAge);
     }
     trace_.inputAge(slot, parameterAge, newestInput_);
@@ -135,7 +135,7 @@ void Visit::considerPureInput(const VSlot& slot, const Ageable& parameterAge)
 {
     trace_.inputHasNoObject();
     if (!(parameterAge > age_)) return;
-    demandUpdate("Pure Input " + slot.Name + " is newer");
+    reason_.pureInputIsNewer(slot.Name);
     trace_.pureInputIsNewer(slot, parameterAge);
     raiseAge(newestInput_, parameterAge);
 }
@@ -167,8 +167,7 @@ void Visit::hearAnswer(bool wasModified)
         const Ageable& parameterAge = parameter_->age(request_.Pool);
         raiseAge(newestInput_, parameterAge);
         trace_.sourceWasModified(*source_, parameterAge, newestInput_);
-        demandUpdate("Input Object " + source_->getName() +
-                     "->request() returned true, it provides input param " + slot.Name);
+        reason_.sourceWasModified(slot.Name, source_->getName());
     }
 
     const Ageable& sourceAge = source_->age(request_.Pool);
@@ -176,7 +175,7 @@ void Visit::hearAnswer(bool wasModified)
     {
         raiseAge(newestInput_, sourceAge);
         trace_.sourceIsNewer(slot, sourceAge);
-        demandUpdate("Input " + slot.Name + " is newer");
+        reason_.inputIsNewer(slot.Name);
     }
     else
         trace_.sourceIsConstant(*source_, sourceAge);
@@ -199,13 +198,13 @@ bool Visit::conclude()
     object_.leave(); // Deliberate: not done if the walk throws.
     if (request_.isCancelled()) return false;
 
-    trace_.walked(isActionDemanded_);
+    trace_.walked(static_cast<bool>(reason_));
     considerState();
     trace_.poolIsMissing();
     considerConnections();
     if (object_.hasConnectionValidators()) finding_.hasMoreToDo();
     object_.taintFromRequest(request_);
-    if (isActionDemanded_ || mustUpdate()) return runUpdate();
+    if (reason_ || mustUpdate()) return runUpdate();
     finding_.isIdle();
     trace_.notUpdated();
     return false;
@@ -219,7 +218,7 @@ void Visit::considerState()
     finding_.sees(object_.watchedStates());
     if (state) finding_.sees(static_cast<const Ageable*>(&*state));
     if (!state || *state < Ageable(1) || !(*state < age_)) return;
-    demandUpdate("Object local state is old, object needs to update");
+    reason_.stateIsOld();
     trace_.stateIsOld(*state);
 }
 
@@ -229,7 +228,7 @@ void Visit::considerConnections()
 {
     if (!(ageBefore_ < connectionBefore_)) return;
     raiseAge(newestInput_, object_.ConnectionAge());
-    demandUpdate("Connections/Parameters have changed");
+    reason_.connectionsHaveChanged();
 }
 
 bool Visit::mustUpdate()
@@ -239,18 +238,13 @@ bool Visit::mustUpdate()
     return object_.must_update(request_, precision_);
 }
 
-void Visit::demandUpdate(const string& why)
-{
-    isActionDemanded_ = true;
-    reason_ = why;
-}
-
 /// After a success the object is as young as the newest of its inputs, not as the present: nothing
 /// is newer than it then.
 bool Visit::runUpdate()
 {
     finding_.ranForeignCode();
-    trace_.updating(newestInput_, isActionDemanded_, reason_);
+    if (VObject::VERBOSE_REQUEST != 0)
+        trace_.updating(newestInput_, static_cast<bool>(reason_), reason_.text());
     const Ageable ageAtUpdate = age_;
     bool hasSucceeded = false;
     try

@@ -7,6 +7,7 @@
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/objects/Repeats.h>
 #include <quorl/objects/RequestTrace.h>
+#include <quorl/objects/UpdateReason.h>
 #include <quorl/slots/InputCursor.h>
 
 #include <cstdint>
@@ -61,8 +62,6 @@ private:
     bool mustUpdate();
     bool runUpdate();
 
-    void demandUpdate(const string& why);
-
     VObject& object_;
     VRequest& request_;
     const double precision_;
@@ -73,8 +72,7 @@ private:
     Ageable ageBefore_; // before the walk, whatever that changes
     Ageable connectionBefore_;
     Ageable newestInput_;
-    bool isActionDemanded_ = false;
-    string reason_; // the last one to demand an update wins; it only serves the logs
+    UpdateReason reason_;
     Finding finding_;
     std::optional<RequestTrace::Indentor> deeper_;
     std::optional<InputCursor> inputs_; // while they are walked
