@@ -40,9 +40,9 @@
 #include <quorl/foundation/Timer.h>
 #include <quorl/foundation/TypeInfo.h>
 #include <quorl/foundation/Typename.h>
+#include <quorl/foundation/VGlobals.h>
 #include <quorl/foundation/Watch.h>
 #include <quorl/foundation/Watched.h>
-#include <quorl/foundation/VGlobals.h>
 #include <quorl/foundation/WeakPtrImpl.h>
 #include <quorl/foundation/mutex.h>
 #include <quorl/kit/BackgroundTask.h>

@@ -60,7 +60,8 @@ RefPtr<VValueBase> VValueParameter<T>::createLocalVariable(const RefPtr<ValuePoo
 template <class T>
 bool VValueParameter<T>::setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const
 {
-    const RefPtr<VValueBase> target = defaultValue ? value->component(member) : defaultValue.value();
+    const RefPtr<VValueBase> target =
+        defaultValue ? value->component(member) : defaultValue.value();
     return target && target->getValueFrom(given);
 }
 
