@@ -9,10 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// How long a chain of objects a stack carries: asks the end of longer and longer chains, each in a
-/// process and on a thread of its own, until one ends in a memory fault.
+/// Whether a stack carries a chain of objects: asks its end, in a process and on a thread of its
+/// own.
 ///
-///     quorl_depth [MIB]    the size of the stack; 8 if not told, which is the usual one
+///     quorl_depth [LENGTH [MIB]]    a million objects and 1 MiB if not told
 
 namespace
 {
@@ -21,7 +21,6 @@ using QuorlBenchmark::ObjectNetwork;
 using QuorlBenchmark::Topology;
 
 constexpr std::size_t kBytesPerMebibyte = 1048576;
-constexpr std::size_t kLengthToBeginWith = 1000;
 
 /// Both the first request, which runs each object, and one that finds nothing to do.
 void* requestTwice(void* network)
@@ -61,35 +60,20 @@ bool survives(std::size_t length, std::size_t stackSize)
     std::exit(1);
 }
 
-std::size_t longestChain(std::size_t stackSize)
-{
-    std::size_t good = 0;
-    std::size_t bad = kLengthToBeginWith;
-    while (survives(bad, stackSize))
-    {
-        good = bad;
-        bad *= 2;
-    }
-    while (bad - good > 1)
-    {
-        const std::size_t middle = good + (bad - good) / 2;
-        (survives(middle, stackSize) ? good : bad) = middle;
-    }
-    return good;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const long mebibytes = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 8;
-    if (mebibytes < 1)
+    const long length = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 1000000;
+    const long mebibytes = argc > 2 ? std::strtol(argv[2], nullptr, 10) : 1;
+    if (length < 1 || mebibytes < 1)
     {
-        std::fputs("quorl_depth: the size of the stack is a number of MiB\n", stderr);
+        std::fputs("quorl_depth: lengths and sizes are positive numbers\n", stderr);
         return 1;
     }
     const std::size_t stackSize = static_cast<std::size_t>(mebibytes) * kBytesPerMebibyte;
-    const std::size_t length = longestChain(stackSize);
-    std::printf("%ld MiB of stack: a chain of %zu objects, %zu bytes each\n", mebibytes, length,
-                stackSize / length);
+    const bool isCarried = survives(static_cast<std::size_t>(length), stackSize);
+    std::printf("%ld MiB of stack: a chain of %ld objects %s\n", mebibytes, length,
+                isCarried ? "is evaluated" : "ends in a memory fault");
+    return isCarried ? 0 : 1;
 }
