@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 namespace Quorl
 {
@@ -116,7 +117,10 @@ inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain,
 {
     if (!(Max == chain)) Max.quietly() = chain;
     Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, descents.deepest);
-    Max->Changes.value_ += descents.changes + (Level.value_ == descents.first ? 0 : 1);
+    const std::int64_t changes = std::int64_t{Max->Changes.value_} + descents.changes +
+                                 (Level.value_ == descents.first ? 0 : 1);
+    Max->Changes.value_ = static_cast<std::int32_t>(
+        std::min<std::int64_t>(changes, std::numeric_limits<std::int32_t>::max()));
     PreviousLevel.value_ = descents.areSeveral ? descents.beforeLast : Level.value_;
     Level.value_ = descents.last;
 }

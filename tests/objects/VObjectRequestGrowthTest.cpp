@@ -1,0 +1,175 @@
+#include <quorl/objects/VObject.h>
+#include <tests/support/Node.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// What requests cost in networks whose paths are many more than their objects: counted in
+/// questions for ages, not in time.
+namespace Quorl
+{
+namespace
+{
+
+using QuorlTest::ask;
+using QuorlTest::Network;
+using QuorlTest::Node;
+
+std::int64_t theQuestions = 0;
+
+/// Counts how often somebody asks for its age.
+class CountingValue final : public VValue<double>
+{
+public:
+    Ageable& age() override { return VValue<double>::age(); }
+    const Ageable& age() const override
+    {
+        ++theQuestions;
+        return VValue<double>::age();
+    }
+    RefPtr<VValueBase> copy() const override { return RefPtr<VValueBase>(new CountingValue); }
+};
+
+/// Objects that have one output each, and take what earlier ones put out.
+class Growing
+{
+public:
+    RefPtr<Node> add(const std::vector<std::size_t>& sources)
+    {
+        const RefPtr<Node> node = network_.node("object " + std::to_string(nodes_.size()));
+        const RefPtr<VValue<double>> value(new CountingValue);
+        const RefPtr<VParameter> output(new QuorlTest::DoubleParameter(value, "output"));
+        node->registerOutput(output, "output");
+        node->whenUpdated = [output](VRequest& request) {
+            output->touchValue(request.Pool);
+            return true;
+        };
+        for (const std::size_t source : sources)
+        {
+            node->input(std::to_string(inputs_))->attachSource(outputs_[source]);
+            ++inputs_;
+        }
+        nodes_.push_back(node);
+        outputs_.push_back(output);
+        return node;
+    }
+
+    /// \return how many questions a request at the last object asked, for each input of the
+    /// network.
+    double questionsOfRequest()
+    {
+        theQuestions = 0;
+        ask(nodes_.back());
+        return static_cast<double>(theQuestions) / inputs_;
+    }
+
+    void changeFirst() { nodes_.front()->touchInputSetAge(); }
+    std::size_t updates() { return network_.takeLog().size(); }
+    std::size_t objects() const { return nodes_.size(); }
+
+private:
+    Network network_;
+    std::vector<RefPtr<Node>> nodes_;
+    std::vector<RefPtr<VParameter>> outputs_;
+    int inputs_ = 0;
+};
+
+/// Each layer takes from the one before, in such a way that each object is shared by all its
+/// askers.
+void addLayers(Growing& network, std::size_t layers)
+{
+    constexpr std::size_t kWidth = 10;
+    for (std::size_t at = 0; at < kWidth; ++at) network.add({});
+    for (std::size_t layer = 1; layer < layers; ++layer)
+        for (std::size_t at = 0; at < kWidth; ++at)
+        {
+            const std::size_t before = (layer - 1) * kWidth;
+            network.add({before + at, before + (at + 3) % kWidth, before + (at + 7) % kWidth});
+        }
+}
+
+/// Each object takes from the two before it, so that it is reached at as many depths as there are
+/// objects behind it.
+void addLadder(Growing& network, std::size_t objects)
+{
+    network.add({});
+    network.add({0});
+    while (network.objects() < objects) network.add({network.objects() - 1, network.objects() - 2});
+}
+
+/// Each object takes twice from the one before it.
+void addDoubleChain(Growing& network, std::size_t objects)
+{
+    network.add({});
+    while (network.objects() < objects) network.add({network.objects() - 1, network.objects() - 1});
+}
+
+class Growth : public testing::TestWithParam<
+                   std::pair<const char*, std::pair<void (*)(Growing&, std::size_t), std::size_t>>>
+{
+protected:
+    void build(Growing& network, std::size_t times) const
+    {
+        const auto [add, size] = GetParam().second;
+        add(network, times * size);
+    }
+};
+
+constexpr double kMostForInput = 8; // questions of the first request, which runs all objects
+
+TEST_P(Growth, OfTheFirstRequestIsLinear)
+{
+    for (const std::size_t times : {1, 2, 8})
+    {
+        Growing network;
+        build(network, times);
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+        EXPECT_GT(network.updates(), 0U);
+    }
+}
+
+TEST_P(Growth, OfUnchangedRequestsIsLinear)
+{
+    for (const std::size_t times : {1, 2, 8})
+    {
+        Growing network;
+        build(network, times);
+        network.questionsOfRequest();
+        network.updates();
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+        EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+        EXPECT_EQ(network.updates(), 0U);
+    }
+}
+
+TEST_P(Growth, OfARequestAfterAChangeIsLinear)
+{
+    for (const std::size_t times : {1, 2, 8})
+    {
+        Growing network;
+        build(network, times);
+        network.questionsOfRequest();
+        network.questionsOfRequest();
+        network.updates();
+        network.changeFirst();
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+        EXPECT_GT(network.updates(), 0U);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, Growth,
+                         testing::Values(std::pair("Layers", std::pair(&addLayers, 12U)),
+                                         std::pair("Ladder", std::pair(&addLadder, 40U)),
+                                         std::pair("DoubleChain", std::pair(&addDoubleChain, 40U))),
+                         [](const auto& shape) { return std::string(shape.param.first); });
+
+} // namespace
+} // namespace Quorl
