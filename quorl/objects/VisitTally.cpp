@@ -27,6 +27,24 @@ struct Step
     Source way;
 };
 
+/// Shows each source of the last place of a path, in one direction, until all have been shown of
+/// all places that this adds to the path.
+template <class Show>
+void descend(std::vector<Step>& path, Source (Source::*onwards)() const, Show&& show)
+{
+    while (!path.empty())
+    {
+        const Step at = path.back();
+        if (at.way)
+        {
+            path.back().way = (at.way.*onwards)();
+            show(at);
+        }
+        else
+            path.pop_back();
+    }
+}
+
 } // namespace
 
 VisitTally::VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& visits)
@@ -126,18 +144,9 @@ void VisitTally::findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* le
     for (const LatentVisit& begin : visits_)
     {
         visit(begin.place, begin.level, begin.caller, begin.isDeep);
-        while (!path.empty())
-        {
-            Step& step = path.back();
-            if (!step.way)
-            {
-                path.pop_back();
-                continue;
-            }
-            const Step at = step;
-            step.way = step.way.next();
+        descend(path, &Source::next, [&](const Step& at) {
             visit(at.way.place(), at.level + 1, graph_.number(at.place), true);
-        }
+        });
     }
 }
 
@@ -161,18 +170,8 @@ void VisitTally::findLastLevels()
     for (const LatentVisit& begin : visits_ | std::views::reverse)
     {
         visit(begin.place, begin.level, begin.isDeep);
-        while (!path.empty())
-        {
-            Step& step = path.back();
-            if (!step.way)
-            {
-                path.pop_back();
-                continue;
-            }
-            const Step at = step;
-            step.way = step.way.previous();
-            visit(at.way.place(), at.level + 1, true);
-        }
+        descend(path, &Source::previous,
+                [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
     }
 }
 

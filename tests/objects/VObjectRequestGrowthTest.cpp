@@ -113,10 +113,18 @@ class Growth : public testing::TestWithParam<
                    std::pair<const char*, std::pair<void (*)(Growing&, std::size_t), std::size_t>>>
 {
 protected:
-    void build(Growing& network, std::size_t times) const
+    /// Has the same checked of a network, and of one 2 and 8 times as large.
+    template <class Check>
+    void atEachSize(Check&& check) const
     {
         const auto [add, size] = GetParam().second;
-        add(network, times * size);
+        for (const std::size_t times : {1, 2, 8})
+        {
+            SCOPED_TRACE(times);
+            Growing network;
+            add(network, times * size);
+            check(network);
+        }
     }
 };
 
@@ -124,45 +132,35 @@ constexpr double kMostForInput = 8; // questions of the first request, which run
 
 TEST_P(Growth, OfTheFirstRequestIsLinear)
 {
-    for (const std::size_t times : {1, 2, 8})
-    {
-        Growing network;
-        build(network, times);
-
-        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+    atEachSize([](Growing& network) {
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_GT(network.updates(), 0U);
-    }
+    });
 }
 
 TEST_P(Growth, OfUnchangedRequestsIsLinear)
 {
-    for (const std::size_t times : {1, 2, 8})
-    {
-        Growing network;
-        build(network, times);
+    atEachSize([](Growing& network) {
         network.questionsOfRequest();
         network.updates();
 
-        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
         EXPECT_EQ(network.updates(), 0U);
-    }
+    });
 }
 
 TEST_P(Growth, OfARequestAfterAChangeIsLinear)
 {
-    for (const std::size_t times : {1, 2, 8})
-    {
-        Growing network;
-        build(network, times);
+    atEachSize([](Growing& network) {
         network.questionsOfRequest();
         network.questionsOfRequest();
         network.updates();
         network.changeFirst();
 
-        EXPECT_LE(network.questionsOfRequest(), kMostForInput) << times << " times";
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_GT(network.updates(), 0U);
-    }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, Growth,
