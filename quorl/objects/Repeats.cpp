@@ -17,19 +17,12 @@ constexpr int kTraceVerbosity = 100; // at which the slots of a walk are told
 
 constinit thread_local Repeats* theInnermost = nullptr;
 
-std::uint64_t nextNumber()
-{
-    static constinit std::atomic<std::uint64_t> theNumber{0};
-    return ++theNumber;
-}
-
 } // namespace
 
 /// A walk within another one may visit what that has met, so the outer one cannot trust its marks
 /// any more, nor leave for later what it owes.
 Repeats::Repeats(const VRequest& request)
-    : request_(request), id_(request.Id), pool_(request.Pool), number_(nextNumber()),
-      outer_(theInnermost)
+    : request_(request), id_(request.Id), pool_(request.Pool), outer_(theInnermost)
 {
     upsetAll();
     theInnermost = this;
@@ -42,10 +35,10 @@ Repeats::~Repeats()
 
 Repeats::Place Repeats::meet(VObject& object)
 {
-    const Place first = hasMet(object) ? graph_.first(object.place_.place) : WalkGraph::kNowhere;
+    const Place first = hasMet(object) ? graph_.first(placeOf(object)) : WalkGraph::kNowhere;
     const Place place = graph_.add(object, first);
     met_.emplace_back();
-    object.place_ = {number_, place};
+    object.place_.store(place, std::memory_order_relaxed);
     return place;
 }
 
@@ -65,8 +58,9 @@ Repeats::Place Repeats::lead(VObject& source, Place asker)
 
 void Repeats::passOver(const VObject& source, Place asker)
 {
-    owe(source.place_.place, asker, true);
-    visitTwice(source.place_.place);
+    const Place place = placeOf(source);
+    owe(place, asker, true);
+    visitTwice(place);
 }
 
 void Repeats::tell(VObject& source, Place asker) const
@@ -101,19 +95,26 @@ void Repeats::owe(Place place, Place asker, bool isDeep)
 Repeats::Depth Repeats::depthBelow(Place asker) const
 {
     const VObject& object = *graph_.object(asker); // which may have been met anew since
-    const Met* const met = hasMet(object) ? &met_[graph_.first(object.place_.place)] : nullptr;
+    const Met* const met = hasMet(object) ? &met_[graph_.first(placeOf(object))] : nullptr;
     if (met && met->owedSince == accounts_) return {met->owedLevel + 1, &chain_};
     return {object.Executor.knownLevel() + 1, &object.Executor.Max};
 }
 
+/// Where the object was met last, if it was: it tells what the walk that came by last has told it,
+/// which may have been another one.
+Repeats::Place Repeats::placeOf(const VObject& object)
+{
+    return object.place_.load(std::memory_order_relaxed);
+}
+
 bool Repeats::hasMet(const VObject& object) const
 {
-    return object.place_.walk == number_;
+    return graph_.isPlaceOf(placeOf(object), object);
 }
 
 const Repeats::Met* Repeats::metAt(const VObject& object) const
 {
-    return hasMet(object) ? &met_[object.place_.place] : nullptr;
+    return hasMet(object) ? &met_[placeOf(object)] : nullptr;
 }
 
 /// Code of others may have changed what the request is for.
@@ -228,7 +229,7 @@ void Repeats::forget(const VObject& object)
     {
         if (!walk->hasMet(object)) continue;
         walk->realize();
-        walk->graph_.forgetObject(object.place_.place);
+        walk->graph_.forgetObject(placeOf(object));
     }
 }
 

@@ -101,6 +101,7 @@ private:
         const RefPtr<RequestExecutor::MaxRequestExecutor>* chain;
     };
 
+    static Place placeOf(const VObject& object);
     Depth depthBelow(Place asker) const;
     void owe(Place place, Place asker, bool isDeep);
     void readTicket();
@@ -112,9 +113,8 @@ private:
     void realize(const VisitTally& tally, Place first);
 
     const VRequest& request_;
-    WeakPtr<VRequest::ID> id_;   // of the request, as long as that is for the same evaluation
-    WeakPtr<ValuePool> pool_;    // and context
-    const std::uint64_t number_; // of the walk, by which objects know their places
+    WeakPtr<VRequest::ID> id_; // of the request, as long as that is for the same evaluation
+    WeakPtr<ValuePool> pool_;  // and context
     WalkGraph graph_;
     std::vector<Met> met_;
     std::vector<LatentVisit> latent_;

@@ -271,11 +271,7 @@ private:
     friend class Repeats;
     friend class RequestPlans;
 
-    struct Place // in the walk that came by last
-    {
-        std::uint64_t walk = 0;
-        std::uint32_t place = 0;
-    } place_;
+    std::atomic<std::uint32_t> place_{0};       // in the walk that came by last
     std::atomic<RequestPlans*> plans_{nullptr}; // owned
 };
 

@@ -25,6 +25,12 @@ void WalkGraph::addSource(Place asker, Place source)
     node.lastEdge = edge;
 }
 
+bool WalkGraph::isPlaceOf(Place place, const VObject& tried) const
+{
+    return place < size() && object(place) == &tried &&
+           number(place) == static_cast<std::int32_t>(tried.ID);
+}
+
 void WalkGraph::forgetObject(Place place)
 {
     nodes_[first(place)].object = nullptr;

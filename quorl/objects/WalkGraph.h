@@ -25,6 +25,9 @@ public:
 
     std::size_t size() const { return nodes_.size(); }
 
+    /// Whether that is a place of the object; any number may be asked for.
+    bool isPlaceOf(Place place, const VObject& object) const;
+
     /// The first place of the object of a place.
     Place first(Place place) const { return nodes_[place].first; }
 

@@ -47,6 +47,7 @@ public:
     /// A service that this value stands for; null if it stands for none.
     virtual RefPtr<Tolmen::InterfaceBase> getInterface() const;
 
+    /// The same place each time, as long as the value lives: it is looked at without asking again.
     virtual Ageable& age() = 0;
     virtual const Ageable& age() const = 0;
 
