@@ -40,7 +40,7 @@ public:
     {
         if (!request.Attachments) return true;
         const RefPtr<Journal> journal = request.Attachments->findInterface(typeid(Journal));
-        if (journal) journal->note(*object);
+        if (journal) journal->note(*object, request.Pool);
         return true;
     }
 
@@ -55,7 +55,7 @@ public:
             runs[static_cast<std::size_t>(mine.run)].seconds = seconds - mine.secondsInside;
     }
 
-    std::vector<Run> runs;
+    std::vector<Run> runs;                // with the ages of before
     std::vector<RefPtr<VObject>> objects; // of the runs
 
 private:
@@ -65,10 +65,10 @@ private:
         int run = -1;               // its place among the runs, if it ran
     };
 
-    void note(VObject& object)
+    void note(VObject& object, const RefPtr<ValuePool>& pool)
     {
         if (!open_.empty()) open_.back().run = static_cast<int>(runs.size());
-        runs.push_back({object.getName()});
+        runs.push_back({object.getName(), 0.0, object.age(pool).stamp()});
         objects.emplace_back(&object);
     }
 
@@ -88,7 +88,8 @@ private:
     Tolmen::Profiler::Listener* const before_;
 };
 
-/// An update that succeeds makes its object as young as what feeds it.
+/// An update that succeeds makes its object as young as what feeds it; one that fails leaves its
+/// age.
 bool isStale(const VObject& object, const RefPtr<ValuePool>& pool)
 {
     const auto& age = object.age(pool);
@@ -135,8 +136,9 @@ Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePoo
     for (std::size_t at = 0; at < outcome.runs.size(); ++at)
     {
         const VObject& ran = *journal->objects[at];
+        const long long ageBefore = outcome.runs[at].age;
         outcome.runs[at].age = ran.age(context).stamp();
-        outcome.runs[at].hasFailed = isStale(ran, context);
+        outcome.runs[at].hasFailed = outcome.runs[at].age == ageBefore && isStale(ran, context);
     }
     return outcome;
 }

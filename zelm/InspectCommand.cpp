@@ -58,6 +58,7 @@ Json creatorsAsJson()
     {
         if (!info) continue;
         Json entry{{"creator", key}, {"module", fileNameOf(info->ModuleName)}};
+        entry["state"] = info->getCreator() ? "loaded" : "cached";
         const RefPtr<VCreatorBase> creator = info->getCreator();
         if (creator) entry["summary"] = creator->element[VCreatorBase::Summary];
         list.push_back(entry);
@@ -87,8 +88,9 @@ void printOverview(const Json& overview)
         Output::printLine("\n" +
                           (category.empty() ? std::string("Creators of no category") : category));
         for (const Json& creator : creators)
-            Output::printLine("  " + Output::padded(creator["creator"], 24) +
-                              creator.value("summary", "(known from the cache)"));
+            Output::printLine(
+                "  " + Output::padded(creator["creator"], 24) +
+                (creator["state"] == "cached" ? "(in the cache)" : creator.value("summary", "")));
     }
 }
 

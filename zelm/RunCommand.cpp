@@ -143,7 +143,7 @@ public:
 private:
     std::vector<RefPtr<ValuePool>> chosenContexts() const
     {
-        if (network_->contexts.empty()) network_->contexts.emplace_back(new ValuePool("default"));
+        if (network_->contexts.empty()) addContext(*network_, "default");
         if (order_.contexts.empty()) return network_->contexts;
         std::vector<RefPtr<ValuePool>> chosen;
         for (const std::string& name : order_.contexts)

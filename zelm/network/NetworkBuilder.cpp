@@ -293,9 +293,7 @@ private:
 
     void makeContext(const ContextEntry& entry)
     {
-        RefPtr<ValuePool> pool = ValuePool::getValuePool(entry.name);
-        if (!pool) pool = RefPtr<ValuePool>(new ValuePool(entry.name));
-        network_->contexts.push_back(pool);
+        const RefPtr<ValuePool> pool = addContext(*network_, entry.name);
         for (const ContextValues& values : entry.values) setValuesIn(pool, entry, values);
         for (const NamedValue& value : entry.named)
             located(value.place, ownerOf(entry), "named." + value.name, [&] {
@@ -335,6 +333,19 @@ private:
 RefPtr<LoadedNetwork> buildNetwork(const NetworkDocument& document, const Tolmen::Intercube& info)
 {
     return Builder(document, info).build();
+}
+
+RefPtr<ValuePool> addContext(LoadedNetwork& network, const std::string& name)
+{
+    RefPtr<ValuePool> pool = ValuePool::getValuePool(name);
+    if (!pool) pool = RefPtr<ValuePool>(new ValuePool(name));
+    network.contexts.push_back(pool);
+    for (const RefPtr<VObject>& object : network.liveObjects())
+        object->iterate_inputs(std::function<bool(VSlot&, int)>([&](const VSlot& slot, int) {
+            if (isOwnInput(*object, slot)) slot.getValueBase(pool);
+            return true;
+        }));
+    return pool;
 }
 
 const std::string& mainObjectOf(const NetworkDocument& document)

@@ -16,6 +16,11 @@ namespace Zelm
 /// \throws NetworkError; nothing of the network is left then.
 RefPtr<LoadedNetwork> buildNetwork(const NetworkDocument& document, const Tolmen::Intercube& info);
 
+/// Adds a context to a network. Its variables are made at once: one that is made when it is first
+/// read is younger than the object that reads it, which would then run again.
+/// A context that is there already under its name is shared.
+RefPtr<Quorl::ValuePool> addContext(LoadedNetwork& network, const std::string& name);
+
 /// The object that stands for a network: the first that is requested, or else the last one.
 /// \pre there are objects.
 const std::string& mainObjectOf(const NetworkDocument& document);

@@ -56,9 +56,9 @@ private:
 class Savable final : public Quorl::VObject
 {
 public:
-    Savable(const std::string& name, int priority,
-            const Quorl::RefPtr<Quorl::VCreationPreferences>& preferences)
-        : VObject(name, priority, preferences)
+    Savable(const std::string& wantedName, int givenPriority,
+            const Quorl::RefPtr<Quorl::VCreationPreferences>& wanted)
+        : VObject(wantedName, givenPriority, wanted)
     {
         addSaver("text", new TextSaver(true));
         addSaver("bad", new TextSaver(false));
