@@ -75,7 +75,7 @@ void addCacheCommand(CLI::App& program, const Settings& settings)
     add("write", "Loads all modules, and writes the cache.", &write);
     add("check", "Tells whether there is a cache that can be used; ends with 1 if not.", &check);
     add("drop", "Removes the cache.", &drop);
-    command->footer("\nExample:\n  zelm cache write --cache /tmp/zelm.cache");
+    command->footer("\nExample:\n  zelm cache write");
 }
 
 } // namespace Zelm

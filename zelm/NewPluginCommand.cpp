@@ -30,7 +30,6 @@ zelm_add_module(@stem@ @Class@.cpp)
 enable_testing()
 add_test(NAME @stem@ COMMAND Quorl::zelm run ${CMAKE_CURRENT_SOURCE_DIR}/@stem@.json
     --modules ${CMAKE_CURRENT_BINARY_DIR} --cache ${CMAKE_CURRENT_BINARY_DIR}/no.cache)
-set_tests_properties(@stem@ PROPERTIES PASS_REGULAR_EXPRESSION "@stem@: @stem@\n  @stem@ ")
 )";
 
 constexpr const char* kSource = R"(#include <quorl/kit/Module.h>
