@@ -88,15 +88,13 @@ private:
     Tolmen::Profiler::Listener* const before_;
 };
 
-/// An update that succeeds makes its object as young as what feeds it; one that fails leaves its
-/// age.
-bool isStale(const VObject& object, const RefPtr<ValuePool>& pool)
-{
-    const auto& age = object.age(pool);
-    return age < object.YoungestInput(pool) || age < object.ConnectionAge();
-}
-
 } // namespace
+
+bool isStale(const VObject& object, const RefPtr<ValuePool>& context)
+{
+    const auto& age = object.age(context);
+    return age < object.YoungestInput(context) || age < object.ConnectionAge();
+}
 
 bool Outcome::hasFailed() const
 {

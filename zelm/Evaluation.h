@@ -32,6 +32,10 @@ struct Outcome
     bool hasFailed() const;
 };
 
+/// Whether something that feeds an object is younger than it is in a context. An update that
+/// succeeds makes its object as young as what feeds it; one that fails leaves its age.
+bool isStale(const Quorl::VObject& object, const RefPtr<Quorl::ValuePool>& context);
+
 /// Brings objects of one network up to date, and notes what ran. One at a time in a process.
 class Evaluation
 {

@@ -1,22 +1,16 @@
-#include "CacheFile.h"
 #include "Commands.h"
 #include "Evaluation.h"
 #include "Failure.h"
-#include "HostNotifier.h"
+#include "HostNetwork.h"
 #include "Interruption.h"
-#include "Modules.h"
 #include "Output.h"
 #include "Saving.h"
 
-#include <quorl/foundation/VGlobals.h>
 #include <quorl/kit/HostQueue.h>
-#include <quorl/modules/VLoader.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
 #include <zelm/network/NetworkBuilder.h>
-#include <zelm/network/NetworkLoader.h>
-#include <zelm/network/NetworkSaver.h>
 
 #include <algorithm>
 #include <array>
@@ -58,16 +52,10 @@ std::pair<std::string, std::string> halves(const std::string& option, const std:
 class Session
 {
 public:
-    Session(const Order& order, const RefPtr<LoadedNetwork>& network)
-        : order_(order), network_(network), evaluation_(network), contexts_(chosenContexts())
+    Session(const Order& order, const HostNetwork& network)
+        : order_(order), host_(network), network_(network.handle()), evaluation_(network_),
+          contexts_(chosenContexts())
     {
-    }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-    ~Session()
-    {
-        network_->remove();
-        Quorl::VGlobals::theGlobals().quit();
     }
 
     void setInputs() const
@@ -90,7 +78,7 @@ public:
         const std::vector<RequestEntry> requests = wantedRequests();
         for (const RefPtr<ValuePool>& context : contexts_)
             for (const RequestEntry& request : requests)
-                if (isFor(request, context->name) && !Interruption::isWanted())
+                if (HostNetwork::isFor(request, context->name) && !Interruption::isWanted())
                     outcomes_.push_back(evaluation_.request(objectOf("--request", request.object),
                                                             context, request.precision));
     }
@@ -143,7 +131,6 @@ public:
 private:
     std::vector<RefPtr<ValuePool>> chosenContexts() const
     {
-        if (network_->contexts.empty()) addContext(*network_, "default");
         if (order_.contexts.empty()) return network_->contexts;
         std::vector<RefPtr<ValuePool>> chosen;
         for (const std::string& name : order_.contexts)
@@ -183,20 +170,11 @@ private:
             requests.emplace_back();
             requests.back().object = object;
         }
-        if (requests.empty()) requests = network_->frame.requests;
-        if (!requests.empty()) return requests;
-        requests.emplace_back();
-        requests.back().object = network_->objects.back().first;
-        return requests;
-    }
-
-    static bool isFor(const RequestEntry& request, const std::string& context)
-    {
-        return request.contexts.empty() ||
-               std::ranges::find(request.contexts, context) != request.contexts.end();
+        return requests.empty() ? host_.requests() : requests;
     }
 
     const Order& order_;
+    const HostNetwork& host_;
     const RefPtr<LoadedNetwork> network_;
     const Evaluation evaluation_;
     const std::vector<RefPtr<ValuePool>> contexts_;
@@ -256,37 +234,10 @@ void printAsJson(const std::string& file, const Session& session)
     Output::printJson({{"network", file}, {"requests", requests}, {"saved", session.saved()}});
 }
 
-/// A name that begins with a digit could be taken for a remote reference.
-std::string asPlainFile(const std::string& file)
-{
-    const bool beginsWithDigit = !file.empty() && file.front() >= '0' && file.front() <= '9';
-    return beginsWithDigit ? "./" + file : file;
-}
-
-RefPtr<LoadedNetwork> load(const std::string& file)
-{
-    Quorl::VLoader::LoadSuccess success;
-    const RefPtr<VObject> main = Quorl::VLoader::Load(success, asPlainFile(file), "");
-    if (success.reason.starts_with("Unsupported"))
-        throw UsageError(file + ": this is no network file, which ends in .json");
-    if (!success.reason.empty()) throw NetworkError(success.reason);
-    RefPtr<LoadedNetwork> network = LoadedNetwork::of(main);
-    if (!network) throw UsageError(file + ": this is no network file, which ends in .json");
-    return network;
-}
-
 void run(const Order& order, const Settings& settings)
 {
-    Modules modules(settings);
-    CacheFile(settings).use(modules);
-    modules.open();
-    modules.complain();
-    const RefPtr<HostNotifier> notifier(new HostNotifier);
-    notifier->activate();
-    const RefPtr<NetworkLoader> loader(new NetworkLoader);
-    NetworkSaver::enter();
-
-    Session session(order, load(order.file));
+    const HostNetwork network(order.file, settings);
+    Session session(order, network);
     session.setInputs();
     session.evaluate();
     session.takeTurns();

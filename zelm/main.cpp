@@ -19,6 +19,7 @@ constexpr const char* kExamples = R"(
 Examples:
   zelm run examples/networks/geoid.json
   zelm run geoid.json --context india --set hillshade.azimuth=90
+  zelm graph geoid.json --run -o geoid.svg
   zelm inspect Grid/Hillshade
   zelm cache write
   zelm new-plugin summit
@@ -94,13 +95,14 @@ try
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
     Settings settings;
-    CLI::App program("Runs, inspects and explains networks of objects.", "zelm");
+    CLI::App program("Runs, draws and inspects networks of objects.", "zelm");
     program.require_subcommand(1);
     program.footer(kExamples);
     addSettings(program, settings);
     program.parse_complete_callback(
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
     Zelm::addRunCommand(program, settings);
+    Zelm::addGraphCommand(program, settings);
     Zelm::addInspectCommand(program, settings);
     Zelm::addCacheCommand(program, settings);
     Zelm::addNewPluginCommand(program, settings);

@@ -13,8 +13,8 @@ using Program = HostFixture;
 
 TEST_F(Program, ExplainsItselfByExample)
 {
-    for (const char* arguments : {"--help", "run --help", "inspect --help", "cache --help",
-                                  "cache write --help", "new-plugin --help"})
+    for (const char* arguments : {"--help", "run --help", "graph --help", "inspect --help",
+                                  "cache --help", "cache write --help", "new-plugin --help"})
     {
         zelm(arguments);
         EXPECT_EQ(status, 0) << arguments;
@@ -40,6 +40,10 @@ TEST_F(Program, ComplainsOfWrongUsageInOneLine)
                                   "--verbose -1 inspect",
                                   "--verbose much inspect",
                                   "--modules missing inspect",
+                                  "graph a.json",
+                                  "graph -o a.svg",
+                                  "graph a.json -o a.pdf",
+                                  "graph a.json -o",
                                   "inspect Grid/Nothing",
                                   "inspect a b",
                                   "cache",

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Settings.h"
+
+#include <quorl/modules/VLoader.h>
+#include <quorl/services/VActionNotifier.h>
+#include <zelm/network/LoadedNetwork.h>
+
+#include <string>
+#include <vector>
+
+namespace Zelm
+{
+
+/// A network file, opened by this program: its modules, its objects, and whoever listens to them.
+/// Has contexts, one called "default" if the file tells none. One at a time in a process.
+class HostNetwork
+{
+public:
+    /// \throws UsageError if this is no network file, NetworkError for what is wrong with it.
+    HostNetwork(const std::string& file, const Settings& settings);
+    HostNetwork(const HostNetwork&) = delete;
+    HostNetwork& operator=(const HostNetwork&) = delete;
+    ~HostNetwork();
+
+    LoadedNetwork& operator*() const { return *network_; }
+    const RefPtr<LoadedNetwork>& handle() const { return network_; }
+
+    /// What the file requests, or its last object.
+    std::vector<RequestEntry> requests() const;
+
+    /// Whether a request is meant for a context.
+    static bool isFor(const RequestEntry& request, const std::string& context);
+
+private:
+    RefPtr<Quorl::VActionNotifier> notifier_;
+    RefPtr<Quorl::VLoader> loader_;
+    RefPtr<LoadedNetwork> network_;
+};
+
+} // namespace Zelm
