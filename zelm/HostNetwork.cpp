@@ -10,9 +10,12 @@
 #include <quorl/values/ValuePool.h>
 #include <zelm/network/NetworkBuilder.h>
 #include <zelm/network/NetworkLoader.h>
+#include <zelm/network/NetworkReader.h>
 #include <zelm/network/NetworkSaver.h>
+#include <zelm/network/NetworkUpdate.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Zelm
 {
@@ -40,7 +43,7 @@ RefPtr<LoadedNetwork> load(const std::string& file)
 } // namespace
 
 HostNetwork::HostNetwork(const std::string& file, const Settings& settings)
-    : notifier_(new HostNotifier)
+    : file_(file), notifier_(new HostNotifier)
 {
     Modules modules(settings);
     CacheFile(settings).use(modules);
@@ -49,8 +52,32 @@ HostNetwork::HostNetwork(const std::string& file, const Settings& settings)
     notifier_->activate();
     loader_ = RefPtr<Quorl::VLoader>(new NetworkLoader);
     NetworkSaver::enter();
-    network_ = load(file);
+    open();
+}
+
+void HostNetwork::open()
+{
+    network_ = load(file_);
+    document_ = readNetworkFile(file_);
+    isAsDocument_ = true;
     if (network_->contexts.empty()) addContext(*network_, "default");
+}
+
+bool HostNetwork::reread()
+{
+    NetworkDocument now = readNetworkFile(file_);
+    if (isAsDocument_)
+    {
+        isAsDocument_ = false;
+        const bool isUpdated = updateNetwork(*network_, document_, now);
+        isAsDocument_ = true;
+        document_ = std::move(now);
+        if (isUpdated) return false;
+    }
+    isAsDocument_ = false; // until it is made
+    network_->remove();
+    open();
+    return true;
 }
 
 HostNetwork::~HostNetwork()

@@ -26,6 +26,13 @@ public:
     LoadedNetwork& operator*() const { return *network_; }
     const RefPtr<LoadedNetwork>& handle() const { return network_; }
 
+    /// Reads the file again. What has changed in values is set in place; where more has changed,
+    /// the network is made anew.
+    /// \return whether it was made anew.
+    /// \throws NetworkError for what is wrong now; the network then stays, and is made anew the
+    /// next time.
+    bool reread();
+
     /// What the file requests, or its last object.
     std::vector<RequestEntry> requests() const;
 
@@ -33,6 +40,11 @@ public:
     static bool isFor(const RequestEntry& request, const std::string& context);
 
 private:
+    void open();
+
+    const std::string file_;
+    NetworkDocument document_; // as it was read last
+    bool isAsDocument_ = true; // no update has failed half-way
     RefPtr<Quorl::VActionNotifier> notifier_;
     RefPtr<Quorl::VLoader> loader_;
     RefPtr<LoadedNetwork> network_;

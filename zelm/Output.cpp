@@ -36,9 +36,9 @@ void printLine(const std::string& text)
     print(text + '\n');
 }
 
-void printJson(const Json& json)
+void printJson(const Json& json, bool inOneLine)
 {
-    printLine(json.dump(2, ' ', false, Json::error_handler_t::replace));
+    printLine(json.dump(inOneLine ? -1 : 2, ' ', false, Json::error_handler_t::replace));
 }
 
 void complain(const std::string& words)

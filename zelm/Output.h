@@ -16,7 +16,7 @@ void moveDiagnosticsAside();
 /// Prints on what was standard output.
 void print(const std::string& text);
 void printLine(const std::string& text);
-void printJson(const Json& json);
+void printJson(const Json& json, bool inOneLine = false);
 
 /// One line on standard error: "zelm: " and the words.
 void complain(const std::string& words);

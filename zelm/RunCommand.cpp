@@ -15,9 +15,13 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace Zelm
@@ -36,6 +40,7 @@ struct Order
     std::vector<std::string> requests; // empty means those of the file
     std::vector<std::string> saves;    // object=file
     int turns = 0;
+    bool isWatching = false;
 };
 
 /// What stands on both sides of the first equals sign.
@@ -216,38 +221,84 @@ Json jsonOf(const Run& run)
             {"age", run.age}};
 }
 
-void printAsJson(const std::string& file, const Session& session)
+Json jsonOf(const Outcome& outcome)
 {
-    Json requests = Json::array();
-    for (const Outcome& outcome : session.outcomes())
-    {
-        Json ran = Json::array();
-        for (const Run& run : outcome.runs) ran.push_back(jsonOf(run));
-        Json request{{"context", outcome.context},
-                     {"object", outcome.object},
-                     {"milliseconds", milliseconds(outcome.seconds)},
-                     {"ran", ran}};
-        if (!outcome.failure.empty()) request["failure"] = outcome.failure;
-        if (outcome.isCancelled) request["cancelled"] = true;
-        requests.push_back(request);
-    }
-    Output::printJson({{"network", file}, {"requests", requests}, {"saved", session.saved()}});
+    Json ran = Json::array();
+    for (const Run& run : outcome.runs) ran.push_back(jsonOf(run));
+    Json request{{"context", outcome.context},
+                 {"object", outcome.object},
+                 {"milliseconds", milliseconds(outcome.seconds)},
+                 {"ran", ran}};
+    if (!outcome.failure.empty()) request["failure"] = outcome.failure;
+    if (outcome.isCancelled) request["cancelled"] = true;
+    return request;
 }
 
-void run(const Order& order, const Settings& settings)
+/// While it watches, a document is a line.
+void printAsJson(const Order& order, const Session& session)
 {
-    const HostNetwork network(order.file, settings);
+    Json requests = Json::array();
+    for (const Outcome& outcome : session.outcomes()) requests.push_back(jsonOf(outcome));
+    Output::printJson({{"network", order.file}, {"requests", requests}, {"saved", session.saved()}},
+                      order.isWatching);
+}
+
+/// Evaluates, saves and prints. \return whether all succeeded.
+bool evaluate(const Order& order, const Settings& settings, const HostNetwork& network, bool isNew)
+{
     Session session(order, network);
-    session.setInputs();
+    if (isNew) session.setInputs();
     session.evaluate();
     session.takeTurns();
     if (!session.hasFailed()) session.save();
     if (settings.asJson)
-        printAsJson(order.file, session);
+        printAsJson(order, session);
     else
         printForPeople(session);
     session.complain();
-    if (session.hasFailed()) throw CLI::RuntimeError(Failed);
+    return !session.hasFailed();
+}
+
+/// By what a change of a file is seen.
+std::pair<std::filesystem::file_time_type, std::uintmax_t> stampOf(const std::string& file)
+{
+    std::error_code gone;
+    const auto changed = std::filesystem::last_write_time(file, gone);
+    return {changed, std::filesystem::file_size(file, gone)};
+}
+
+/// Follows the file until Ctrl-C. What is wrong with it meanwhile is told, and waits to be mended.
+void watch(const Order& order, const Settings& settings, HostNetwork& network)
+{
+    constexpr std::chrono::milliseconds kInterval(50);
+    auto stamp = stampOf(order.file);
+    for (; !Interruption::isWanted(); std::this_thread::sleep_for(kInterval))
+    {
+        const auto now = stampOf(order.file);
+        if (now == stamp) continue;
+        stamp = now;
+        try
+        {
+            const bool isNew = network.reread();
+            evaluate(order, settings, network, isNew);
+        }
+        catch (const NetworkError& error)
+        {
+            Output::complain(error.what());
+        }
+        Output::finish();
+    }
+}
+
+void run(const Order& order, const Settings& settings)
+{
+    HostNetwork network(order.file, settings);
+    const bool hasSucceeded = evaluate(order, settings, network, true);
+    Output::finish();
+    if (order.isWatching)
+        watch(order, settings, network);
+    else if (!hasSucceeded)
+        throw CLI::RuntimeError(Failed);
 }
 
 } // namespace
@@ -277,7 +328,10 @@ void addRunCommand(CLI::App& program, const Settings& settings)
                      "go on for so many turns, in which work in the background is taken in")
         ->type_name("N")
         ->check(CLI::Range(0, 1'000'000));
-    command->footer("\nExample:\n  zelm run geoid.json --context world --set region.width=720");
+    command->add_flag("--watch", order->isWatching,
+                      "follow the file until Ctrl-C: run what a change of it touches, again");
+    command->footer("\nExamples:\n  zelm run geoid.json --context world --set region.width=720\n"
+                    "  zelm run geoid.json --watch");
     command->callback([order, &settings] { run(*order, settings); });
 }
 

@@ -4,7 +4,9 @@
 
 #include <filesystem>
 #include <set>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace Zelm
 {
@@ -193,6 +195,47 @@ TEST_F(RunCommand, RunsACircleToItsEnd)
                "--json");
 
     EXPECT_TRUE(json().is_object()) << out << err;
+}
+
+TEST_F(RunCommand, FollowsTheFileAndRunsWhatAChangeTouches)
+{
+    std::string text = bytesOf(ZELM_EXAMPLES "/geoid.json");
+    const auto replace = [&](const std::string& words, const std::string& others) {
+        text.replace(text.find(words), words.size(), others);
+    };
+    replace(R"("height": 720, "width": 1440)", R"("height": 80, "width": 160)");
+    replace(R"("request": [
+    "picture"
+  ])",
+            R"("request": [{"object": "picture", "contexts": ["world"]}])");
+    writeBytes(folder / "a.json", text);
+    replace(R"("exaggeration": 20000.0)", R"("exaggeration": 20000.0, "azimuth": 45)");
+    writeBytes(folder / "turned.json", text);
+    replace(R"("azimuth": 45)", R"("azimuth": "east")");
+    writeBytes(folder / "wrong.json", text);
+    replace(R"("azimuth": "east")", R"("altitude": 30)");
+    writeBytes(folder / "raised.json", text);
+    writeBytes(folder / "script",
+               "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
+               "set -e\n" ZELM_PROGRAM " run a.json --watch --json >told 2>wrong &\n"
+               "trap 'kill $! 2>/dev/null || true' EXIT\n"
+               "lines told 1\n"
+               "mv turned.json a.json; lines told 2\n"
+               "mv wrong.json a.json; lines wrong 1\n"
+               "mv raised.json a.json; lines told 3\n"
+               "kill -INT $!; wait $!; cat told; cat wrong >&2\n");
+    runCommand("cd " + folder.path().string() + " && ZELM_CACHE=none ZELM_PLUGIN_PATH= sh script");
+
+    ASSERT_EQ(status, 0) << err;
+    std::istringstream lines(out);
+    std::vector<std::string> ran;
+    for (std::string line; std::getline(lines, line);)
+        ran.push_back(ranOf(Json::parse(line)["requests"][0]));
+    ASSERT_EQ(ran.size(), 3U) << out;
+    EXPECT_EQ(ran[0].substr(0, 14), "reader:updated");
+    EXPECT_EQ(ran[1], "hillshade:updated picture:updated");
+    EXPECT_EQ(ran[2].substr(0, 14), "reader:updated") << "it is made anew after a mistake";
+    EXPECT_NE(err.find("a number is expected here, not \"east\""), std::string::npos) << err;
 }
 
 TEST_F(RunCommand, DrawsTheGeoid)
