@@ -111,16 +111,16 @@ public:
 private:
     void setInput(const std::string& name, const VObject& object, const std::string& input) const
     {
-        set(object, input, {}, before_.ofAll(name, input), after_.ofAll(name, input));
+        set(name, object, input, {}, before_.ofAll(name, input), after_.ofAll(name, input));
         const RefPtr<Quorl::VParameter> parameter = object.getParameter(input);
         if (!parameter || !parameter->isLocal()) return;
         for (const RefPtr<ValuePool>& pool : network_.contexts)
-            set(object, input, pool, before_.in(pool->name, name, input),
+            set(name, object, input, pool, before_.in(pool->name, name, input),
                 after_.in(pool->name, name, input));
     }
 
-    void set(const VObject& object, const std::string& input, const RefPtr<ValuePool>& pool,
-             const InputValue* before, const InputValue* after) const
+    void set(const std::string& name, const VObject& object, const std::string& input,
+             const RefPtr<ValuePool>& pool, const InputValue* before, const InputValue* after) const
     {
         const bool isEqual = before && after ? before->datum == after->datum : before == after;
         if (isEqual) return;
@@ -133,9 +133,8 @@ private:
         }
         catch (const NetworkError& error)
         {
-            throw NetworkError(file_, after ? after->place : Place(),
-                               "object " + inQuotes(object.getName()), "values." + input,
-                               error.what());
+            throw NetworkError(file_, after ? after->place : Place(), "object " + inQuotes(name),
+                               "values." + input, error.what());
         }
     }
 
