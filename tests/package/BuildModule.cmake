@@ -22,6 +22,16 @@ run(${CMAKE_COMMAND} -S ${FOLDER}/module -B ${FOLDER}/build -G ${GENERATOR}
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${FOLDER}/build/host ${FOLDER}/build)
 
+# So is a project that the program has started, which tests itself by it.
+run(${FOLDER}/moved/bin/zelm new-plugin slope ${FOLDER}/slope)
+run(${CMAKE_COMMAND} -S ${FOLDER}/slope -B ${FOLDER}/slope/build -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${FOLDER}/moved
+    -DCMAKE_CXX_COMPILER=${COMPILER}
+    -DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER})
+run(${CMAKE_COMMAND} --build ${FOLDER}/slope/build)
+run(${CMAKE_CTEST_COMMAND} --test-dir ${FOLDER}/slope/build --output-on-failure --no-tests=error)
+run(${FOLDER}/moved/bin/zelm inspect Slope/Sum --modules ${FOLDER}/slope/build)
+
 # What pkg-config is told leads to the headers and the libraries, too.
 file(GLOB_RECURSE description ${FOLDER}/moved/*/quorl.pc)
 file(STRINGS "${description}" prefix REGEX "^prefix=")

@@ -1,0 +1,144 @@
+#include "Evaluation.h"
+
+#include "Interruption.h"
+
+#include <quorl/foundation/Interface.h>
+#include <quorl/foundation/Profiler.h>
+#include <quorl/foundation/Timer.h>
+#include <quorl/objects/VObject.h>
+#include <quorl/objects/VRequest.h>
+#include <quorl/values/ValuePool.h>
+
+#include <algorithm>
+#include <exception>
+#include <vector>
+
+namespace Zelm
+{
+namespace
+{
+
+using Quorl::ValuePool;
+using Quorl::VObject;
+using Quorl::VRequest;
+
+/// A ticket that Ctrl-C cancels.
+class Ticket final : public VRequest
+{
+public:
+    explicit Ticket(const RefPtr<ValuePool>& pool) : VRequest(pool, false) {}
+    bool isCancelled() const override { return Interruption::isWanted(); }
+};
+
+/// Which objects ran, and how long each took by itself: an object's request is a section of the
+/// profiler, with those that it asks inside.
+class Journal final : public Tolmen::Interface<Journal>, public Tolmen::Profiler::Listener
+{
+public:
+    /// An update function.
+    static bool noteRun(VObject* object, VRequest& request, double /*precision*/)
+    {
+        if (!request.Attachments) return true;
+        const RefPtr<Journal> journal = request.Attachments->findInterface(typeid(Journal));
+        if (journal) journal->note(*object, request.Pool);
+        return true;
+    }
+
+    void opened(const Tolmen::Profiler::Section& /*section*/) override { open_.emplace_back(); }
+
+    void closed(const Tolmen::Profiler::Section& /*section*/, double seconds) override
+    {
+        const Open mine = open_.back();
+        open_.pop_back();
+        if (!open_.empty()) open_.back().secondsInside += seconds;
+        if (mine.run >= 0)
+            runs[static_cast<std::size_t>(mine.run)].seconds = seconds - mine.secondsInside;
+    }
+
+    std::vector<Run> runs;                // with the ages of before
+    std::vector<RefPtr<VObject>> objects; // of the runs
+
+private:
+    struct Open
+    {
+        double secondsInside = 0.0; // of those that it asked
+        int run = -1;               // its place among the runs, if it ran
+    };
+
+    void note(VObject& object, const RefPtr<ValuePool>& pool)
+    {
+        if (!open_.empty()) open_.back().run = static_cast<int>(runs.size());
+        runs.push_back({object.getName(), 0.0, object.age(pool).stamp()});
+        objects.emplace_back(&object);
+    }
+
+    std::vector<Open> open_;
+};
+
+/// Listens to the profiler for as long as it lives.
+class Listening
+{
+public:
+    explicit Listening(Journal& journal) : before_(Tolmen::Profiler::setListener(&journal)) {}
+    ~Listening() { Tolmen::Profiler::setListener(before_); }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+
+private:
+    Tolmen::Profiler::Listener* const before_;
+};
+
+} // namespace
+
+bool isStale(const VObject& object, const RefPtr<ValuePool>& context)
+{
+    const auto& age = object.age(context);
+    return age < object.YoungestInput(context) || age < object.ConnectionAge();
+}
+
+bool Outcome::hasFailed() const
+{
+    return !failure.empty() || isCancelled || std::ranges::any_of(runs, &Run::hasFailed);
+}
+
+Evaluation::Evaluation(const RefPtr<LoadedNetwork>& network) : network_(network)
+{
+    for (const RefPtr<VObject>& object : network_->liveObjects())
+        object->insertUpdateFunction(&Journal::noteRun);
+}
+
+Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePool>& context,
+                            double precision) const
+{
+    Outcome outcome;
+    outcome.context = context->name;
+    outcome.object = object->getName();
+    const RefPtr<Journal> journal(new Journal);
+    Ticket ticket(context);
+    ticket.addInterface(journal);
+    const Tolmen::Timer watch;
+    try
+    {
+        const Listening listening(*journal);
+        object->init_request(ticket, precision);
+    }
+    catch (const std::exception& error)
+    {
+        const bool hasRun = !journal->runs.empty(); // then it is the last that has thrown
+        outcome.failure = (hasRun ? journal->runs.back().object + ": " : "") + error.what();
+        for (const RefPtr<VObject>& passed : network_->liveObjects()) passed->removeRequest(ticket);
+    }
+    outcome.seconds = watch.seconds();
+    outcome.isCancelled = ticket.isCancelled();
+    outcome.runs = journal->runs;
+    for (std::size_t at = 0; at < outcome.runs.size(); ++at)
+    {
+        const VObject& ran = *journal->objects[at];
+        const long long ageBefore = outcome.runs[at].age;
+        outcome.runs[at].age = ran.age(context).stamp();
+        outcome.runs[at].hasFailed = outcome.runs[at].age == ageBefore && isStale(ran, context);
+    }
+    return outcome;
+}
+
+} // namespace Zelm

@@ -1,0 +1,62 @@
+#include "Output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+namespace Zelm::Output
+{
+namespace
+{
+
+std::FILE* theOutput = stdout;
+
+} // namespace
+
+void moveDiagnosticsAside()
+{
+    const int mine = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (mine < 0) return; // closed, as somebody may want it
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    if (std::FILE* const stream = ::fdopen(mine, "w")) theOutput = stream;
+}
+
+void print(const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), theOutput);
+}
+
+void printLine(const std::string& text)
+{
+    print(text + '\n');
+}
+
+void printJson(const Json& json, bool inOneLine)
+{
+    printLine(json.dump(inOneLine ? -1 : 2, ' ', false, Json::error_handler_t::replace));
+}
+
+void complain(const std::string& words)
+{
+    std::fflush(stdout);
+    std::fprintf(stderr, "zelm: %s\n", words.c_str());
+}
+
+void finish()
+{
+    if (std::fflush(theOutput) != 0 || std::ferror(theOutput) != 0)
+        throw std::runtime_error(std::string("the output cannot be written: ") +
+                                 std::strerror(errno));
+}
+
+std::string padded(const std::string& text, std::size_t width)
+{
+    return text + std::string(width - std::min(width, text.size()), ' ');
+}
+
+} // namespace Zelm::Output

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <zelm/network/Json.h>
+
+#include <string>
+
+/// What the program prints. The kernel's diagnostics go to standard output by interface, and so
+/// does what modules print; they are moved to standard error, so that what is printed here is
+/// clean.
+namespace Zelm::Output
+{
+
+/// From now on descriptor 1 is standard error. To be called first of all.
+void moveDiagnosticsAside();
+
+/// Prints on what was standard output.
+void print(const std::string& text);
+void printLine(const std::string& text);
+void printJson(const Json& json, bool inOneLine = false);
+
+/// One line on standard error: "zelm: " and the words.
+void complain(const std::string& words);
+
+/// \throws std::runtime_error if something could not be printed.
+void finish();
+
+/// Texts of equal width, filled up with blanks.
+std::string padded(const std::string& text, std::size_t width);
+
+} // namespace Zelm::Output

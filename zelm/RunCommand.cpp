@@ -1,0 +1,338 @@
+#include "Commands.h"
+#include "Evaluation.h"
+#include "Failure.h"
+#include "HostNetwork.h"
+#include "Interruption.h"
+#include "Output.h"
+#include "Saving.h"
+
+#include <quorl/kit/HostQueue.h>
+#include <quorl/objects/VObject.h>
+#include <quorl/tasks/VScheduler.h>
+#include <quorl/values/ValuePool.h>
+#include <zelm/network/NetworkBuilder.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace Zelm
+{
+namespace
+{
+
+using Quorl::ValuePool;
+using Quorl::VObject;
+
+struct Order
+{
+    std::string file;
+    std::vector<std::string> sets;     // object.slot=text
+    std::vector<std::string> contexts; // empty means all
+    std::vector<std::string> requests; // empty means those of the file
+    std::vector<std::string> saves;    // object=file
+    int turns = 0;
+    bool isWatching = false;
+};
+
+/// What stands on both sides of the first equals sign.
+std::pair<std::string, std::string> halves(const std::string& option, const std::string& text,
+                                           const std::string& form)
+{
+    const auto sign = text.find('=');
+    if (sign == std::string::npos || sign == 0)
+        throw UsageError(option + " " + text + ": " + form + " is expected");
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+/// A network on its way through one call of the command.
+class Session
+{
+public:
+    Session(const Order& order, const HostNetwork& network)
+        : order_(order), host_(network), network_(network.handle()), evaluation_(network_),
+          contexts_(chosenContexts())
+    {
+    }
+
+    void setInputs() const
+    {
+        for (const std::string& set : order_.sets)
+        {
+            const auto [target, text] = halves("--set", set, "object.slot=text");
+            const auto point = target.rfind('.');
+            if (point == std::string::npos)
+                throw UsageError("--set " + set + ": object.slot=text is expected");
+            const auto object = objectOf("--set", target.substr(0, point));
+            for (const RefPtr<ValuePool>& context : contexts_)
+                setIn(set, *object, target.substr(point + 1), context, text);
+        }
+    }
+
+    /// Requests what the order or the file says, in all contexts.
+    void evaluate()
+    {
+        const std::vector<RequestEntry> requests = wantedRequests();
+        for (const RefPtr<ValuePool>& context : contexts_)
+            for (const RequestEntry& request : requests)
+                if (HostNetwork::isFor(request, context->name) && !Interruption::isWanted())
+                    outcomes_.push_back(evaluation_.request(objectOf("--request", request.object),
+                                                            context, request.precision));
+    }
+
+    /// Main-loop turns: what tasks and the scheduler bring is done, then requested.
+    void takeTurns()
+    {
+        for (int turn = 0; turn < order_.turns && !Interruption::isWanted(); ++turn)
+        {
+            constexpr std::chrono::milliseconds kPatience(100);
+            Quorl::HostQueue::waitFor(kPatience);
+            Quorl::HostQueue::drain();
+            Quorl::VScheduler::execute(1.0);
+            evaluate();
+        }
+    }
+
+    void save()
+    {
+        std::vector<SaveEntry> wanted = network_->frame.saves;
+        for (const std::string& words : order_.saves)
+        {
+            const auto [object, file] = halves("--save", words, "OBJECT=FILE");
+            wanted.push_back({object, file, Json::object(), {}});
+        }
+        for (const SaveEntry& entry : wanted)
+        {
+            saveObject(*objectOf("--save", entry.object), entry.file);
+            saved_.push_back(entry.file);
+        }
+    }
+
+    bool hasFailed() const { return std::ranges::any_of(outcomes_, &Outcome::hasFailed); }
+    const std::vector<Outcome>& outcomes() const { return outcomes_; }
+    const std::vector<std::string>& saved() const { return saved_; }
+
+    void complain() const
+    {
+        for (const Outcome& outcome : outcomes_)
+        {
+            if (!outcome.failure.empty())
+                Output::complain(outcome.context + ": " + outcome.failure);
+            if (outcome.isCancelled) Output::complain(outcome.context + ": interrupted");
+            for (const Run& run : outcome.runs)
+                if (run.hasFailed && outcome.failure.empty() && !outcome.isCancelled)
+                    Output::complain(outcome.context + ": " + run.object + " has failed");
+        }
+    }
+
+private:
+    std::vector<RefPtr<ValuePool>> chosenContexts() const
+    {
+        if (order_.contexts.empty()) return network_->contexts;
+        std::vector<RefPtr<ValuePool>> chosen;
+        for (const std::string& name : order_.contexts)
+        {
+            const RefPtr<ValuePool> context = network_->context(name);
+            if (!context)
+                throw UsageError("--context " + name + ": the network has no such context");
+            chosen.push_back(context);
+        }
+        return chosen;
+    }
+
+    RefPtr<VObject> objectOf(const std::string& option, const std::string& name) const
+    {
+        if (RefPtr<VObject> object = network_->object(name)) return object;
+        throw UsageError(option + " " + name + ": the network has no such object");
+    }
+
+    static void setIn(const std::string& set, const VObject& object, const std::string& input,
+                      const RefPtr<ValuePool>& context, const std::string& text)
+    {
+        try
+        {
+            setInputText(object, input, context, text);
+        }
+        catch (const NetworkError& error)
+        {
+            throw UsageError("--set " + set + ": " + error.what());
+        }
+    }
+
+    std::vector<RequestEntry> wantedRequests() const
+    {
+        std::vector<RequestEntry> requests;
+        for (const std::string& object : order_.requests)
+        {
+            requests.emplace_back();
+            requests.back().object = object;
+        }
+        return requests.empty() ? host_.requests() : requests;
+    }
+
+    const Order& order_;
+    const HostNetwork& host_;
+    const RefPtr<LoadedNetwork> network_;
+    const Evaluation evaluation_;
+    const std::vector<RefPtr<ValuePool>> contexts_;
+    std::vector<Outcome> outcomes_;
+    std::vector<std::string> saved_;
+};
+
+double milliseconds(double seconds)
+{
+    return 1000.0 * seconds;
+}
+
+std::string told(double seconds)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%9.1f ms", milliseconds(seconds));
+    return text.data();
+}
+
+/// A paragraph for each request that ran something, and for the first that did not.
+void printForPeople(const Session& session)
+{
+    for (const Outcome& outcome : session.outcomes())
+    {
+        Output::printLine(outcome.context + ": " + outcome.object +
+                          (outcome.runs.empty() ? " (nothing to do)" : ""));
+        for (const Run& run : outcome.runs)
+            Output::printLine("  " + Output::padded(run.object, 20) + told(run.seconds) +
+                              (run.hasFailed ? "  failed" : ""));
+    }
+    for (const std::string& file : session.saved()) Output::printLine("saved " + file);
+}
+
+Json jsonOf(const Run& run)
+{
+    return {{"object", run.object},
+            {"outcome", run.hasFailed ? "failed" : "updated"},
+            {"milliseconds", milliseconds(run.seconds)},
+            {"age", run.age}};
+}
+
+Json jsonOf(const Outcome& outcome)
+{
+    Json ran = Json::array();
+    for (const Run& run : outcome.runs) ran.push_back(jsonOf(run));
+    Json request{{"context", outcome.context},
+                 {"object", outcome.object},
+                 {"milliseconds", milliseconds(outcome.seconds)},
+                 {"ran", ran}};
+    if (!outcome.failure.empty()) request["failure"] = outcome.failure;
+    if (outcome.isCancelled) request["cancelled"] = true;
+    return request;
+}
+
+/// While it watches, a document is a line.
+void printAsJson(const Order& order, const Session& session)
+{
+    Json requests = Json::array();
+    for (const Outcome& outcome : session.outcomes()) requests.push_back(jsonOf(outcome));
+    Output::printJson({{"network", order.file}, {"requests", requests}, {"saved", session.saved()}},
+                      order.isWatching);
+}
+
+/// Evaluates, saves and prints. \return whether all succeeded.
+bool evaluate(const Order& order, const Settings& settings, const HostNetwork& network, bool isNew)
+{
+    Session session(order, network);
+    if (isNew) session.setInputs();
+    session.evaluate();
+    session.takeTurns();
+    if (!session.hasFailed()) session.save();
+    if (settings.asJson)
+        printAsJson(order, session);
+    else
+        printForPeople(session);
+    session.complain();
+    return !session.hasFailed();
+}
+
+/// By what a change of a file is seen.
+std::pair<std::filesystem::file_time_type, std::uintmax_t> stampOf(const std::string& file)
+{
+    std::error_code gone;
+    const auto changed = std::filesystem::last_write_time(file, gone);
+    return {changed, std::filesystem::file_size(file, gone)};
+}
+
+/// Follows the file until Ctrl-C. What is wrong with it meanwhile is told, and waits to be mended.
+void watch(const Order& order, const Settings& settings, HostNetwork& network)
+{
+    constexpr std::chrono::milliseconds kInterval(50);
+    auto stamp = stampOf(order.file);
+    for (; !Interruption::isWanted(); std::this_thread::sleep_for(kInterval))
+    {
+        const auto now = stampOf(order.file);
+        if (now == stamp) continue;
+        stamp = now;
+        try
+        {
+            const bool isNew = network.reread();
+            evaluate(order, settings, network, isNew);
+        }
+        catch (const NetworkError& error)
+        {
+            Output::complain(error.what());
+        }
+        Output::finish();
+    }
+}
+
+void run(const Order& order, const Settings& settings)
+{
+    HostNetwork network(order.file, settings);
+    const bool hasSucceeded = evaluate(order, settings, network, true);
+    Output::finish();
+    if (order.isWatching)
+        watch(order, settings, network);
+    else if (!hasSucceeded)
+        throw CLI::RuntimeError(Failed);
+}
+
+} // namespace
+
+void addRunCommand(CLI::App& program, const Settings& settings)
+{
+    CLI::App* const command = program.add_subcommand(
+        "run", "Builds the network of a file, evaluates it in its contexts, and tells what ran.");
+    const auto order = std::make_shared<Order>();
+    command->fallthrough();
+    command->add_option("FILE", order->file, "a network file")->required();
+    const auto several = [&](const char* name, std::vector<std::string>& words, const char* form,
+                             const char* help) {
+        command->add_option(name, words, help)
+            ->type_name(form)
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    };
+    several("--set", order->sets, "OBJECT.SLOT=TEXT",
+            "give an input a value in the contexts that are run; may be repeated");
+    several("--context", order->contexts, "NAME", "only this context; may be repeated");
+    several("--request", order->requests, "OBJECT",
+            "bring this object up to date, in place of those that the file names");
+    several("--save", order->saves, "OBJECT=FILE", "save an object when it is up to date");
+    command
+        ->add_option("--turns", order->turns,
+                     "go on for so many turns, in which work in the background is taken in")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1'000'000));
+    command->add_flag("--watch", order->isWatching,
+                      "follow the file until Ctrl-C: run what a change of it touches, again");
+    command->footer("\nExamples:\n  zelm run geoid.json --context world --set region.width=720\n"
+                    "  zelm run geoid.json --watch");
+    command->callback([order, &settings] { run(*order, settings); });
+}
+
+} // namespace Zelm

@@ -1,0 +1,89 @@
+#include "HostFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Zelm
+{
+namespace
+{
+
+constexpr const char* kNetwork = R"({"zelm-network": 1, "objects": [
+    {"name": "one & only", "creator": "Test/Sum"},
+    {"name": "bad", "creator": "Test/Failing", "inputs": {"value": "one & only.sum"}},
+    {"name": "last", "creator": "Test/Sum", "inputs": {"left": "bad.done", "right": {"object": "one & only", "input": "right"}}}],
+    "contexts": [{"name": "good"}, {"name": "wrong", "values": {"bad": {"way": "false"}}}]})";
+
+class GraphCommand : public HostFixture
+{
+protected:
+    GraphCommand() { writeBytes(folder / "a.json", kNetwork); }
+
+    std::string drawn(const std::string& picture, const std::string& options = "")
+    {
+        zelm("graph a.json -o " + picture + " " + options);
+        EXPECT_EQ(status, 0) << err;
+        return bytesOf(folder / picture);
+    }
+
+    std::string statesOf(const std::string& options)
+    {
+        const Json drawing = Json::parse(drawn("b.json", options));
+        std::string states;
+        for (const Json& object : drawing["objects"]) states += object["states"].dump();
+        return states;
+    }
+};
+
+TEST_F(GraphCommand, TellsTheStatesOfAllContexts)
+{
+    const std::string never = R"({"good":"never run","wrong":"never run"})";
+    EXPECT_EQ(statesOf(""), never + never + never);
+    EXPECT_EQ(statesOf("--run"), R"({"good":"fresh","wrong":"fresh"})"
+                                 R"({"good":"fresh","wrong":"failed"})"
+                                 R"({"good":"fresh","wrong":"stale"})");
+}
+
+TEST_F(GraphCommand, TellsConnectionsAndSharedInputs)
+{
+    const Json drawing = Json::parse(drawn("b.json"));
+
+    ASSERT_EQ(drawing["connections"].size(), 3U);
+    const Json first = drawing["connections"][0];
+    EXPECT_EQ(first["from"], "one & only");
+    EXPECT_EQ(first["output"], "sum");
+    EXPECT_EQ(first["to"], "bad");
+    EXPECT_EQ(first["input"], "value");
+    EXPECT_EQ(drawing["connections"][2]["shared input"], "right");
+    EXPECT_EQ(drawing["objects"][0]["inputs"].dump(), R"(["right"])");
+}
+
+TEST_F(GraphCommand, WritesTheLanguageOfGraphviz)
+{
+    const std::string dot = drawn("b.dot", "--run --ages");
+
+    EXPECT_EQ(dot.substr(0, 17), "digraph network {") << dot;
+    EXPECT_NE(dot.find("<b>one &amp; only</b>"), std::string::npos);
+    EXPECT_NE(dot.find("style=dashed, label="), std::string::npos);
+    EXPECT_EQ(drawn("b.dot", "--run --ages"), dot) << "each time the same";
+}
+
+TEST_F(GraphCommand, DrawsPicturesAndLeavesNothingElse)
+{
+    EXPECT_EQ(drawn("b.png", "--ages").substr(1, 3), "PNG");
+    EXPECT_NE(drawn("b.svg", "--ages --run").find("<svg"), std::string::npos);
+    EXPECT_EQ(folder.count(), 3U);
+}
+
+TEST_F(GraphCommand, TellsWhyAPictureCannotBeDrawn)
+{
+    for (const char* picture : {"missing/b.svg", "missing/b.dot", "missing/b.json"})
+    {
+        zelm(std::string("graph a.json -o ") + picture);
+        expectComplaint(1, picture);
+    }
+}
+
+} // namespace
+} // namespace Zelm

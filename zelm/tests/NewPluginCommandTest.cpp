@@ -1,0 +1,52 @@
+#include "HostFixture.h"
+
+#include <zelm/network/NetworkReader.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace Zelm
+{
+namespace
+{
+
+using NewPluginCommand = HostFixture;
+
+TEST_F(NewPluginCommand, StartsAProject)
+{
+    zelm("new-plugin summit");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(out,
+              "summit/CMakeLists.txt\nsummit/Summit.cpp\nsummit/summit.json\nsummit/README.md\n");
+    EXPECT_NE(bytesOf(folder / "summit/Summit.cpp").find("ZELM_MODULE(summit)"), std::string::npos);
+    EXPECT_NE(bytesOf(folder / "summit/CMakeLists.txt").find("zelm_add_module(summit Summit.cpp)"),
+              std::string::npos);
+    EXPECT_EQ(readNetworkFile(folder / "summit/summit.json").objects.size(), 1U);
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "summit"))
+        EXPECT_EQ(bytesOf(entry.path()).find("@stem@"), std::string::npos) << entry.path();
+}
+
+TEST_F(NewPluginCommand, StartsItWhereItIsTold)
+{
+    zelm("new-plugin summit deep/down");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_TRUE(std::filesystem::exists(folder / "deep/down/Summit.cpp"));
+}
+
+TEST_F(NewPluginCommand, LeavesAloneWhatIsThere)
+{
+    std::filesystem::create_directory(folder / "summit");
+    writeBytes(folder / "summit/mine", "x");
+    zelm("new-plugin summit");
+
+    expectComplaint(2, "new-plugin summit: this is there already");
+    zelm("new-plugin a /proc/a");
+    expectComplaint(1, "/proc/a");
+}
+
+} // namespace
+} // namespace Zelm

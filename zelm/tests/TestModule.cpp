@@ -1,0 +1,99 @@
+#include <quorl/kit/HostQueue.h>
+#include <quorl/kit/Module.h>
+#include <quorl/kit/Network.h>
+#include <quorl/kit/TypedSlot.h>
+#include <quorl/kit/VCreator.h>
+#include <quorl/modules/ZelmSaver.h>
+#include <zelm/network/tests/TestObjects.h>
+
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+
+namespace Zelm
+{
+namespace
+{
+
+/// Fails in the way that it is told.
+class Failing final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+
+    bool update(Quorl::VRequest& request, double /*precision*/) override
+    {
+        std::puts("this is not what the program prints");
+        const std::string way = way_(request);
+        if (way == "throw") throw std::runtime_error("there is nothing to be done");
+        if (way == "status") throw ExecutionStatus(ExecutionStatus::Failed, "the disc is full");
+        if (way == "false") return false;
+        done_.set(request, value_(request));
+        return true;
+    }
+
+private:
+    const InputSlot<std::string> way_{*this, "way", {}, perContext()};
+    const InputSlot<double> value_{*this, "value", 0.0, perContext()};
+    const OutputSlot<double> done_{*this, "done"};
+};
+
+/// Writes a text, or says that it cannot.
+class TextSaver final : public Quorl::ZelmSaver
+{
+public:
+    explicit TextSaver(bool works) : ZelmSaver(works ? ".txt" : ".bad"), works_(works) {}
+    bool save(const std::string& file) override
+    {
+        std::ofstream(file) << "saved\n";
+        return works_;
+    }
+
+private:
+    const bool works_;
+};
+
+class Savable final : public Quorl::VObject
+{
+public:
+    Savable(const std::string& wantedName, int givenPriority,
+            const Quorl::RefPtr<Quorl::VCreationPreferences>& wanted)
+        : VObject(wantedName, givenPriority, wanted)
+    {
+        addSaver("text", new TextSaver(true));
+        addSaver("bad", new TextSaver(false));
+    }
+};
+
+/// Has something done in the next turn of the main loop, once.
+class Later final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+
+    bool update(Quorl::VRequest& request, double /*precision*/) override
+    {
+        if (finer_(request) == 0.0)
+            Quorl::HostQueue::post(
+                [this, pool = request.Pool] { Quorl::setText(*this, "finer", "1", pool); });
+        return true;
+    }
+
+private:
+    const InputSlot<double> finer_{*this, "finer", 0.0, perContext()};
+};
+
+Quorl::VCreator<Failing> failing("Test/Failing");
+Quorl::VCreator<Savable> savable("Test/Savable");
+Quorl::VCreator<Later> later("Test/Later", {.summary = "Is done later",
+                                            .author = "The Quorl authors",
+                                            .applications = "Tests;More tests"});
+
+} // namespace
+} // namespace Zelm
+
+ZELM_MODULE(hosttest)
+{
+    initialization.title = "For tests of the host";
+    return true;
+}
