@@ -16,6 +16,7 @@ using Tolmen::Ageable;
 using Tolmen::RefPtr;
 using Tolmen::WeakPtr;
 
+class QUORL_API CancellableRequest;
 class QUORL_API ApplicationQuitter;
 class QUORL_API DownloadHandler;
 struct QUORL_API lessValueSetPtr;

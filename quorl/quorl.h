@@ -65,6 +65,8 @@
 #include <quorl/modules/VModules.h>
 #include <quorl/modules/VSaveable.h>
 #include <quorl/modules/ZelmSaver.h>
+#include <quorl/objects/CancellableRequest.h>
+#include <quorl/objects/LevelLog.h>
 #include <quorl/objects/RequestExecutor.h>
 #include <quorl/objects/Task.h>
 #include <quorl/objects/VConnectionValidator.h>

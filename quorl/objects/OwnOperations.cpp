@@ -1,12 +1,18 @@
 #include <quorl/objects/OwnOperations.h>
 
 #include <quorl/foundation/VirtualEntry.h>
+#include <quorl/objects/CancellableRequest.h>
 #include <quorl/objects/VObject.h>
+
+#include <atomic>
 
 namespace Quorl
 {
 namespace
 {
+
+/// Of the kernel's own ticket that can be cancelled; null as long as nobody has made one.
+constinit std::atomic<const void*> theCancellableEntry{nullptr};
 
 const void* entryOfRequest(const VObject& object)
 {
@@ -82,7 +88,9 @@ bool OwnOperations::hasUnsychronizedUpdate(const VObject& object)
 
 bool OwnOperations::hasIsCancelled(const VRequest& request)
 {
-    return isOwn<entryOfIsCancelled>(request);
+    if (!isOwn<entryOfIsCancelled>(request)) return false;
+    const void* const entry = entryOfIsCancelled(request);
+    return entry == nullptr || entry != theCancellableEntry.load(std::memory_order_relaxed);
 }
 
 void OwnOperations::learnDefaults(const VObject& object)
@@ -97,6 +105,11 @@ void OwnOperations::learnDefaults(const VObject& object)
 void OwnOperations::learnDefaults(const VRequest& request)
 {
     defaultEntry<entryOfIsCancelled>(request);
+}
+
+void OwnOperations::learnDefaults(const CancellableRequest& request)
+{
+    theCancellableEntry.store(entryOfIsCancelled(request), std::memory_order_relaxed);
 }
 
 } // namespace Quorl

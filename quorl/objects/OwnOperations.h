@@ -17,11 +17,12 @@ public:
     static bool hasIgnoreInput(const VObject& object);
     static bool hasMustUpdate(const VObject& object);
     static bool hasUnsychronizedUpdate(const VObject& object);
-    static bool hasIsCancelled(const VRequest& request);
+    static bool hasIsCancelled(const VRequest& request); ///< other than the kernel's two
 
-    // For the constructors of `VObject` and `VRequest`, where nothing is overridden.
+    // For the constructors of these classes, where nothing is overridden.
     static void learnDefaults(const VObject& object);
     static void learnDefaults(const VRequest& request);
+    static void learnDefaults(const CancellableRequest& request);
 };
 
 } // namespace Quorl

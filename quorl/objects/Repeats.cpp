@@ -66,9 +66,9 @@ void Repeats::passOver(const VObject& source, Place asker)
 void Repeats::tell(VObject& source, Place asker) const
 {
     const Depth depth = depthBelow(asker);
-    request_.Id->considerVisits(
-        {depth.level, depth.level, 1, graph_.number(asker), graph_.number(asker)},
-        static_cast<std::int32_t>(source.ID));
+    request_.Id->log_.add(
+        static_cast<std::int32_t>(source.ID),
+        {depth.level, depth.level, 1, graph_.number(asker), graph_.number(asker)});
     source.Executor.descend(*depth.chain, depth.level);
 }
 
@@ -140,7 +140,8 @@ bool Repeats::isSettled(const VObject& object)
 bool Repeats::isSilent(const VRequest& request)
 {
     return VObject::VERBOSE_REQUEST == 0 && !Tolmen::Profiler::isListenedTo() &&
-           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request);
+           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request) &&
+           !request.isCancelled();
 }
 
 const WalkGraph* Repeats::plannable(const VObject& root)
@@ -203,8 +204,8 @@ void Repeats::realize(const VisitTally& tally, Place first)
 {
     const VisitTally::Sum& sum = tally.sum(first);
     if (id_)
-        id_->considerVisits({sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller},
-                            graph_.number(first));
+        id_->log_.add(graph_.number(first),
+                      {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller});
     VObject* const object = graph_.object(first);
     if (!object) return;
     const VisitTally::Course course = tally.course(first);

@@ -1,22 +1,41 @@
 #include <quorl/objects/RequestPlan.h>
 
 #include <quorl/foundation/Watch.h>
-#include <quorl/objects/Repeats.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VisitTally.h>
+#include <quorl/objects/WalkParts.h>
 #include <quorl/slots/InputCursor.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/ValuePool.h>
 
+#include <algorithm>
+
 namespace Quorl
 {
+namespace
+{
+
+constexpr WalkGraph::Place kStepsAhead = 12; // which memory is told of
+
+std::vector<LatentVisit> visitsOfSources(const WalkGraph& graph)
+{
+    std::vector<LatentVisit> visits;
+    for (auto way = graph.firstSource(0); way; way = way.next())
+        visits.push_back({way.place(), 1, graph.number(0), true});
+    return visits;
+}
+
+} // namespace
 
 RequestPlan::RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool)
     : pool_(pool), shape_(Tolmen::Watch::shape()), variables_(Tolmen::Watch::variables())
 {
-    for (WalkGraph::Place place = 0; place < graph.size(); ++place) addStep(graph, place, pool);
-    addDepths(graph);
+    for (Place place = 0; place < graph.size(); ++place) addStep(graph, place, pool);
+    const std::vector<LatentVisit> visits = visitsOfSources(graph);
+    const VisitTally tally(graph, visits);
+    addTraces(graph, tally);
+    addParts(graph, tally);
 }
 
 RequestPlan::~RequestPlan() = default;
@@ -29,19 +48,17 @@ bool RequestPlan::isValid() const
 
 // Made of a walk
 
-void RequestPlan::addStep(const WalkGraph& graph, WalkGraph::Place place,
-                          const RefPtr<ValuePool>& pool)
+void RequestPlan::addStep(const WalkGraph& graph, Place place, const RefPtr<ValuePool>& pool)
 {
     VObject& object = *graph.object(place);
-    const Ageable& age = object.age(pool);
     addInputs(object, pool);
     for (auto way = graph.firstSource(place); way; way = way.next())
         inputs_.push_back(&graph.object(way.place())->age(pool));
     if (const RefPtr<VStateCreatorBase::State>& state = object.stateIn(pool))
-        states_.push_back({&*state, &age});
+        states_.push_back({place, &*state});
     if (object.areStatesLent()) isComplete_ = false;
-    steps_.push_back(
-        {&object, &age, &object.ConnectionAge(), static_cast<std::uint32_t>(inputs_.size())});
+    steps_.push_back({&object, &object.age(pool), &object.ConnectionAge(),
+                      static_cast<std::uint32_t>(inputs_.size()), place});
 }
 
 void RequestPlan::addInputs(const VObject& object, const RefPtr<ValuePool>& pool)
@@ -52,18 +69,13 @@ void RequestPlan::addInputs(const VObject& object, const RefPtr<ValuePool>& pool
             inputs_.push_back(&inputs.slot()->Parameter->age(pool));
 }
 
-void RequestPlan::addDepths(const WalkGraph& graph)
+void RequestPlan::addTraces(const WalkGraph& graph, const VisitTally& tally)
 {
-    std::vector<LatentVisit> visits;
-    for (auto way = graph.firstSource(0); way; way = way.next())
-        visits.push_back({way.place(), 1, graph.number(0), true});
-    const VisitTally tally(graph, visits);
-    records_ = std::make_shared<VRequest::ID::Records>();
-    for (WalkGraph::Place place = 1; place < graph.size(); ++place)
+    records_ = std::make_shared<LevelLog::Records>();
+    for (Place place = 0; place < graph.size(); ++place)
     {
         const VisitTally::Sum& sum = tally.sum(place);
         const VisitTally::Course course = tally.course(place);
-        shares_ += sum.count > 1 ? 2 : 1;
         descents_.push_back({sum.count > 1, course.firstLevel, sum.levelBeforeLast, sum.lastLevel,
                              sum.maxLevel, course.changes});
         records_->push_back(
@@ -72,96 +84,83 @@ void RequestPlan::addDepths(const WalkGraph& graph)
     }
 }
 
-// Followed
-
-bool RequestPlan::repeat(VRequest& request) const
+void RequestPlan::addParts(const WalkGraph& graph, const VisitTally& tally)
 {
-    if (!findsNothing(request)) return false;
-    leaveTraces(request);
-    return true;
+    const std::vector<Place> ends = endsOfParts(graph);
+    for (Place place = 0; place < graph.size(); ++place)
+        if (ends[place] != WalkGraph::kNowhere && tally.sum(place).count <= 1)
+            steps_[place].endOfPart = ends[place];
 }
 
-/// Compares all ages, and notes the newest connection.
-bool RequestPlan::findsNothing(VRequest& request) const
+// Followed
+
+RequestPlan::Place RequestPlan::findWork(VRequest& request, Place begin, Place end) const
 {
     Ageable newestConnection = request.NewestConnection;
     const VObject* newest = nullptr;
-    const Ageable* const* input = inputs_.data();
-    for (const Step& step : steps_)
+    const Ageable* const* inputs =
+        inputs_.data() + (begin == 0 ? 0 : steps_[begin - 1].endOfInputs);
+    for (Place place = begin; place < end; ++place)
     {
-        if (step.object->Current) return false;
-        const std::int64_t age = step.age->stamp();
-        const std::int64_t connection = step.connection->stamp();
-        if (age < connection) return false;
-        for (const Ageable* const* const end = inputs_.data() + step.endOfInputs; input != end;
-             ++input)
-            if ((*input)->stamp() > age) return false;
-        if (newestConnection.stamp() >= connection) continue;
+        prefetch(place + kStepsAhead);
+        const Step& step = steps_[place];
+        if (!isDone(step, inputs)) return place;
+        inputs = inputs_.data() + step.endOfInputs;
+        if (newestConnection.stamp() >= step.connection->stamp()) continue;
         newestConnection = *step.connection;
         newest = step.object;
     }
-    if (!areStatesDone()) return false;
-    if (!newest) return true;
+    const Place place = findStateWithWork(begin, end);
+    if (place != end || !newest) return place;
     request.NewestConnection = newestConnection;
     request.NewestConnectionObject = static_cast<std::int32_t>(newest->ID);
+    return end;
+}
+
+bool RequestPlan::isDone(const Step& step, const Ageable* const* inputs) const
+{
+    if (step.object->Current) return false;
+    const std::int64_t age = step.age->stamp();
+    if (age < step.connection->stamp()) return false;
+    for (const Ageable* const* const end = inputs_.data() + step.endOfInputs; inputs != end;
+         ++inputs)
+        if ((*inputs)->stamp() > age) return false;
     return true;
 }
 
-bool RequestPlan::areStatesDone() const
+RequestPlan::Place RequestPlan::findStateWithWork(Place begin, Place end) const
 {
-    for (const State& entry : states_)
-        if (!(*entry.state < Ageable(1)) && *entry.state < *entry.object) return false;
-    return true;
+    auto entry = std::ranges::lower_bound(states_, begin, {}, &State::place);
+    for (; entry != states_.end() && entry->place < end; ++entry)
+        if (!(*entry->state < Ageable(1)) && *entry->state < *steps_[entry->place].age)
+            return entry->place;
+    return end;
 }
 
-void RequestPlan::leaveTraces(const VRequest& request) const
+void RequestPlan::leaveTraces(const VRequest& request, Place begin, Place end) const
 {
-    VObject& root = *steps_.front().object;
-    const std::int32_t level = root.Executor.knownLevel();
-    Tolmen::ManyShares<VRequest::ID> id(request.Id, shares_);
-    root.pass(id, false);
-    for (std::size_t at = 0; at < descents_.size(); ++at)
+    VObject& first = *steps_[begin].object;
+    const std::int32_t deeper = first.Executor.knownLevel() - descents_[begin].last;
+    Tolmen::ManyShares<VRequest::ID> id(request.Id, static_cast<std::int32_t>(2 * (end - begin)));
+    first.pass(id, false);
+    for (Place place = begin + 1; place < end; ++place)
     {
-        VObject& object = *steps_[at + 1].object;
-        object.pass(id, descents_[at].areSeveral);
-        object.Executor.descend(root.Executor.Max, descents_[at].from(level));
+        prefetch(place + kStepsAhead);
+        VObject& object = *steps_[place].object;
+        object.pass(id, descents_[place].areSeveral);
+        object.Executor.descend(first.Executor.Max, descents_[place].from(deeper));
     }
-    request.Id->considerEvaluation(records_, level);
+    request.Id->log_.add({records_, begin + 1, end, deeper});
 }
 
-// The plans of an object. Whoever works with them has taken them: another thread finds none then.
-
-bool RequestPlans::repeat(VObject& root, VRequest& request)
+/// A network may be larger than what is kept near the processor, and its objects lie where they
+/// were made.
+void RequestPlan::prefetch(Place place) const
 {
-    std::unique_ptr<RequestPlans> plans(root.plans_.exchange(nullptr, std::memory_order_acquire));
-    if (!plans) return false;
-    const RequestPlan* const plan = plans->find(request.Pool);
-    Repeats::upsetAll();
-    const bool isDone = plan && Repeats::isSilent(request) && request.Id && plan->repeat(request);
-    delete root.plans_.exchange(plans.release(), std::memory_order_acq_rel);
-    return isDone;
-}
-
-void RequestPlans::keep(VObject& root, const WalkGraph& graph, const RefPtr<ValuePool>& pool)
-{
-    std::unique_ptr<RequestPlans> plans(root.plans_.exchange(nullptr, std::memory_order_acquire));
-    if (!plans) plans = std::make_unique<RequestPlans>();
-    if (!plans->find(pool)) plans->plans_.push_back(std::make_unique<RequestPlan>(graph, pool));
-    delete root.plans_.exchange(plans.release(), std::memory_order_acq_rel);
-}
-
-void RequestPlans::drop(VObject& root)
-{
-    delete root.plans_.exchange(nullptr, std::memory_order_acquire);
-}
-
-/// Drops those that are not valid any more, on the way.
-const RequestPlan* RequestPlans::find(const RefPtr<ValuePool>& pool)
-{
-    std::erase_if(plans_, [](const auto& plan) { return !plan->isValid(); });
-    for (const auto& plan : plans_)
-        if (plan->isFor(pool)) return plan.get();
-    return nullptr;
+    if (place >= steps_.size()) return;
+    const Step& step = steps_[place];
+    __builtin_prefetch(&step.object->Current, 1);
+    __builtin_prefetch(&step.object->Executor, 1);
 }
 
 } // namespace Quorl

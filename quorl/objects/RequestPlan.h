@@ -3,8 +3,8 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/RefPtr.h>
+#include <quorl/objects/LevelLog.h>
 #include <quorl/objects/RequestExecutor.h>
-#include <quorl/objects/VRequest.h>
 #include <quorl/objects/WalkGraph.h>
 
 #include <cstdint>
@@ -14,15 +14,22 @@
 namespace Quorl
 {
 
+class VisitTally;
+
 /// What a walk that found nothing to do has compared, and what it left behind. The same evaluation
 /// once more is comparisons of ages alone, one behind the other in memory.
 ///
 /// A plan is for one object, where requests begin, and one context. It is valid as long as neither
 /// the shape of any network nor the variables of any pool change; it looks at nothing that it keeps
 /// before that is known. Ages are compared each time.
+///
+/// Its steps are the objects, in the order in which the walk met them. What stands alone in the
+/// network can be repeated alone.
 class RequestPlan
 {
 public:
+    using Place = WalkGraph::Place;
+
     /// \param graph of a walk in which each object has one place, that of the beginning first.
     RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool);
     ~RequestPlan();
@@ -32,31 +39,48 @@ public:
     bool isFor(const RefPtr<ValuePool>& pool) const { return pool_ == pool; }
     bool isValid() const;
 
-    /// Does what a walk does that finds nothing to do. \pre the plan is valid.
-    /// \return false, and nothing has been done, if there is something to do.
-    bool repeat(VRequest& request) const;
+    // The following: \pre the plan is valid.
+
+    bool isStep(Place place, const VObject& object) const
+    {
+        return place < steps_.size() && steps_[place].object == &object;
+    }
+
+    /// Behind the last step of what begins at a step and stands alone; that step itself if it does
+    /// not.
+    Place endOfPart(Place begin) const { return steps_[begin].endOfPart; }
+
+    /// Compares all ages of a part, and notes the newest connection if nothing is to be done.
+    /// \return the first step that has something to do; `end` if there is none.
+    Place findWork(VRequest& request, Place begin, Place end) const;
+
+    /// Leaves behind what a walk does that finds nothing to do in a part, of which the first object
+    /// has been told its depth. \pre that has been found out.
+    void leaveTraces(const VRequest& request, Place begin, Place end) const;
 
 private:
-    struct Step // of one object, in the order of the walk
+    struct Step
     {
         VObject* object;
         const Ageable* age;
         const Ageable* connection;
         std::uint32_t endOfInputs; // the ages that must not be younger: from the end of the last
+        Place endOfPart;
     };
-    struct State
+    struct State // of one of the few objects that have one
     {
+        Place place;
         const Ageable* state;
-        const Ageable* object;
     };
 
-    void addStep(const WalkGraph& graph, WalkGraph::Place place, const RefPtr<ValuePool>& pool);
+    void addStep(const WalkGraph& graph, Place place, const RefPtr<ValuePool>& pool);
     void addInputs(const VObject& object, const RefPtr<ValuePool>& pool);
-    void addDepths(const WalkGraph& graph);
+    void addTraces(const WalkGraph& graph, const VisitTally& tally);
+    void addParts(const WalkGraph& graph, const VisitTally& tally);
 
-    bool findsNothing(VRequest& request) const;
-    bool areStatesDone() const;
-    void leaveTraces(const VRequest& request) const;
+    bool isDone(const Step& step, const Ageable* const* inputs) const;
+    Place findStateWithWork(Place begin, Place end) const;
+    void prefetch(Place place) const;
 
     const WeakPtr<ValuePool> pool_;
     const std::uint64_t shape_;
@@ -64,28 +88,9 @@ private:
     bool isComplete_ = true;
     std::vector<Step> steps_;
     std::vector<const Ageable*> inputs_;
-    std::vector<State> states_;                       // of the few objects that have one
-    std::vector<RequestExecutor::Descents> descents_; // of all steps but the first
-    std::int32_t shares_ = 1; // of an ID that the traces take, the beginning's first
-    std::shared_ptr<VRequest::ID::Records> records_;
-};
-
-/// The plans of an object, one for each context where requests begin at it.
-class RequestPlans
-{
-public:
-    /// Answers a request by a plan. \return false, and nothing has been done, if that cannot be.
-    static bool repeat(VObject& root, VRequest& request);
-
-    /// Makes a plan of a walk that found nothing to do.
-    static void keep(VObject& root, const WalkGraph& graph, const RefPtr<ValuePool>& pool);
-
-    static void drop(VObject& root);
-
-private:
-    const RequestPlan* find(const RefPtr<ValuePool>& pool);
-
-    std::vector<std::unique_ptr<RequestPlan>> plans_;
+    std::vector<State> states_;
+    std::vector<RequestExecutor::Descents> descents_; // by step, as if it all began at depth 0
+    std::shared_ptr<LevelLog::Records> records_;      // the same
 };
 
 } // namespace Quorl

@@ -3,7 +3,7 @@
 #include <quorl/foundation/Typename.h>
 #include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/Repeats.h>
-#include <quorl/objects/RequestPlan.h>
+#include <quorl/objects/RequestPlans.h>
 #include <quorl/objects/VObjectParametersFunctor.h>
 #include <quorl/registry/VAcception.h>
 #include <quorl/registry/VCreatorBase.h>

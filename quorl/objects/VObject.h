@@ -22,14 +22,17 @@
 #include <cstdint>
 #include <functional>
 #include <list>
+#include <memory>
 #include <set>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 namespace Quorl
 {
 
 class Repeats;
+class RequestPlan;
 class RequestPlans;
 
 /// The unit of the network: a managed, named object with inputs and outputs, which keeps a state
@@ -271,8 +274,8 @@ private:
     friend class Repeats;
     friend class RequestPlans;
 
-    std::atomic<std::uint32_t> place_{0};       // in the walk that came by last
-    std::atomic<RequestPlans*> plans_{nullptr}; // owned
+    std::atomic<std::uint32_t> place_{0}; // in the walk that came by last
+    std::atomic<std::vector<std::unique_ptr<RequestPlan>>*> plans_{nullptr}; // owned
 };
 
 extern template class VManagedDomainObject<VObject>;

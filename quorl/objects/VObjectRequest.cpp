@@ -1,5 +1,5 @@
 #include <quorl/objects/OwnOperations.h>
-#include <quorl/objects/RequestPlan.h>
+#include <quorl/objects/RequestPlans.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/Walk.h>
 #include <quorl/slots/VParameter.h>
@@ -16,8 +16,9 @@ constinit std::int32_t VObject::VERBOSE_REQUEST = 0;
 bool VObject::request(VRequest& request, double precision, const WeakVObjectPtr& /*caller*/,
                       const WeakVObjectPtr& origin)
 {
-    if (RequestPlans::repeat(*this, request)) return false;
-    return Walk(request, origin, std::source_location::current()).from(*this, precision);
+    RequestPlans plans(*this);
+    if (plans.repeat(request)) return false;
+    return Walk(request, origin, plans, std::source_location::current()).from(*this, precision);
 }
 
 bool VObject::takesPart(const RefPtr<VSlot>& input) const

@@ -3,17 +3,14 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
-#include <quorl/foundation/FlatIndex.h>
 #include <quorl/foundation/InterfaceBase.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/mutex.h>
+#include <quorl/objects/LevelLog.h>
 #include <quorl/objects/Task.h>
 
 #include <cstdint>
 #include <map>
-#include <memory>
-#include <mutex>
-#include <vector>
 
 namespace Quorl
 {
@@ -32,16 +29,7 @@ public:
     class QUORL_API ID : public Tolmen::ReferenceBase<VRequest::ID>
     {
     public:
-        /// How an object was reached. Levels count from the object where the evaluation started,
-        /// which is not recorded itself.
-        struct Level
-        {
-            std::int32_t MinLevel = 0;
-            std::int32_t MaxLevel = 0;
-            std::int32_t Count = 0;     ///< how often
-            std::int32_t MinCaller = 0; ///< the object from which `MinLevel` was first reached
-            std::int32_t MaxCaller = 0; ///< the object from which `MaxLevel` was first reached
-        };
+        using Level = LevelLog::Level;
 
         ID();
         ~ID() override;
@@ -50,38 +38,17 @@ public:
         /// numbers, reduced to 32 bits. Of several callers at one extreme level the first stays.
         void considerLevel(int level, long object, long caller);
 
-        /// The same for many visits of one object, of which the bounds and their callers are known.
-        void considerVisits(const Level& visits, std::int32_t object);
-
         /// The records by the numbers of the objects. What is recorded later shows when this is
         /// asked again.
         const std::map<std::int32_t, Level>& levels() const;
 
         int Unused = 0; ///< for modules
 
-        struct Record
-        {
-            std::int32_t object;
-            Level level;
-        };
-        using Records = std::vector<Record>;
-
-        /// The same for a whole evaluation. \param level of its beginning, from which the levels of
-        /// the records count.
-        void considerEvaluation(const std::shared_ptr<const Records>& records, std::int32_t level);
-
     private:
-        void unfold();
-        Level& recordOf(std::int32_t object); ///< zeroed if it is new
+        friend class Repeats;
+        friend class RequestPlan;
 
-        // A walk records at every step, and the table is hardly ever asked for: it is made then.
-        Records records_; // in the order in which objects were first reached
-        Tolmen::FlatIndex<std::int32_t, std::uint32_t> places_; // in `records_`, counted from 1
-        std::shared_ptr<const Records> folded_; // an evaluation that is all there is; or null
-        std::int32_t foldedLevel_ = 0;          // of its beginning
-        mutable std::map<std::int32_t, Level> table_;
-        mutable bool isTableTrue_ = true;
-        mutable std::mutex tableMutex_; // several may ask for a table that is finished
+        LevelLog log_;
     };
 
     /// Thrown by nobody in the kernel.

@@ -1,7 +1,6 @@
 #include <quorl/objects/Walk.h>
 
 #include <quorl/objects/OwnOperations.h>
-#include <quorl/objects/RequestPlan.h>
 #include <quorl/objects/VObject.h>
 
 namespace Quorl
@@ -35,7 +34,7 @@ bool Walk::from(VObject& object, double precision)
         if (path_.empty())
         {
             if (const WalkGraph* const graph = repeats_.plannable(object))
-                RequestPlans::keep(object, *graph, request_.Pool);
+                plans_.keep(*graph, request_.Pool);
             return wasModified;
         }
         path_.back().hearAnswer(wasModified);
@@ -47,7 +46,10 @@ bool Walk::enter(VObject& object, double precision, Repeats::Place place)
 {
     if (path_.emplace_back(object, request_, precision, operation_, Finding(repeats_, place))
             .begin())
+    {
+        plans_.parts().enter(object);
         return true;
+    }
     path_.pop_back();
     return false;
 }
@@ -67,6 +69,12 @@ void Walk::ask(VObject& source)
     if (repeats_.isSettled(source))
     {
         repeats_.passOver(source, asker.place());
+        asker.hearAnswer(false);
+    }
+    else if (plans_.parts().hold(source, request_))
+    {
+        repeats_.tell(source, asker.place());
+        plans_.parts().repeat(request_);
         asker.hearAnswer(false);
     }
     else if (OwnOperations::hasRequest(source))

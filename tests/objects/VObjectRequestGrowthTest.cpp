@@ -169,5 +169,36 @@ INSTANTIATE_TEST_SUITE_P(Shapes, Growth,
                                          std::pair("DoubleChain", std::pair(&addDoubleChain, 40U))),
                          [](const auto& shape) { return std::string(shape.param.first); });
 
+/// One object takes the ends of many chains.
+void addChains(Growing& network, std::size_t chains, std::size_t length)
+{
+    std::vector<std::size_t> ends;
+    for (std::size_t chain = 0; chain < chains; ++chain)
+    {
+        network.add({});
+        for (std::size_t at = 1; at < length; ++at) network.add({network.objects() - 1});
+        ends.push_back(network.objects() - 1);
+    }
+    network.add(ends);
+}
+
+TEST(ManyChains, CostARequestAfterAChangeInOneOfThemNotMuchMoreThanThatOne)
+{
+    constexpr std::size_t kChains = 20;
+    constexpr std::size_t kLength = 30;
+    Growing network;
+    addChains(network, kChains, kLength);
+    network.questionsOfRequest();
+    network.questionsOfRequest();
+    network.updates();
+    network.changeFirst();
+
+    constexpr double kInputs = kChains * kLength;
+    constexpr double kInputsOfWork = kLength + kChains;
+    EXPECT_LE(network.questionsOfRequest() * kInputs, kMostForInput * kInputsOfWork);
+    EXPECT_EQ(network.updates(), kLength + 1);
+    EXPECT_EQ(network.questionsOfRequest(), 0) << "the plan stands";
+}
+
 } // namespace
 } // namespace Quorl
