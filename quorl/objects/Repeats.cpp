@@ -35,11 +35,8 @@ Repeats::~Repeats()
 
 Repeats::Place Repeats::meet(VObject& object)
 {
-    const Place first = hasMet(object) ? graph_.first(placeOf(object)) : WalkGraph::kNowhere;
-    const Place place = graph_.add(object, first);
     met_.emplace_back();
-    object.place_.store(place, std::memory_order_relaxed);
-    return place;
+    return graph_.add(object);
 }
 
 Repeats::Place Repeats::lead(VObject& source, Place asker)
@@ -58,7 +55,7 @@ Repeats::Place Repeats::lead(VObject& source, Place asker)
 
 void Repeats::passOver(const VObject& source, Place asker)
 {
-    const Place place = placeOf(source);
+    const Place place = graph_.placeOf(source);
     owe(place, asker, true);
     visitTwice(place);
 }
@@ -95,26 +92,24 @@ void Repeats::owe(Place place, Place asker, bool isDeep)
 Repeats::Depth Repeats::depthBelow(Place asker) const
 {
     const VObject& object = *graph_.object(asker); // which may have been met anew since
-    const Met* const met = hasMet(object) ? &met_[graph_.first(placeOf(object))] : nullptr;
-    if (met && met->owedSince == accounts_) return {met->owedLevel + 1, &chain_};
+    const Place place = graph_.placeOf(object);
+    if (place != WalkGraph::kNowhere)
+    {
+        const Met& met = met_[graph_.first(place)];
+        if (met.owedSince == accounts_) return {met.owedLevel + 1, &chain_};
+    }
     return {object.Executor.knownLevel() + 1, &object.Executor.Max};
-}
-
-/// Where the object was met last, if it was: it tells what the walk that came by last has told it,
-/// which may have been another one.
-Repeats::Place Repeats::placeOf(const VObject& object)
-{
-    return object.place_.load(std::memory_order_relaxed);
 }
 
 bool Repeats::hasMet(const VObject& object) const
 {
-    return graph_.isPlaceOf(placeOf(object), object);
+    return graph_.placeOf(object) != WalkGraph::kNowhere;
 }
 
 const Repeats::Met* Repeats::metAt(const VObject& object) const
 {
-    return hasMet(object) ? &met_[placeOf(object)] : nullptr;
+    const Place place = graph_.placeOf(object);
+    return place != WalkGraph::kNowhere ? &met_[place] : nullptr;
 }
 
 /// Code of others may have changed what the request is for.
@@ -142,11 +137,6 @@ bool Repeats::isSilent(const VRequest& request)
     return VObject::VERBOSE_REQUEST == 0 && !Tolmen::Profiler::isListenedTo() &&
            !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request) &&
            !request.isCancelled();
-}
-
-const WalkGraph* Repeats::plannable(const VObject& root)
-{
-    return foreignCode_ == 0 && isSettled(root) ? &graph_ : nullptr;
 }
 
 void Repeats::enter(Place place)
@@ -228,9 +218,10 @@ void Repeats::forget(const VObject& object)
 {
     for (Repeats* walk = theInnermost; walk != nullptr; walk = walk->outer_)
     {
-        if (!walk->hasMet(object)) continue;
+        const Place place = walk->graph_.placeOf(object);
+        if (place == WalkGraph::kNowhere) continue;
         walk->realize();
-        walk->graph_.forgetObject(placeOf(object));
+        walk->graph_.forgetObject(place);
     }
 }
 

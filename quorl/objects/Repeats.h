@@ -36,7 +36,6 @@ public:
     Repeats(const Repeats&) = delete;
     Repeats& operator=(const Repeats&) = delete;
 
-    bool hasMet(const VObject& object) const;
     bool isSettled(const VObject& object);
 
     /// A visit is to be paid to an object that nobody asks, because the walk begins there.
@@ -56,9 +55,6 @@ public:
 
     /// Whether walks for a request have nothing to say, and nobody but the objects to ask.
     static bool isSilent(const VRequest& request);
-
-    /// What has been walked, if each object was met once and no code of others has run; or null.
-    const WalkGraph* plannable(const VObject& root);
 
     /// Accounts for all latent visits.
     void realize();
@@ -101,7 +97,7 @@ private:
         const RefPtr<RequestExecutor::MaxRequestExecutor>* chain;
     };
 
-    static Place placeOf(const VObject& object);
+    bool hasMet(const VObject& object) const;
     Depth depthBelow(Place asker) const;
     void owe(Place place, Place asker, bool isDeep);
     void readTicket();

@@ -28,6 +28,8 @@ std::vector<LatentVisit> visitsOfSources(const WalkGraph& graph)
 
 } // namespace
 
+constinit std::atomic<std::size_t> RequestPlan::theSteps{0};
+
 RequestPlan::RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool)
     : pool_(pool), shape_(Tolmen::Watch::shape()), variables_(Tolmen::Watch::variables())
 {
@@ -36,9 +38,13 @@ RequestPlan::RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool)
     const VisitTally tally(graph, visits);
     addTraces(graph, tally);
     addParts(graph, tally);
+    theSteps.fetch_add(steps_.size(), std::memory_order_relaxed);
 }
 
-RequestPlan::~RequestPlan() = default;
+RequestPlan::~RequestPlan()
+{
+    theSteps.fetch_sub(steps_.size(), std::memory_order_relaxed);
+}
 
 bool RequestPlan::isValid() const
 {

@@ -7,6 +7,8 @@
 #include <quorl/objects/RequestExecutor.h>
 #include <quorl/objects/WalkGraph.h>
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -35,6 +37,9 @@ public:
     ~RequestPlan();
     RequestPlan(const RequestPlan&) = delete;
     RequestPlan& operator=(const RequestPlan&) = delete;
+
+    /// How many there are in all plans of the process: what memory they take.
+    static std::size_t stepsOfAll() { return theSteps.load(std::memory_order_relaxed); }
 
     bool isFor(const RefPtr<ValuePool>& pool) const { return pool_ == pool; }
     bool isValid() const;
@@ -81,6 +86,8 @@ private:
     bool isDone(const Step& step, const Ageable* const* inputs) const;
     Place findStateWithWork(Place begin, Place end) const;
     void prefetch(Place place) const;
+
+    static std::atomic<std::size_t> theSteps;
 
     const WeakPtr<ValuePool> pool_;
     const std::uint64_t shape_;

@@ -3,22 +3,19 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/objects/PlannedParts.h>
-#include <quorl/objects/RequestPlan.h>
-#include <quorl/objects/WalkGraph.h>
 
 #include <memory>
-#include <vector>
 
 namespace Quorl
 {
+
+class KeptPlans;
 
 /// The plans of an object, one for each context where requests begin at it. They are taken for the
 /// time of a request: whoever begins another one meanwhile finds none.
 class RequestPlans
 {
 public:
-    using List = std::vector<std::unique_ptr<RequestPlan>>;
-
     explicit RequestPlans(VObject& root);
     ~RequestPlans();
     RequestPlans(const RequestPlans&) = delete;
@@ -30,16 +27,15 @@ public:
 
     PlannedParts& parts() { return parts_; }
 
-    /// Makes a plan of a walk that found nothing to do.
-    void keep(const WalkGraph& graph, const RefPtr<ValuePool>& pool);
+    /// A walk has ended. Makes a plan for the next one, if the network has kept its shape for as
+    /// long as a walk takes.
+    void walked(const VRequest& request);
 
     static void drop(VObject& root);
 
 private:
-    const RequestPlan* find(const RefPtr<ValuePool>& pool);
-
     VObject& root_;
-    std::unique_ptr<List> plans_; // null if there have never been any
+    std::unique_ptr<KeptPlans> kept_; // null before the first walk
     PlannedParts parts_;
 };
 

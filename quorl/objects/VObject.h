@@ -22,18 +22,16 @@
 #include <cstdint>
 #include <functional>
 #include <list>
-#include <memory>
 #include <set>
 #include <typeinfo>
 #include <utility>
-#include <vector>
 
 namespace Quorl
 {
 
-class Repeats;
-class RequestPlan;
+class KeptPlans;
 class RequestPlans;
+class WalkGraph;
 
 /// The unit of the network: a managed, named object with inputs and outputs, which keeps a state
 /// for each context and is brought up to date by requests.
@@ -271,11 +269,11 @@ public:
     string UserInfo; ///< who made this object; not read in the kernel
 
 private:
-    friend class Repeats;
     friend class RequestPlans;
+    friend class WalkGraph;
 
-    std::atomic<std::uint32_t> place_{0}; // in the walk that came by last
-    std::atomic<std::vector<std::unique_ptr<RequestPlan>>*> plans_{nullptr}; // owned
+    std::atomic<std::uint32_t> place_{0};    // in the graph of a walk that it entered last
+    std::atomic<KeptPlans*> plans_{nullptr}; // owned
 };
 
 extern template class VManagedDomainObject<VObject>;

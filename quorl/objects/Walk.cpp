@@ -3,6 +3,8 @@
 #include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/VObject.h>
 
+#include <new>
+
 namespace Quorl
 {
 namespace
@@ -15,7 +17,14 @@ constexpr double kPrecisionOfInputs = 1.0; // an object's own precision is no bu
 /// What an exception leaves behind ends from the inside out.
 Walk::~Walk()
 {
-    repeats_.realize();
+    try
+    {
+        repeats_.realize();
+    }
+    catch (const std::bad_alloc&)
+    {
+        // What latent visits come to is lost.
+    }
     if (!path_.empty()) Tolmen::Watch::shapeChanges(); // objects stay occupied
     while (!path_.empty()) path_.pop_back();
 }
@@ -33,8 +42,8 @@ bool Walk::from(VObject& object, double precision)
         const bool wasModified = leave();
         if (path_.empty())
         {
-            if (const WalkGraph* const graph = repeats_.plannable(object))
-                plans_.keep(*graph, request_.Pool);
+            repeats_.realize();
+            plans_.walked(request_);
             return wasModified;
         }
         path_.back().hearAnswer(wasModified);

@@ -5,11 +5,13 @@
 namespace Quorl
 {
 
-WalkGraph::Place WalkGraph::add(VObject& object, Place first)
+WalkGraph::Place WalkGraph::add(VObject& object)
 {
+    const Place before = placeOf(object);
     const auto place = static_cast<Place>(nodes_.size());
-    nodes_.push_back(
-        {&object, static_cast<std::int32_t>(object.ID), first == kNowhere ? place : first});
+    nodes_.push_back({&object, static_cast<std::int32_t>(object.ID),
+                      before == kNowhere ? place : first(before)});
+    object.place_.store(place, std::memory_order_relaxed);
     return place;
 }
 
@@ -25,10 +27,13 @@ void WalkGraph::addSource(Place asker, Place source)
     node.lastEdge = edge;
 }
 
-bool WalkGraph::isPlaceOf(Place place, const VObject& tried) const
+/// The number also tells an object from one that stood at its address before.
+WalkGraph::Place WalkGraph::placeOf(const VObject& tried) const
 {
-    return place < size() && object(place) == &tried &&
-           number(place) == static_cast<std::int32_t>(tried.ID);
+    const Place place = tried.place_.load(std::memory_order_relaxed);
+    const bool isPlace = place < size() && object(place) == &tried &&
+                         number(place) == static_cast<std::int32_t>(tried.ID);
+    return isPlace ? place : kNowhere;
 }
 
 void WalkGraph::forgetObject(Place place)

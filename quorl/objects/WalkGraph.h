@@ -12,21 +12,23 @@ namespace Quorl
 
 /// The visits that a walk has really paid, and whom each of them asked, in order. An object that is
 /// walked again has another place each time, since it may ask others then.
+///
+/// An object knows its place in the graph that it entered last: of several that are made at a time,
+/// one may not know an object any more that it has.
 class WalkGraph
 {
 public:
     using Place = std::uint32_t;
     static constexpr Place kNowhere = std::numeric_limits<Place>::max();
 
-    /// \param first the first place of the object; `kNowhere` for an object that is new here.
-    Place add(VObject& object, Place first);
+    Place add(VObject& object);
     void addSource(Place asker, Place source);
     void forgetObject(Place place); ///< which ends
 
     std::size_t size() const { return nodes_.size(); }
 
-    /// Whether that is a place of the object; any number may be asked for.
-    bool isPlaceOf(Place place, const VObject& object) const;
+    /// The last place of an object; `kNowhere` if it is not known here.
+    Place placeOf(const VObject& object) const;
 
     /// The first place of the object of a place.
     Place first(Place place) const { return nodes_[place].first; }

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <quorl/Forward.h>
+#include <quorl/objects/WalkGraph.h>
+#include <quorl/slots/InputCursor.h>
+
+#include <deque>
+#include <vector>
+
+namespace Quorl
+{
+
+/// Finds out what a walk meets where nothing is to be done, without a visit. Each object has one
+/// place, that of the beginning first.
+///
+/// To be made of a network that a walk has just gone through, so that what it asks for is there.
+class WalkSurvey
+{
+public:
+    enum class Result
+    {
+        Complete,
+        Impossible, ///< visits there are more than comparisons of ages, or end in a cycle
+        Disturbed,  ///< an evaluation is inside
+    };
+
+    /// \pre walks say nothing.
+    Result from(VObject& root);
+
+    const WalkGraph& graph() const { return graph_; }
+
+private:
+    using Place = WalkGraph::Place;
+
+    struct Stop
+    {
+        VObject& object;
+        Place place;
+        InputCursor inputs;
+    };
+
+    Result enter(VObject& object);
+    Result follow(VObject& source, Place asker);
+
+    WalkGraph graph_;
+    std::deque<Stop> path_;
+    std::vector<bool> isOnPath_; // by place
+};
+
+} // namespace Quorl
