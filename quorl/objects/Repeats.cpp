@@ -1,11 +1,13 @@
 #include <quorl/objects/Repeats.h>
 
 #include <quorl/foundation/Profiler.h>
+#include <quorl/objects/LevelCourse.h>
 #include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 
 #include <atomic>
+#include <memory>
 #include <utility>
 
 namespace Quorl
@@ -187,6 +189,9 @@ void Repeats::realize()
     ++accounts_;
     const VisitTally tally(graph_, latent_);
     for (const Place first : tally.places()) realize(tally, first);
+    if (tally.areSeveralLevels())
+        chain_->Changes.owe(std::make_shared<LevelCourse>(graph_, latent_),
+                            {0, static_cast<Place>(graph_.size())});
     latent_.clear();
 }
 
@@ -198,9 +203,8 @@ void Repeats::realize(const VisitTally& tally, Place first)
                       {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller});
     VObject* const object = graph_.object(first);
     if (!object) return;
-    const VisitTally::Course course = tally.course(first);
-    object->Executor.descend(chain_, {sum.count > 1, course.firstLevel, sum.levelBeforeLast,
-                                      sum.lastLevel, sum.maxLevel, course.changes});
+    object->Executor.descend(
+        chain_, {sum.count > 1, sum.firstLevel, sum.levelBeforeLast, sum.lastLevel, sum.maxLevel});
 }
 
 void Repeats::realizeAll()

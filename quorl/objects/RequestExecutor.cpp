@@ -1,5 +1,6 @@
 #include <quorl/objects/RequestExecutor.h>
 
+#include <quorl/objects/LevelCourse.h>
 #include <quorl/objects/Repeats.h>
 
 #include <algorithm>
@@ -11,6 +12,12 @@ template class ReferenceBase<Quorl::RequestExecutor::MaxRequestExecutor>;
 
 namespace Quorl
 {
+namespace
+{
+
+constexpr std::size_t kMostDebts = 8; // each is as large as what was walked
+
+} // namespace
 
 RequestExecutor::Reckoned& RequestExecutor::Reckoned::operator=(const Reckoned& other)
 {
@@ -30,6 +37,57 @@ RequestExecutor::Reckoned::operator std::int32_t() const
     return value_;
 }
 
+RequestExecutor::ReckonedSum::ReckonedSum() = default;
+RequestExecutor::ReckonedSum::ReckonedSum(const ReckonedSum& other) : value_(other) {}
+RequestExecutor::ReckonedSum::~ReckonedSum() = default;
+
+RequestExecutor::ReckonedSum& RequestExecutor::ReckonedSum::operator=(const ReckonedSum& other)
+{
+    return *this = std::int32_t{other};
+}
+
+RequestExecutor::ReckonedSum& RequestExecutor::ReckonedSum::operator=(std::int32_t value)
+{
+    Repeats::upsetAll();
+    debts_.clear();
+    value_ = value;
+    return *this;
+}
+
+RequestExecutor::ReckonedSum::operator std::int32_t() const
+{
+    Repeats::realizeAll();
+    settle();
+    return value_;
+}
+
+/// Walks of a network that keeps its shape owe the same again and again.
+void RequestExecutor::ReckonedSum::owe(const std::shared_ptr<const LevelCourse>& course,
+                                       Places places)
+{
+    auto debt = std::ranges::find_if(debts_, [&](const Debt& known) {
+        return known.course == course || *known.course == *course;
+    });
+    if (debt == debts_.end())
+    {
+        if (debts_.size() == kMostDebts) settle();
+        debts_.push_back({course, {}});
+        debt = debts_.end() - 1;
+    }
+    ++debt->times[places];
+}
+
+void RequestExecutor::ReckonedSum::settle() const
+{
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    for (const Debt& debt : debts_)
+        for (const auto& [places, times] : debt.times)
+            if (value_ < kMost)
+                add(std::min<std::int64_t>(times, kMost) *
+                    debt.course->changes(places.first, places.second));
+    debts_.clear();
+}
+
 RequestExecutor::Chain& RequestExecutor::Chain::operator=(const RefPtr<MaxRequestExecutor>& other)
 {
     Repeats::upsetAll();
@@ -46,7 +104,7 @@ RequestExecutor::RequestExecutor(const RequestExecutor& caller)
     : Level(caller.Level + 1), Max(caller.Max)
 {
     Max->MaxLevel = Level;
-    Max->Changes = Max->Changes + 1;
+    Max->Changes.add(1);
 }
 
 // A chain that is assigned to itself goes one deeper, too.

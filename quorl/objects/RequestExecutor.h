@@ -7,9 +7,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace Quorl
 {
+
+class LevelCourse;
 
 /// The depth of an object in the evaluation that passed last. Deliberate: to copy and to assign
 /// does not give the same depth but the next one, since it is handed down from object to object.
@@ -34,6 +40,39 @@ public:
         std::int32_t value_;
     };
 
+    /// The same for a sum, to which walks add. What they add may take them too long to work out:
+    /// then that is done, too, when somebody reads it.
+    class QUORL_API ReckonedSum
+    {
+    public:
+        ReckonedSum();
+        ReckonedSum(const ReckonedSum& other);
+        ~ReckonedSum();
+
+        ReckonedSum& operator=(const ReckonedSum& other);
+        ReckonedSum& operator=(std::int32_t value);
+        operator std::int32_t() const;
+
+    private:
+        friend class RequestExecutor;
+        friend class Repeats;
+        friend class RequestPlan;
+
+        using Places = std::pair<std::uint32_t, std::uint32_t>; // of a course: first, behind last
+        struct Debt
+        {
+            std::shared_ptr<const LevelCourse> course;
+            std::map<Places, std::int64_t> times;
+        };
+
+        void add(std::int64_t more) const;
+        void owe(const std::shared_ptr<const LevelCourse>& course, Places places);
+        void settle() const;
+
+        mutable std::int32_t value_ = 0; // not more than the largest number
+        mutable std::vector<Debt> debts_;
+    };
+
     /// What all executors of one chain share.
     class QUORL_API MaxRequestExecutor : public Tolmen::ReferenceBase<MaxRequestExecutor>
     {
@@ -41,8 +80,8 @@ public:
         MaxRequestExecutor();
         ~MaxRequestExecutor() override;
 
-        Reckoned MaxLevel; ///< the largest depth
-        Reckoned Changes;  ///< how often an object's depth became another
+        Reckoned MaxLevel;   ///< the largest depth
+        ReckonedSum Changes; ///< how often an object's depth became another
     };
 
     /// The handle of a chain, by which walks account, too.
@@ -87,7 +126,7 @@ private:
     void descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level);
 
     /// As several of them, of which the levels are known: of the first, the last two and the
-    /// deepest, and how often it became another between the first and the last.
+    /// deepest. How often it becomes another between them is not counted.
     struct Descents
     {
         bool areSeveral;
@@ -95,7 +134,6 @@ private:
         std::int32_t beforeLast;
         std::int32_t last;
         std::int32_t deepest;
-        std::int32_t changes;
 
         Descents from(std::int32_t level) const; ///< of levels that count from there
     };
@@ -104,12 +142,18 @@ private:
 
 inline RequestExecutor::Descents RequestExecutor::Descents::from(std::int32_t level) const
 {
-    return {areSeveral, first + level, beforeLast + level, last + level, deepest + level, changes};
+    return {areSeveral, first + level, beforeLast + level, last + level, deepest + level};
+}
+
+inline void RequestExecutor::ReckonedSum::add(std::int64_t more) const
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+    value_ = static_cast<std::int32_t>(std::min(value_ + more, kMost));
 }
 
 inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain, std::int32_t level)
 {
-    descend(chain, {false, level, 0, level, level, 0});
+    descend(chain, {false, level, 0, level, level});
 }
 
 inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain,
@@ -117,10 +161,7 @@ inline void RequestExecutor::descend(const RefPtr<MaxRequestExecutor>& chain,
 {
     if (!(Max == chain)) Max.quietly() = chain;
     Max->MaxLevel.value_ = std::max(Max->MaxLevel.value_, descents.deepest);
-    const std::int64_t changes = std::int64_t{Max->Changes.value_} + descents.changes +
-                                 (Level.value_ == descents.first ? 0 : 1);
-    Max->Changes.value_ = static_cast<std::int32_t>(
-        std::min<std::int64_t>(changes, std::numeric_limits<std::int32_t>::max()));
+    if (Level.value_ != descents.first) Max->Changes.add(1);
     PreviousLevel.value_ = descents.areSeveral ? descents.beforeLast : Level.value_;
     Level.value_ = descents.last;
 }

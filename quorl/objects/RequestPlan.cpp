@@ -1,6 +1,7 @@
 #include <quorl/objects/RequestPlan.h>
 
 #include <quorl/foundation/Watch.h>
+#include <quorl/objects/LevelCourse.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VisitTally.h>
 #include <quorl/objects/WalkParts.h>
@@ -38,6 +39,7 @@ RequestPlan::RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool)
     const VisitTally tally(graph, visits);
     addTraces(graph, tally);
     addParts(graph, tally);
+    if (!severalLevels_.empty()) course_ = std::make_shared<LevelCourse>(graph, visits);
     theSteps.fetch_add(steps_.size(), std::memory_order_relaxed);
 }
 
@@ -81,9 +83,9 @@ void RequestPlan::addTraces(const WalkGraph& graph, const VisitTally& tally)
     for (Place place = 0; place < graph.size(); ++place)
     {
         const VisitTally::Sum& sum = tally.sum(place);
-        const VisitTally::Course course = tally.course(place);
-        descents_.push_back({sum.count > 1, course.firstLevel, sum.levelBeforeLast, sum.lastLevel,
-                             sum.maxLevel, course.changes});
+        descents_.push_back(
+            {sum.count > 1, sum.firstLevel, sum.levelBeforeLast, sum.lastLevel, sum.maxLevel});
+        if (sum.isAtSeveralLevels()) severalLevels_.push_back(place);
         records_->push_back(
             {graph.number(place),
              {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller}});
@@ -156,7 +158,14 @@ void RequestPlan::leaveTraces(const VRequest& request, Place begin, Place end) c
         object.pass(id, descents_[place].areSeveral);
         object.Executor.descend(first.Executor.Max, descents_[place].from(deeper));
     }
+    if (isAtSeveralLevels(begin, end)) first.Executor.Max->Changes.owe(course_, {begin, end});
     request.Id->log_.add({records_, begin + 1, end, deeper});
+}
+
+bool RequestPlan::isAtSeveralLevels(Place begin, Place end) const
+{
+    const auto place = std::ranges::lower_bound(severalLevels_, begin);
+    return place != severalLevels_.end() && *place < end;
 }
 
 /// A network may be larger than what is kept near the processor, and its objects lie where they

@@ -16,6 +16,7 @@
 namespace Quorl
 {
 
+class LevelCourse;
 class VisitTally;
 
 /// What a walk that found nothing to do has compared, and what it left behind. The same evaluation
@@ -85,6 +86,7 @@ private:
 
     bool isDone(const Step& step, const Ageable* const* inputs) const;
     Place findStateWithWork(Place begin, Place end) const;
+    bool isAtSeveralLevels(Place begin, Place end) const; // one of these
     void prefetch(Place place) const;
 
     static std::atomic<std::size_t> theSteps;
@@ -98,6 +100,8 @@ private:
     std::vector<State> states_;
     std::vector<RequestExecutor::Descents> descents_; // by step, as if it all began at depth 0
     std::shared_ptr<LevelLog::Records> records_;      // the same
+    std::vector<Place> severalLevels_;                // that are visited at several levels
+    std::shared_ptr<const LevelCourse> course_;       // null if there are none
 };
 
 } // namespace Quorl

@@ -54,7 +54,14 @@ VisitTally::VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& v
     countPaths();
     findCallers(&Paths::minLevel, &Sum::minLevel, &Sum::minCaller);
     findCallers(&Paths::maxLevel, &Sum::maxLevel, &Sum::maxCaller);
+    findFirstLevels();
     findLastLevels();
+}
+
+bool VisitTally::areSeveralLevels() const
+{
+    return std::ranges::any_of(places_,
+                               [&](Place place) { return sums_[place].isAtSeveralLevels(); });
 }
 
 /// By the order in which a descent leaves them, reversed.
@@ -150,6 +157,28 @@ void VisitTally::findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* le
     }
 }
 
+/// Descends in the order of the walk.
+void VisitTally::findFirstLevels()
+{
+    std::vector<bool> isSeen(graph_.size());
+    std::vector<bool> isDescended(graph_.size());
+    std::vector<Step> path;
+    const auto visit = [&](Place place, std::int32_t level, bool isDeep) {
+        const Place first = graph_.first(place);
+        if (!isSeen[first]) sums_[first].firstLevel = level;
+        isSeen[first] = true;
+        if (!isDeep || isDescended[place]) return;
+        isDescended[place] = true;
+        path.push_back({place, level, graph_.firstSource(place)});
+    };
+    for (const LatentVisit& begin : visits_)
+    {
+        visit(begin.place, begin.level, begin.isDeep);
+        descend(path, &Source::next,
+                [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
+    }
+}
+
 /// Descends against the order of the walk. The last two visits of a place lead to the last two of
 /// all that is upstream of it, so a third one is of no interest.
 void VisitTally::findLastLevels()
@@ -173,43 +202,6 @@ void VisitTally::findLastLevels()
         descend(path, &Source::previous,
                 [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
     }
-}
-
-VisitTally::Course VisitTally::course(Place first) const
-{
-    const Sum& sum = sums_[first];
-    if (sum.minLevel == sum.maxLevel) return {sum.minLevel, 0};
-
-    // What is visited below each place, with levels that count from there.
-    struct Run : Course
-    {
-        bool isVisited = false;
-        std::int32_t lastLevel = 0;
-    };
-    const auto append = [](Run& run, const Run& next, std::int32_t deeper) {
-        if (!next.isVisited) return;
-        const bool isChange = run.isVisited && run.lastLevel != next.firstLevel + deeper;
-        if (!run.isVisited) run.firstLevel = next.firstLevel + deeper;
-        run.isVisited = true;
-        run.lastLevel = next.lastLevel + deeper;
-        run.changes = bounded(std::int64_t{run.changes} + next.changes + (isChange ? 1 : 0));
-    };
-    const Run itself{{}, true};
-    std::vector<Run> runs(graph_.size());
-    for (const Place place : sorted_ | std::views::reverse)
-    {
-        Run& run = runs[place];
-        if (graph_.first(place) == first) run = itself;
-        for (auto way = graph_.firstSource(place); way; way = way.next())
-            append(run, runs[way.place()], 1);
-    }
-    Run all;
-    for (const LatentVisit& visit : visits_)
-        if (visit.isDeep)
-            append(all, runs[visit.place], visit.level);
-        else if (graph_.first(visit.place) == first)
-            append(all, itself, visit.level);
-    return all;
 }
 
 } // namespace Quorl

@@ -16,6 +16,8 @@ struct LatentVisit
     std::int32_t level;
     std::int32_t caller; ///< number of the object that asks
     bool isDeep;
+
+    bool operator==(const LatentVisit& other) const = default;
 };
 
 /// Works out what many visits come to, without paying them: the paths of a network are as many as
@@ -34,8 +36,11 @@ public:
         std::int32_t maxLevel = 0;
         std::int32_t minCaller = 0; ///< of the first visit at that level
         std::int32_t maxCaller = 0;
+        std::int32_t firstLevel = 0;
         std::int32_t lastLevel = 0;
         std::int32_t levelBeforeLast = 0; ///< if there are two
+
+        bool isAtSeveralLevels() const { return minLevel != maxLevel; }
     };
 
     VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& visits);
@@ -44,13 +49,11 @@ public:
     const std::vector<WalkGraph::Place>& places() const { return places_; }
     const Sum& sum(WalkGraph::Place first) const { return sums_[first]; }
 
-    /// How the levels of an object go from visit to visit.
-    struct Course
-    {
-        std::int32_t firstLevel = 0;
-        std::int32_t changes = 0; ///< to another level than at the visit before
-    };
-    Course course(WalkGraph::Place first) const;
+    /// Whether there is an object that was visited at several levels.
+    bool areSeveralLevels() const;
+
+    /// The places that deep visits reach, askers before those whom they ask.
+    const std::vector<WalkGraph::Place>& sorted() const { return sorted_; }
 
 private:
     using Place = WalkGraph::Place;
@@ -67,13 +70,14 @@ private:
     void addUp(Place place, std::int32_t count, std::int32_t minLevel, std::int32_t maxLevel);
     void findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* level,
                      std::int32_t Sum::* caller);
+    void findFirstLevels();
     void findLastLevels();
 
     const WalkGraph& graph_;
     const std::vector<LatentVisit>& visits_;
-    std::vector<Place> sorted_; // what deep visits reach, askers before sources
-    std::vector<Paths> paths_;  // by place
-    std::vector<Sum> sums_;     // by first place
+    std::vector<Place> sorted_;
+    std::vector<Paths> paths_; // by place
+    std::vector<Sum> sums_;    // by first place
     std::vector<Place> places_;
 };
 

@@ -2,6 +2,9 @@
 
 #include <quorl/objects/VObject.h>
 
+#include <algorithm>
+#include <tuple>
+
 namespace Quorl
 {
 
@@ -39,6 +42,15 @@ WalkGraph::Place WalkGraph::placeOf(const VObject& tried) const
 void WalkGraph::forgetObject(Place place)
 {
     nodes_[first(place)].object = nullptr;
+}
+
+bool WalkGraph::operator==(const WalkGraph& other) const
+{
+    const auto isSame = [](const Node& a, const Node& b) {
+        return std::tie(a.first, a.firstEdge, a.lastEdge) ==
+               std::tie(b.first, b.firstEdge, b.lastEdge);
+    };
+    return edges_ == other.edges_ && std::ranges::equal(nodes_, other.nodes_, isSame);
 }
 
 } // namespace Quorl

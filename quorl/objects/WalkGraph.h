@@ -56,6 +56,9 @@ public:
         std::uint32_t edge_;
     };
 
+    /// Whether visits and ways are the same, whichever the objects are.
+    bool operator==(const WalkGraph& other) const;
+
     Source firstSource(Place asker) const { return {*this, nodes_[asker].firstEdge}; }
     Source lastSource(Place asker) const { return {*this, nodes_[asker].lastEdge}; }
 
@@ -73,6 +76,8 @@ private:
         Place source;
         std::uint32_t previous;
         std::uint32_t next = kNowhere;
+
+        bool operator==(const Edge& other) const = default;
     };
 
     std::vector<Node> nodes_;
