@@ -24,7 +24,8 @@ constinit thread_local Repeats* theInnermost = nullptr;
 /// A walk within another one may visit what that has met, so the outer one cannot trust its marks
 /// any more, nor leave for later what it owes.
 Repeats::Repeats(const VRequest& request)
-    : request_(request), id_(request.Id), pool_(request.Pool), outer_(theInnermost)
+    : request_(request), id_(request.Id), pool_(request.Pool), shape_(Tolmen::Watch::shape()),
+      newestConnection_(request.NewestConnection), outer_(theInnermost)
 {
     upsetAll();
     theInnermost = this;
@@ -74,7 +75,7 @@ void Repeats::tell(VObject& source, Place asker) const
 /// Leaves a visit to be accounted for together with others of the same chain.
 void Repeats::owe(Place place, Place asker, bool isDeep)
 {
-    readTicket();
+    notice();
     const Depth depth = depthBelow(asker);
     if (chain_ != *depth.chain)
     {
@@ -114,22 +115,33 @@ const Repeats::Met* Repeats::metAt(const VObject& object) const
     return place != WalkGraph::kNowhere ? &met_[place] : nullptr;
 }
 
-/// Code of others may have changed what the request is for.
-void Repeats::readTicket()
+/// Code of others may have changed what the request is for, or the network.
+void Repeats::notice()
 {
+    const bool isShapeKept = shape_ == Tolmen::Watch::shape();
+    const bool isConnectionKept = !(request_.NewestConnection < newestConnection_);
+    if (!isShapeKept || !isConnectionKept) ++era_;
+    shape_ = Tolmen::Watch::shape();
+    newestConnection_ = request_.NewestConnection;
     if (request_.Id == id_ && request_.Pool == pool_) return;
     realize();
     id_ = request_.Id;
     pool_ = request_.Pool;
+    isTicketKept_ = false;
     ++era_;
+}
+
+bool Repeats::hasKeptTicket()
+{
+    notice();
+    return isTicketKept_;
 }
 
 bool Repeats::isSettled(const VObject& object)
 {
-    readTicket();
+    notice();
     const Met* const met = metAt(object);
-    return met && met->isSettled && isSilent(request_) && met->shape == Tolmen::Watch::shape() &&
-           met->era == era_ &&
+    return met && met->settled == era_ && isSilent(request_) &&
            (met->foreignCode == foreignCode_ || (met->isKept && met->alarms == watch_.alarms()));
 }
 
@@ -143,9 +155,10 @@ bool Repeats::isSilent(const VRequest& request)
 
 void Repeats::enter(Place place)
 {
+    notice();
     Met& met = met_[graph_.first(place)];
-    met.isVisitedTwice = met.isVisited;
-    met.isVisited = true;
+    if (met.visited == era_) met.visitedTwice = era_;
+    met.visited = era_;
 }
 
 /// One suffices at the first visit, and as long as no code of others runs at all.
@@ -157,12 +170,11 @@ Tolmen::Watch* Repeats::watchFor(Place place)
 void Repeats::settle(Place place, bool isKept)
 {
     if (!isSilent(request_)) return;
+    notice();
     Met& met = met_[place];
-    met.shape = Tolmen::Watch::shape();
-    met.era = era_;
+    met.settled = era_;
     met.foreignCode = foreignCode_;
     met.alarms = watch_.alarms();
-    met.isSettled = true;
     met.isKept = isKept;
 }
 
@@ -175,9 +187,9 @@ void Repeats::visitTwice(Place place)
     {
         const Place at = ways_.back();
         ways_.pop_back();
-        if (std::exchange(met_[at].isUpstreamTwice, true)) continue;
+        if (std::exchange(met_[at].upstreamTwice, era_) == era_) continue;
         VObject* const object = graph_.object(at);
-        if (!std::exchange(met_[graph_.first(at)].isVisitedTwice, true) && object)
+        if (std::exchange(met_[graph_.first(at)].visitedTwice, era_) != era_ && object)
             object->Previous.quietly() = object->Latest.value();
         for (auto way = graph_.firstSource(at); way; way = way.next()) ways_.push_back(way.place());
     }

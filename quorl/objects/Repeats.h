@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorl/Forward.h>
+#include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watch.h>
 #include <quorl/objects/RequestExecutor.h>
@@ -56,6 +57,12 @@ public:
     /// Whether walks for a request have nothing to say, and nobody but the objects to ask.
     static bool isSilent(const VRequest& request);
 
+    /// Whether the request has been for one evaluation and one context all the time.
+    bool hasKeptTicket();
+
+    /// What has been walked.
+    const WalkGraph& graph() const { return graph_; }
+
     /// Accounts for all latent visits.
     void realize();
 
@@ -75,20 +82,18 @@ private:
     {
         // By place
 
-        std::uint64_t shape = 0;
-        std::uint32_t era = 0;
+        std::uint32_t settled = 0; // the last era in which it was; 0 for never
         std::uint32_t foreignCode = 0;
         std::uint32_t alarms = 0;
-        bool isSettled = false;
+        std::uint32_t upstreamTwice = 0; // the same, for two visits to all that is upstream
         bool isKept = false;
-        bool isUpstreamTwice = false; // all that is upstream has been visited twice
 
         // By first place, that is by object
 
         std::int32_t owedLevel = 0;
         std::uint32_t owedSince = 0; // in accounts; 0 for never
-        bool isVisited = false;
-        bool isVisitedTwice = false;
+        std::uint32_t visited = 0;   // eras, again
+        std::uint32_t visitedTwice = 0;
     };
 
     struct Depth
@@ -100,7 +105,7 @@ private:
     bool hasMet(const VObject& object) const;
     Depth depthBelow(Place asker) const;
     void owe(Place place, Place asker, bool isDeep);
-    void readTicket();
+    void notice();
     const Met* metAt(const VObject& object) const;
     void enter(Place place);
     void settle(Place place, bool isKept);
@@ -119,8 +124,11 @@ private:
     Tolmen::Watch watch_;
     std::uint32_t foreignCode_ = 0;
     std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for
-    std::uint32_t era_ = 0;      // another one after walks within this one
-    Repeats* const outer_;       // of the same thread
+    std::uint32_t era_ = 1;      // another one when what visits have left behind may have changed
+    std::uint64_t shape_;
+    Ageable newestConnection_; // that the request has met
+    bool isTicketKept_ = true;
+    Repeats* const outer_; // of the same thread
 };
 
 /// What a visit that is paid finds out for those behind it.

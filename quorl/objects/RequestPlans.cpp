@@ -28,11 +28,11 @@ public:
         return nullptr;
     }
 
-    void learn(VObject& root, const RefPtr<ValuePool>& pool)
+    void learn(VObject& root, const RefPtr<ValuePool>& pool, const WalkGraph& walked)
     {
         const Moment now;
         if (std::exchange(lastWalk_, now) != now || hopeless_ == now || find(pool)) return;
-        WalkSurvey survey;
+        WalkSurvey survey(walked);
         const WalkSurvey::Result result = survey.from(root);
         const bool isTooMuch = RequestPlan::stepsOfAll() + survey.graph().size() > kMostSteps;
         if (result == WalkSurvey::Result::Impossible || isTooMuch) hopeless_ = now;
@@ -76,13 +76,13 @@ bool RequestPlans::repeat(VRequest& request)
     return true;
 }
 
-void RequestPlans::walked(const VRequest& request)
+void RequestPlans::learn(const VRequest& request, const WalkGraph& walked)
 {
     if (!Repeats::isSilent(request)) return;
     try
     {
         if (!kept_) kept_ = std::make_unique<KeptPlans>();
-        kept_->learn(root_, request.Pool);
+        kept_->learn(root_, request.Pool, walked);
     }
     catch (const std::bad_alloc&)
     {

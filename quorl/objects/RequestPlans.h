@@ -3,6 +3,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/objects/PlannedParts.h>
+#include <quorl/objects/WalkGraph.h>
 
 #include <memory>
 
@@ -29,7 +30,7 @@ public:
 
     /// A walk has ended. Makes a plan for the next one, if the network has kept its shape for as
     /// long as a walk takes.
-    void walked(const VRequest& request);
+    void learn(const VRequest& request, const WalkGraph& walked);
 
     static void drop(VObject& root);
 

@@ -43,7 +43,7 @@ bool Walk::from(VObject& object, double precision)
         if (path_.empty())
         {
             repeats_.realize();
-            plans_.walked(request_);
+            if (repeats_.hasKeptTicket()) plans_.learn(request_, repeats_.graph());
             return wasModified;
         }
         path_.back().hearAnswer(wasModified);

@@ -55,7 +55,7 @@ WalkSurvey::Result WalkSurvey::follow(VObject& source, Place asker)
 
 WalkSurvey::Result WalkSurvey::enter(VObject& object)
 {
-    if (object.Current) return Result::Disturbed;
+    if (walked_.placeOf(object) == WalkGraph::kNowhere) return Result::Disturbed;
     if (hasASay(object)) return Result::Impossible;
     path_.emplace_back(object, graph_.add(object), InputCursor(object, VObject::kAllLevels));
     isOnPath_.push_back(true);

@@ -13,15 +13,18 @@ namespace Quorl
 /// Finds out what a walk meets where nothing is to be done, without a visit. Each object has one
 /// place, that of the beginning first.
 ///
-/// To be made of a network that a walk has just gone through, so that what it asks for is there.
+/// It follows a walk that has just ended, and goes no further than that: ages that nobody has asked
+/// for are not to be asked for by it.
 class WalkSurvey
 {
 public:
+    explicit WalkSurvey(const WalkGraph& walked) : walked_(walked) {}
+
     enum class Result
     {
         Complete,
         Impossible, ///< visits there are more than comparisons of ages, or end in a cycle
-        Disturbed,  ///< an evaluation is inside
+        Disturbed,  ///< the walk was not there
     };
 
     /// \pre walks say nothing.
@@ -42,6 +45,7 @@ private:
     Result enter(VObject& object);
     Result follow(VObject& source, Place asker);
 
+    const WalkGraph& walked_;
     WalkGraph graph_;
     std::deque<Stop> path_;
     std::vector<bool> isOnPath_; // by place

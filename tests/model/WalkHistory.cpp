@@ -134,9 +134,11 @@ private:
         const bool isSmall = chance(3);
         objects_ = 1 + below(isSmall ? 4 : 10);
         const bool isPlain = !isWild_ || chance(2);
+        const bool areValidated = chance(6); // each of them is walked on every path
         for (int number = 0; number < objects_; ++number)
             add(Move::NewObject,
-                isPlain || chance(2) ? of({0, 0, 0, 0, 0, 1}) : below(kObjectKinds), 0, 0);
+                isPlain || chance(2) ? of({0, 0, 0, 0, 0, 1}) : below(kObjectKinds),
+                areValidated && chance(2) ? 1 : 0, 0);
         paths_.assign(at(objects_), 1);
     }
 

@@ -15,7 +15,7 @@ struct MoveKinds
     enum Kind : int
     {
         // By which a network is made
-        NewObject, ///< of the kind `a`
+        NewObject, ///< of the kind `a`; `b` is whether with a validator
         NewSlot, ///< of object `a`, that shows output `c` - 1 of the network or its own; `b` is how
         Behave,  ///< aspect `b` of object `a`: `c`
         InHook, ///< the move that follows is done by object `a` in its hook `b`, at each `c`th time

@@ -103,7 +103,7 @@ const RefPtr<VParameter>& Network::parameter(int number) const
 void Network::play(const Move& move)
 {
     fuel_ = kFuel;
-    if (move.kind == Move::NewObject) return newObject(move.a);
+    if (move.kind == Move::NewObject) return newObject(move.a, move.b != 0);
     if (objects_.empty() || takesNext(move)) return;
     switch (move.kind)
     {
@@ -142,7 +142,7 @@ bool Network::takesNext(const Move& move)
     return true;
 }
 
-void Network::newObject(int kind)
+void Network::newObject(int kind, bool hasValidator)
 {
     const int number = static_cast<int>(objects_.size());
     const RefPtr<VObject> made(
@@ -154,7 +154,7 @@ void Network::newObject(int kind)
     scripts_.emplace_back();
     outputs_.emplace_back();
     validators_.emplace_back(new Quorl::VConnectionValidator);
-    made->insertConnectionValidator(validators_.back());
+    if (hasValidator) made->insertConnectionValidator(validators_.back());
     for (int output = 0; output <= number % 2; ++output)
     {
         const std::string name = "out" + std::to_string(output);

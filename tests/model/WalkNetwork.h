@@ -78,7 +78,7 @@ private:
     bool performOnObject(const Move& move);
     bool performOnRequest(const Move& move, Quorl::VRequest* ticket);
 
-    void newObject(int kind);
+    void newObject(int kind, bool hasValidator);
     void newSlot(const Move& move);
     int newParameter(const std::string& name);
     void attach(const Move& move);
