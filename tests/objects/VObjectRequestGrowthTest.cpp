@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,6 +72,7 @@ public:
     void changeFirst() { nodes_.front()->touchInputSetAge(); }
     std::size_t updates() { return network_.takeLog().size(); }
     std::size_t objects() const { return nodes_.size(); }
+    const VObject& first() const { return *nodes_.front(); }
 
 private:
     Network network_;
@@ -168,6 +170,23 @@ INSTANTIATE_TEST_SUITE_P(Shapes, Growth,
                                          std::pair("Ladder", std::pair(&addLadder, 40U)),
                                          std::pair("DoubleChain", std::pair(&addDoubleChain, 40U))),
                          [](const auto& shape) { return std::string(shape.param.first); });
+
+/// Its objects are reached at thousands of depths each: to count how often those became others
+/// would take longer than anybody waits.
+TEST(Ladder, OfManyObjectsIsEvaluated)
+{
+    constexpr std::size_t kObjects = 20000;
+    Growing network;
+    addLadder(network, kObjects);
+
+    EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+    EXPECT_EQ(network.updates(), kObjects - 1); // the first has no inputs
+    EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+    EXPECT_EQ(network.questionsOfRequest(), 0);
+    EXPECT_EQ(network.updates(), 0U);
+    EXPECT_EQ(network.first().Executor.Max->MaxLevel, static_cast<int>(kObjects) - 1);
+    EXPECT_EQ(network.first().Executor.Max->Changes, std::numeric_limits<std::int32_t>::max());
+}
 
 /// One object takes the ends of many chains.
 void addChains(Growing& network, std::size_t chains, std::size_t length)
