@@ -3,7 +3,6 @@
 #include <quorl/objects/VRequest.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
-#include <quorl/values/VValue.h>
 
 namespace QuorlBenchmark
 {
@@ -62,10 +61,7 @@ bool ObjectNetwork::request(const RefPtr<ValuePool>& pool)
 
 void ObjectNetwork::setInput(std::size_t object, const RefPtr<ValuePool>& pool, double datum)
 {
-    const RefPtr<Quorl::VParameter>& parameter = inputOf(object);
-    const RefPtr<Quorl::VTypedValueBase<double>> value = parameter->getValue(pool, "");
-    value->setValue(datum);
-    parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
+    objects_[object]->inputs.front().set(pool, datum);
 }
 
 void ObjectNetwork::localizeInput(std::size_t object)

@@ -7,7 +7,6 @@
 #include <quorl/values/ValuePool.h>
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -28,7 +27,7 @@ public:
     /// An input of its own, and what provides it; null leaves it at a value of its own.
     void addInput(const Quorl::RefPtr<Quorl::VParameter>& provided);
 
-    std::deque<Quorl::InputSlot<double>> inputs;
+    std::vector<Quorl::InputSlot<double>> inputs;
     Quorl::OutputSlot<double> output;
     std::int64_t updates = 0;
 };

@@ -139,6 +139,14 @@ public:
     }
     T& operator*() const { return *operator->(); }
 
+    /// The object as an `S`, for as long as others hold it: takes no share.
+    /// \return null if it is no `S`, or not alive.
+    template <class S>
+    S* viewAs() const
+    {
+        return Detail::TypedView<S, B>::cast(referer);
+    }
+
     bool operator!() const { return !(referer && referer->isAlive() && View::isViewed()); }
 
     /// For truth tests only.

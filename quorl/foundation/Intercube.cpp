@@ -6,14 +6,24 @@ namespace Tolmen
 {
 
 Intercube::Intercube() = default;
-Intercube::Intercube(const Intercube& other) = default;
-Intercube& Intercube::operator=(const Intercube& other) = default;
+Intercube::Intercube(const Intercube& other)
+    : interfaces_(other.interfaces_ ? new Interfaces(*other.interfaces_) : nullptr)
+{
+}
+
+Intercube& Intercube::operator=(const Intercube& other)
+{
+    if (this == &other) return *this;
+    Intercube copied(other);
+    interfaces_.swap(copied.interfaces_);
+    return *this;
+}
+
 Intercube::~Intercube() = default;
 
 RefPtr<InterfaceBase> Intercube::findInterface(const std::type_info& domain) const
 {
-    if (interfaces_.empty()) return {};
-    return findOrNull(interfaces_, domain);
+    return interfaces_ ? findOrNull(*interfaces_, domain) : RefPtr<InterfaceBase>();
 }
 
 RefPtr<InterfaceBase> Intercube::getInterface(const std::type_info& domain)
@@ -26,7 +36,8 @@ RefPtr<InterfaceBase> Intercube::getInterface(const std::type_info& domain)
 
 void Intercube::addInterface(const RefPtr<InterfaceBase>& interface) const
 {
-    interfaces_[interface->getInterfaceDomain()] = interface;
+    if (!interfaces_) interfaces_ = std::make_unique<Interfaces>();
+    (*interfaces_)[interface->getInterfaceDomain()] = interface;
 }
 
 RefPtr<InterfaceBase> Intercube::createInterface(const std::type_info& /*domain*/) const

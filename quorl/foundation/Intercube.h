@@ -5,6 +5,7 @@
 #include <quorl/foundation/TypeInfo.h>
 
 #include <map>
+#include <memory>
 #include <typeinfo>
 
 namespace Tolmen
@@ -40,7 +41,9 @@ public:
     virtual RefPtr<InterfaceBase> createInterface(const std::type_info& domain) const;
 
 private:
-    mutable std::map<TypeInfo, RefPtr<InterfaceBase>> interfaces_;
+    using Interfaces = std::map<TypeInfo, RefPtr<InterfaceBase>>;
+
+    mutable std::unique_ptr<Interfaces> interfaces_; // null as long as there are none, as in most
 };
 
 } // namespace Tolmen

@@ -28,6 +28,13 @@ public:
         if (this != &source) source.forget();
     }
 
+    /// Takes over both shares of a handle of another type, which becomes null.
+    template <class S>
+    StrongPtr(StrongPtr<S, B>&& source) noexcept : Weak(Bare{}, source)
+    {
+        source.forget();
+    }
+
     /// Locks a weak handle. If the object is dead, so is the new handle; it holds the block only.
     StrongPtr(const Weak& source) : Weak(Bare{}, source) { this->refBoth(); }
 
@@ -68,6 +75,9 @@ public:
     }
 
 private:
+    template <class, class>
+    friend class StrongPtr;
+
     struct Shares
     {
         static void takeRest(const Weak& handle) { handle.ref(); }

@@ -62,6 +62,11 @@ public:
     /// That is told to `VSlotGlobals::assertionFail`.
     std::optional<T> read(const RefPtr<ValuePool>& pool) const;
 
+    /// Gives what stands here another value in a pool, or in all contexts with a null one, tells
+    /// whoever follows it, and makes it younger than all that is.
+    /// \pre the slot has the parameter that it was made with, or one of the type `T`.
+    void set(const RefPtr<ValuePool>& pool, const T& datum) const;
+
     const RefPtr<VSlot>& slot() const { return slot_; }
 
 protected:
@@ -104,24 +109,25 @@ public:
     /// Gives the output its value in the context of a request, tells whoever follows it, and makes
     /// it younger than all that is.
     void set(const VRequest& request, const T& datum) const { set(request.Pool, datum); }
-
-    /// The same in a pool, or for all contexts with a null one.
-    /// \pre the slot still has the parameter that it was made with, or one of the type `T`.
-    void set(const RefPtr<ValuePool>& pool, const T& datum) const
-    {
-        const RefPtr<VParameter>& parameter = this->slot_->Parameter;
-        const RefPtr<VTypedValueBase<T>> value = parameter->getValue(pool, "");
-        value->setValue(datum);
-        parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
-    }
+    using TypedSlot<T>::set;
 };
+
+template <class T>
+void TypedSlot<T>::set(const RefPtr<ValuePool>& pool, const T& datum) const
+{
+    const RefPtr<VParameter>& parameter = slot_->Parameter;
+    const RefPtr<VValueBase> value = parameter->getValue(pool, "");
+    value.viewAs<VTypedValueBase<T>>()->setValue(datum);
+    parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
+}
 
 template <class T>
 std::optional<T> TypedSlot<T>::read(const RefPtr<ValuePool>& pool) const
 {
-    const RefPtr<VTypedValueBase<T>> value = slot_->getValueBase(pool);
+    const RefPtr<VValueBase> value = slot_->getValueBase(pool);
+    const auto* const typed = value.viewAs<VTypedValueBase<T>>();
     T datum{};
-    if (value && value->getValue(datum)) return datum;
+    if (typed && typed->getValue(datum)) return datum;
     VSlotGlobals::assertionFail(slot_, typeid(T));
     return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #include <quorl/modules/VSaveable.h>
 
-#include <quorl/foundation/FindOrNull.h>
 #include <quorl/modules/ZelmSaver.h>
 
 #include <algorithm>
@@ -20,7 +19,8 @@ void VSaveable::addSaver(const string& name, const RefPtr<ZelmSaver>& saver)
 
 RefPtr<ZelmSaver> VSaveable::getSaver(const string& name) const
 {
-    return Tolmen::findOrNull(savers_, name);
+    const auto entry = savers_.find(name);
+    return entry == savers_.end() ? RefPtr<ZelmSaver>() : entry->second;
 }
 
 RefPtr<ZelmSaver> VSaveable::getSaverByExt(const string& extension) const

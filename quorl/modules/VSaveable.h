@@ -2,6 +2,7 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 
 #include <map>
@@ -50,7 +51,7 @@ public:
     static VSaveable& GlobalState();
 
 private:
-    std::map<string, RefPtr<ZelmSaver>> savers_;
+    Tolmen::Rare<std::map<string, RefPtr<ZelmSaver>>> savers_;
 };
 
 } // namespace Quorl

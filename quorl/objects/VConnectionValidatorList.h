@@ -2,6 +2,7 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 
 #include <set>
@@ -29,7 +30,7 @@ public:
     void taintFromRequest(const VRequest& request);
 
 private:
-    std::set<WeakPtr<VConnectionValidator>> validators_;
+    Tolmen::Rare<std::set<WeakPtr<VConnectionValidator>>> validators_;
 };
 
 } // namespace Quorl

@@ -20,6 +20,13 @@ namespace
 
 constexpr char kEndOfBaseName = 30; // the character behind which the registry and creators add
 
+void insertOwnFunctors(VScriptable& object)
+{
+    const WeakVObjectPtr me(static_cast<VObject*>(&object));
+    object.insertFunctor("getNumberOfParameters",
+                         RefPtr<VScriptFunctor>(new VObjectParametersFunctor(me)));
+}
+
 } // namespace
 
 template class VManagedDomainObject<VObject>;
@@ -40,8 +47,7 @@ VObject::VObject(const string& wantedName, int givenPriority,
 {
     OwnOperations::learnDefaults(*this);
     insert(wantedName, givenPriority);
-    insertFunctor("getNumberOfParameters",
-                  RefPtr<VScriptFunctor>(new VObjectParametersFunctor(WeakVObjectPtr(this))));
+    insertAtFirstUse(insertOwnFunctors);
 }
 
 VObject::~VObject()

@@ -3,6 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/Counter.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watched.h>
 #include <quorl/foundation/mutex.h>
@@ -262,7 +263,7 @@ public:
     Tolmen::Watched<bool> RequestProcessing = false;
     WeakPtr<VCreatorBase> Creator; ///< what made this object; may be null
     RequestExecutor Executor;      ///< the depth in the evaluation that passed last
-    std::set<UpdateFunction, std::less<UpdateFunction>> UpdateFunctions;
+    Tolmen::Rare<std::set<UpdateFunction, std::less<UpdateFunction>>> UpdateFunctions;
     Tolmen::Counter UpdateCounter;  ///< updates in progress
     Tolmen::Counter RequestCounter; ///< requests in progress
     RefPtr<VCreationPreferences> CreationPreferences;

@@ -15,8 +15,14 @@ namespace Quorl
 VStateCreatorBase::State::State() : Ageable(0) {}
 VStateCreatorBase::State::~State() = default;
 
-VStateCreatorBase::VStateCreatorBase() : states_(new States) {}
+VStateCreatorBase::VStateCreatorBase() = default;
 VStateCreatorBase::~VStateCreatorBase() = default;
+
+VStateCreatorBase::States& VStateCreatorBase::states() const
+{
+    if (!states_) states_ = std::make_unique<States>();
+    return *states_;
+}
 
 RefPtr<VStateCreatorBase::State> VStateCreatorBase::newState() const
 {
@@ -25,15 +31,18 @@ RefPtr<VStateCreatorBase::State> VStateCreatorBase::newState() const
 
 RefPtr<VStateCreatorBase::State>& VStateCreatorBase::getState(const WeakPtr<ValuePool>& pool) const
 {
-    Tolmen::Watch::variablesChange(states_.get());
+    Tolmen::Watch::variablesChange(watchedStates());
     areStatesLent_ = true;
-    return (*states_)[pool];
+    return states()[pool];
 }
 
 const RefPtr<VStateCreatorBase::State>&
 VStateCreatorBase::stateIn(const WeakPtr<ValuePool>& pool) const
 {
-    return (*states_)[pool];
+    static const RefPtr<State> none;
+    if (!states_) return none;
+    const auto entry = states_->find(pool);
+    return entry == states_->end() ? none : entry->second;
 }
 
 RefPtr<VStateCreatorBase::State> VStateCreatorBase::myState(const WeakPtr<ValuePool>& pool) const
@@ -44,22 +53,23 @@ RefPtr<VStateCreatorBase::State> VStateCreatorBase::myState(const WeakPtr<ValueP
 
 void VStateCreatorBase::setState(const WeakPtr<ValuePool>& pool, const RefPtr<State>& state) const
 {
-    Tolmen::Watch::variablesChange(states_.get());
-    (*states_)[pool] = state;
+    Tolmen::Watch::variablesChange(watchedStates());
+    states()[pool] = state;
     Tolmen::Watch::variablesChange(
-        states_.get()); // what the former one's end has looked at is void
+        watchedStates()); // what the former one's end has looked at is void
 }
 
 void VStateCreatorBase::removeState(const WeakPtr<ValuePool>& pool) const
 {
-    Tolmen::Watch::variablesChange(states_.get());
-    states_->erase(pool);
-    Tolmen::Watch::variablesChange(states_.get());
+    Tolmen::Watch::variablesChange(watchedStates());
+    if (states_) states_->erase(pool);
+    Tolmen::Watch::variablesChange(watchedStates());
 }
 
 RefPtr<Tolmen::InterfaceBase> VStateCreatorBase::hasLocalInterface(const std::type_info& type) const
 {
     RefPtr<Tolmen::InterfaceBase> found;
+    if (!states_) return found;
     Tolmen::walkSteadily(*states_, [&](const auto& /*pool*/, const RefPtr<State>& state) {
         if (state) found = state->getInterface(type);
         return !found;

@@ -44,7 +44,7 @@ public:
     /// The state in a context, null if there is none. Enters the context, and makes no state.
     RefPtr<State>& getState(const WeakPtr<ValuePool>& pool) const;
 
-    /// The same, to be looked at and not to be replaced.
+    /// The same, to be looked at and not to be replaced. Enters nothing.
     const RefPtr<State>& stateIn(const WeakPtr<ValuePool>& pool) const;
 
     /// The state in a context, made if needed. For the updates of objects.
@@ -58,7 +58,7 @@ public:
     RefPtr<Tolmen::InterfaceBase> hasLocalInterface(const std::type_info& type) const;
 
     /// Where a watch is told that a state may have been replaced.
-    const void* watchedStates() const { return states_.get(); }
+    const void* watchedStates() const { return &states_; }
 
     /// Whether somebody has had a state to write to, and may replace it unseen.
     bool areStatesLent() const { return areStatesLent_; }
@@ -66,8 +66,10 @@ public:
 private:
     using States = std::map<WeakPtr<ValuePool>, RefPtr<State>>;
 
+    States& states() const; // made if they are missing
+
     mutable bool areStatesLent_ = false;
-    const std::unique_ptr<States> states_; // behind a pointer, so that constant objects can work
+    mutable std::unique_ptr<States> states_; // null until there is one, for most objects have none
 };
 
 } // namespace Quorl

@@ -22,7 +22,7 @@ void PriorityWalk::goOn()
     hasLeft_ = false;
 }
 
-void PriorityWalk::leave(Line removed)
+void PriorityWalk::leave(Place removed)
 {
     if (line_ != removed) return;
     ++line_;
@@ -31,7 +31,7 @@ void PriorityWalk::leave(Line removed)
 }
 
 /// A line between the one that is gone and the one behind it is the next to be shown.
-void PriorityWalk::noteAdded(Line added)
+void PriorityWalk::noteAdded(Place added)
 {
     if (hasLeft_ && std::next(added) == line_ && added->first >= leftPriority_) line_ = added;
 }

@@ -3,8 +3,6 @@
 #include <quorl/foundation/Counter.h>
 #include <quorl/registry/VCreatorMap.h>
 
-#include <map>
-
 namespace Quorl
 {
 
@@ -21,20 +19,20 @@ public:
 
     bool isAtEnd() const { return line_ == domain_.priorities().end(); }
     int priority() const { return line_->first; }
-    const string& name() const { return line_->second; }
+    const VCreatorMap::Line& line() const { return line_->second; }
 
     void goOn();
 
 private:
     friend class VCreatorMap;
-    using Line = std::multimap<int, string>::const_iterator;
+    using Place = VCreatorMap::Priorities::const_iterator;
 
-    void leave(Line removed);
-    void noteAdded(Line added);
+    void leave(Place removed);
+    void noteAdded(Place added);
 
     VCreatorMap& domain_;
     const Tolmen::CounterScope counted_;
-    Line line_;
+    Place line_;
     bool hasLeft_ = false; // the line that was shown is gone, and this is the one behind it
     int leftPriority_ = 0; // of the line that is gone
 };

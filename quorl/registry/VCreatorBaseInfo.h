@@ -1,6 +1,7 @@
 #pragma once
 
-#include <quorl/registry/VManagedObjectBase.h>
+#include <quorl/foundation/RefPtr.h>
+#include <quorl/registry/VManagedObject.h>
 
 namespace Quorl
 {
@@ -12,9 +13,9 @@ public:
     VCreatorBaseInfo() = default;
     ~VCreatorBaseInfo() override = default;
 
-    const RefPtr<VManagedObjectBase>& getCreator() const { return Creator; }
+    const RefPtr<VManagedObject>& getCreator() const { return Creator; }
 
-    RefPtr<VManagedObjectBase> Creator; ///< null while its module is not loaded
+    RefPtr<VManagedObject> Creator; ///< null while its module is not loaded
     string ModuleName; ///< path; empty if no module was being loaded when the object was inserted
 };
 

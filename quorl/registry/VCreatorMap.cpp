@@ -1,10 +1,14 @@
 #include <quorl/registry/VCreatorMap.h>
 
+#include <quorl/foundation/CastCache.h> // counts what has left
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
+#include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 namespace Tolmen
 {
@@ -16,6 +20,64 @@ namespace Quorl
 
 VCreatorMap::VCreatorMap() = default;
 VCreatorMap::~VCreatorMap() = default;
+
+VCreatorMap::Entry* VCreatorMap::lookUp(const string& name) const
+{
+    Entry* entry = index_.find(name);
+    if (entry || index_.size() == size()) return entry;
+    // Somebody has entered names unseen.
+    auto& table = const_cast<VCreatorMap&>(*this); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    const auto found = table.find(name);
+    if (found == table.end()) return nullptr;
+    entry = &*found;
+    index_.insert(*entry);
+    return entry;
+}
+
+VCreatorMap::Entry* VCreatorMap::lookUp(const Line& line) const
+{
+    if (!line.entry_) line.entry_ = lookUp(static_cast<const string&>(line));
+    return line.entry_;
+}
+
+VCreatorMap::Entry& VCreatorMap::entered(const string& name)
+{
+    if (Entry* const known = lookUp(name)) return *known;
+    Entry& made = *try_emplace(name).first;
+    index_.insert(made);
+    return made;
+}
+
+void VCreatorMap::forget(const Entry& entry)
+{
+    index_.erase(entry);
+    const std::string_view name = entry.first;
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    for (auto known = linesByName_.lower_bound(std::pair(name, kLowest));
+         known != linesByName_.end() && known->first.first == name; ++known)
+        known->second->second.entry_ = nullptr;
+}
+
+void VCreatorMap::erase(const_iterator entry)
+{
+    forget(*entry);
+    NameTable::erase(entry);
+}
+
+VCreatorMap::size_type VCreatorMap::erase(const string& name)
+{
+    const auto entry = find(name);
+    if (entry == end()) return 0;
+    erase(entry);
+    return 1;
+}
+
+void VCreatorMap::clear()
+{
+    index_.clear();
+    for (const auto& [priority, line] : priorities_) line.entry_ = nullptr;
+    NameTable::clear();
+}
 
 bool VCreatorMap::remove(const string& name)
 {
@@ -36,25 +98,26 @@ bool VCreatorMap::remove(const string& name)
 
 void VCreatorMap::addPriority(int priority, const string& name)
 {
-    const auto line = priorities_.emplace(priority, name);
-    linesByName_.emplace(std::pair(name, priority), line);
+    const Priorities::const_iterator line = priorities_.emplace(priority, Line(name));
+    linesByName_.emplace(std::pair(std::string_view(line->second), priority), line);
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
 void VCreatorMap::removePriority(const string& name)
 {
     constexpr int kLowest = std::numeric_limits<int>::min();
-    const auto first = linesByName_.lower_bound(std::pair(name, kLowest));
+    const auto first = linesByName_.lower_bound(std::pair(std::string_view(name), kLowest));
     if (first == linesByName_.end() || first->first.first != name) return;
-    for (PriorityWalk* const walk : walks_) walk->leave(first->second);
-    priorities_.erase(first->second);
+    const Priorities::const_iterator line = first->second;
+    for (PriorityWalk* const walk : walks_) walk->leave(line);
     linesByName_.erase(first);
+    priorities_.erase(line);
 }
 
-RefPtr<VManagedObjectBase> VCreatorMap::liveCreator(const string& name) const
+RefPtr<VManagedObject> VCreatorMap::liveCreator(const string& name) const
 {
-    const auto entry = find(name);
-    if (entry == end() || !entry->second || !entry->second->getCreator()) return {};
+    const Entry* const entry = lookUp(name);
+    if (!entry || !entry->second || !entry->second->getCreator()) return {};
     return entry->second->getCreator();
 }
 
@@ -84,10 +147,33 @@ VCreatorMapTypes& VCreatorTypes()
     return all.domains;
 }
 
+namespace
+{
+
+/// The domain that this thread asked for last. Names of types may be those of others once a module
+/// has left.
+struct LastDomain
+{
+    const std::type_info* type;
+    std::uint32_t unloadCount;
+    const RefPtr<VCreatorMap>* domain;
+};
+
+#if defined(__GNUC__)
+[[gnu::tls_model("initial-exec")]] // a few bytes, so that a library loaded late has them as well
+#endif
+constinit thread_local LastDomain theLast{nullptr, 0, nullptr};
+
+} // namespace
+
 VCreatorMap* VCreators(const std::type_info& type)
 {
+    const std::uint32_t unloadCount = Tolmen::theUnloadCount.load(std::memory_order_relaxed);
+    const bool isKnown = theLast.type == &type && theLast.unloadCount == unloadCount;
+    if (isKnown && *theLast.domain) return theLast.domain->rawptr();
     RefPtr<VCreatorMap>& domain = VCreatorTypes()[type];
     if (!domain) domain = new VCreatorMap;
+    theLast = {&type, unloadCount, &domain};
     return domain.rawptr();
 }
 

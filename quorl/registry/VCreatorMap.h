@@ -3,12 +3,14 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/Counter.h>
+#include <quorl/foundation/NameIndex.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/TypeInfo.h>
 
 #include <functional>
 #include <list>
 #include <map>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
@@ -28,14 +30,51 @@ class PriorityWalk;
 /// Each name in the priority index has an entry in the name table, but not the other way round: a
 /// cached entry is in no priority until its object is inserted.
 ///
+/// The name table is a plain map, in which anybody may look and enter. Beside it stands an index by
+/// which names are found in a constant time: it learns of entries as they are looked for, so they
+/// must be erased by the operations of this class.
+///
 /// The counter tells the walks under way; nothing reads it. Threads: no lock.
 class QUORL_API VCreatorMap : public std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>,
                               public Tolmen::ReferenceBase<VCreatorMap>,
                               public Tolmen::Counter
 {
+    using NameTable = std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>;
+
 public:
+    using Entry = NameTable::value_type;
+
+    /// What stands in the priority index: a name.
+    class Line : public string
+    {
+    public:
+        explicit Line(const string& name) : string(name) {}
+
+    private:
+        friend class VCreatorMap;
+
+        mutable Entry* entry_ = nullptr; // null until it was looked for, and if there is none
+    };
+    using Priorities = std::multimap<int, Line>;
+
     VCreatorMap();
+    VCreatorMap(const VCreatorMap&) = delete;
+    VCreatorMap& operator=(const VCreatorMap&) = delete;
     ~VCreatorMap() override;
+
+    Entry* lookUp(const string& name) const; ///< null if there is none
+    Entry* lookUp(const Line& line) const;   ///< the same for the name of a line of this domain
+    Entry& entered(const string& name);      ///< made if there is none
+
+    void erase(const_iterator entry);
+    size_type erase(const string& name);
+    void clear();
+    template <class... Any>
+    void extract(Any&&...) = delete;
+    template <class Other>
+    void merge(Other&&) = delete;
+    template <class Other>
+    void swap(Other&) = delete;
 
     /// Erases an entry and its first line in the priority index, and drops the object.
     /// \return whether there was one, which is said on standard output if there was none.
@@ -50,20 +89,22 @@ public:
     void removePriority(const string& name);
 
     /// The object of that name; null if there is none that is alive.
-    RefPtr<VManagedObjectBase> liveCreator(const string& name) const;
+    RefPtr<VManagedObject> liveCreator(const string& name) const;
 
     /// The priority index; equal ones in the order of insertion.
-    const std::multimap<int, string>& priorities() const { return priorities_; }
+    const Priorities& priorities() const { return priorities_; }
 
 private:
     friend class PriorityWalk;
-    using Line = std::multimap<int, string>::const_iterator;
 
-    std::multimap<int, string> priorities_;
+    void forget(const Entry& entry);
+
+    mutable Tolmen::NameIndex<Entry> index_;
+    Priorities priorities_;
 
     // The lines of each name in the order in which they stand in the index, so that the first is
-    // found without a walk.
-    std::multimap<std::pair<string, int>, Line> linesByName_;
+    // found without a walk. Names are those of the lines.
+    std::multimap<std::pair<std::string_view, int>, Priorities::const_iterator> linesByName_;
 
     std::list<PriorityWalk*> walks_; // under way; not owned
 };

@@ -71,7 +71,7 @@ void VManagedObject::insert(const string& wantedName, int givenPriority)
         return;
     }
     setName(candidate);
-    RefPtr<VCreatorBaseInfo>& info = (*domainMap)[candidate];
+    RefPtr<VCreatorBaseInfo>& info = domainMap->entered(candidate).second;
     if (!info)
     {
         info = new VCreatorBaseInfo;
@@ -103,8 +103,8 @@ void VManagedObject::setPriority(int newPriority)
 string VManagedObject::getLoadModule() const
 {
     const VCreatorMap* const domain = Vmap();
-    const auto entry = domain->find(name);
-    if (entry == domain->end()) return "(creator not found)";
+    const VCreatorMap::Entry* const entry = domain->lookUp(name);
+    if (!entry) return "(creator not found)";
     if (!entry->second) return "(missing creator info)";
     return entry->second->ModuleName;
 }
@@ -138,16 +138,15 @@ int VManagedObject::count()
 RefPtr<VManagedObject> VManagedObject::find(const std::type_info& domain, const string& wantedName)
 {
     const VCreatorMap* const map = VCreators(domain);
-    const auto entry = map->find(wantedName);
-    if (entry == map->end() || !entry->second) return {};
-    const RefPtr<VCreatorBaseInfo> info = entry->second; // loading may change the table
-    if (info->getCreator()) return info->getCreator();
+    const VCreatorMap::Entry* const entry = map->lookUp(wantedName);
+    if (!entry || !entry->second) return {};
+    if (const RefPtr<VManagedObject>& found = entry->second->getCreator()) return found;
 
-    const string module = info->ModuleName;
+    const string module = entry->second->ModuleName; // loading may change the table
     std::printf("VCreatorBaseInfo: No Creator, need to load [%s]\n", module.c_str());
     if (!LoadVModule(module))
         std::printf("VCreatorBaseInfo: ERROR: Could not load [%s]!!\n", module.c_str());
-    const RefPtr<VManagedObjectBase> loaded = map->liveCreator(wantedName);
+    const RefPtr<VManagedObject> loaded = map->liveCreator(wantedName);
     if (!loaded)
         std::printf("VCreatorBaseInfo: Merde, module [%s] could not provide requested Creator. "
                     "This is not good. Really not good.\n",

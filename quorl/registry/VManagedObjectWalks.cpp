@@ -15,10 +15,10 @@ namespace
 /// An object that nobody owns stands in the registry against its rules. Said, and then passed over.
 void reportUnowned(const VCreatorBaseInfo& info, const string& name)
 {
-    const RefPtr<VManagedObjectBase>& creator = info.getCreator();
+    const RefPtr<VManagedObject>& creator = info.getCreator();
     if (!creator.referer->isUnowned()) return;
     std::printf("VManagedObject::traverse(): %s [%s]\n", name.c_str(), info.ModuleName.c_str());
-    creator.Speak("VInfo->getCreator()", "");
+    static_cast<const VManagedObjectBase&>(*creator).self.Speak("VInfo->getCreator()", "");
     std::fflush(stdout);
 }
 
@@ -27,15 +27,16 @@ template <class Show>
 int walkPriorities(VCreatorMap& domain, int from, int to, Show&& show)
 {
     int count = 0;
+    string name; // a copy: visitors may erase the entry
     for (PriorityWalk walk(domain, from); !walk.isAtEnd() && walk.priority() < to; walk.goOn())
     {
-        const auto entry = domain.find(walk.name());
-        if (entry == domain.end() || !entry->second || !entry->second->getCreator()) continue;
+        const VCreatorMap::Entry* const entry = domain.lookUp(walk.line());
+        if (!entry || !entry->second) continue;
+        if (!entry->second->getCreator()) continue;
         reportUnowned(*entry->second, entry->first);
-        const int priority = walk.priority();
-        const string name = entry->first;
+        name = walk.line();
         const RefPtr<VManagedObject> object = entry->second->getCreator();
-        if (!show(priority, object, name)) break;
+        if (!show(walk.priority(), object, name)) break;
         ++count;
     }
     return count;
@@ -104,7 +105,7 @@ void VManagedObject::UnloadVModule(const string& module, VRemoveItem& remover)
     walkEntries([&](VCreatorBaseInfo& info, const string& /*name*/) {
         if (info.ModuleName != module) return WalkAnswer::PassOver;
         remover.removeItem(info.ModuleName, info.getCreator());
-        info.Creator = RefPtr<VManagedObjectBase>();
+        info.Creator = RefPtr<VManagedObject>();
         return WalkAnswer::Count;
     });
 }

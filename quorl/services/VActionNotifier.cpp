@@ -182,6 +182,11 @@ void VActionNotifier::ChangeParameter(const WeakPtr<VParameter>& parameter,
     tellAll([&](VActionNotifier& to) { to.changeParameter(parameter, context, value, member); });
 }
 
+bool VActionNotifier::hasSubscribers()
+{
+    return ActionNotifierListIsAvailable && !theNotifiers().empty();
+}
+
 unsigned long VActionNotifier::getNewProgressID()
 {
     static std::uint32_t CurrentProgressID = 1;

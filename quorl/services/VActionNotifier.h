@@ -94,6 +94,9 @@ public:
                                 const RefPtr<ValuePool>& context, const WeakPtr<VValueBase>& value,
                                 const string& member);
 
+    /// Whether there is anybody to be told; those that have ended since count.
+    static bool hasSubscribers();
+
     static unsigned long getNewProgressID(); ///< 1, 2, ...
 };
 

@@ -1,16 +1,27 @@
 #include <quorl/services/VScriptable.h>
 
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptFunctor.h>
+
+#include <utility>
 
 namespace Quorl
 {
 
 VScriptable::iterator::~iterator() = default;
 
-VScriptable::VScriptable() : functors_(new Table) {}
+VScriptable::VScriptable() = default;
 VScriptable::VScriptable(const VScriptable& /*other*/) : VScriptable() {}
 VScriptable::~VScriptable() = default;
+
+VScriptable::Table& VScriptable::functors() const
+{
+    if (!functors_) functors_ = std::make_unique<Table>();
+    if (auto* const insert = std::exchange(insertFirst_, nullptr))
+        insert(const_cast<VScriptable&>(*this)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    return *functors_;
+}
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned
 VScriptable& VScriptable::operator=(const VScriptable& /*other*/)
@@ -21,28 +32,27 @@ VScriptable& VScriptable::operator=(const VScriptable& /*other*/)
 RefPtr<VScriptFunctor> VScriptable::insertFunctor(const string& name,
                                                   const RefPtr<VScriptFunctor>& functor)
 {
-    return (*functors_)[name] = functor;
+    return functors()[name] = functor;
 }
 
 void VScriptable::removeFunctor(const string& name)
 {
-    functors_->erase(name);
+    functors().erase(name);
 }
 
 RefPtr<VScriptFunctor> VScriptable::findFunctor(const string& name) const
 {
-    const auto entry = functors_->find(name);
-    return entry == functors_->end() ? RefPtr<VScriptFunctor>() : entry->second;
+    return Tolmen::findOrNull(functors(), name);
 }
 
 unsigned long long VScriptable::nFunctors() const
 {
-    return functors_->size();
+    return functors().size();
 }
 
 bool VScriptable::iterate(iterator& visitor)
 {
-    return Tolmen::walkSteadily(*functors_,
+    return Tolmen::walkSteadily(functors(),
                                 [&](const string& name, const RefPtr<VScriptFunctor>& functor) {
                                     return visitor.apply(name, functor);
                                 });

@@ -39,10 +39,18 @@ public:
     /// Visits the functors in the order of names. \return whether the walk reached the end.
     bool iterate(iterator& visitor);
 
+protected:
+    /// Has `insert` put in what is there from the start, before anybody looks: scripts ask few
+    /// objects. To be called once, ahead of all else.
+    void insertAtFirstUse(void (*insert)(VScriptable& scriptable)) { insertFirst_ = insert; }
+
 private:
     using Table = std::map<string, RefPtr<VScriptFunctor>>;
 
-    const std::unique_ptr<Table> functors_;
+    Table& functors() const;
+
+    mutable std::unique_ptr<Table> functors_; // null until it is used
+    mutable void (*insertFirst_)(VScriptable&) = nullptr;
 };
 
 } // namespace Quorl

@@ -21,10 +21,10 @@ namespace Quorl
 namespace
 {
 
-/// Keeps a parameter until its observers have been told: one of them may drop it.
-RefPtr<VParameter> kept(const VParameter& parameter)
+/// Keeps a parameter until all who follow it have been told: one of them may drop it.
+RefPtr<ValueNotifierList> kept(const VParameter& parameter)
 {
-    return Tolmen::heldIfOwned(WeakPtr<VParameter>(&parameter));
+    return Tolmen::heldIfOwned(parameter.self);
 }
 
 } // namespace
@@ -91,7 +91,7 @@ void VParameter::Globalize(const RefPtr<ValuePool>& pool)
     local = false;
     // Deliberate: being global already, this is the default value, and no pool's.
     const RefPtr<VValueBase> value = pool ? getValue(pool, "") : RefPtr<VValueBase>();
-    const RefPtr<VParameter> held = kept(*this); // a variable that ends may drop it, too
+    const RefPtr<ValueNotifierList> held = kept(*this); // a variable that ends may drop it, too
     removeAllShadows();
     if (value) setGlobalValue(value, "");
     notify(defaultValue, WeakPtr<ValuePool>(), WeakPtr<ValueNotifier>(), nullptr, properties.get());
@@ -101,7 +101,7 @@ RefPtr<VValueBase> VParameter::getLocalValue(const RefPtr<ValuePool>& pool, cons
                                              bool create) const
 {
     if (!pool) return {};
-    RefPtr<VValueBase> variable = pool->findVariable(WeakPtr<ValueNotifierList>(this));
+    RefPtr<VValueBase> variable = pool->findVariable(self);
     if (!variable)
     {
         if (!create) return {};
@@ -141,7 +141,10 @@ const Ageable& VParameter::age(const RefPtr<ValuePool>& pool) const
 
 void VParameter::touchValue(const RefPtr<ValuePool>& pool) const
 {
-    if (const RefPtr<VValueBase> value = editedValue(pool, "", false)) value->age().touch();
+    if (local)
+        if (const RefPtr<VValueBase> value = getLocalValue(pool, "", false))
+            return value->age().touch();
+    if (defaultValue) defaultValue->age().touch();
 }
 
 bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& pool,
@@ -156,7 +159,7 @@ bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& p
         return false;
     }
     if (!value->setValueFromText(text)) return false;
-    const RefPtr<VParameter> held = kept(*this);
+    const auto held = hasNotifiers() ? kept(*this) : RefPtr<ValueNotifierList>();
     notify(value, pool, skip, caller, changes);
     touchValue(pool);
     return true;
@@ -166,7 +169,9 @@ void VParameter::notifyValueChange(const RefPtr<VValueBase>& value, const RefPtr
                                    const string& member, const WeakPtr<ValueNotifier>& skip,
                                    const ValueNotifierList* caller, const ValueMap* changes) const
 {
-    const RefPtr<VParameter> held = kept(*this);
+    // What nobody hears needs no preparations; they cost more than all the rest.
+    if (!hasNotifiers() && !VActionNotifier::hasSubscribers()) return touchValue(pool);
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(value, pool, skip, caller, changes);
     NotifyActionChangeParameter(WeakPtr<ValueNotifierList>(this),
                                 local ? pool : RefPtr<ValuePool>(), value, member);
@@ -190,7 +195,7 @@ void VParameter::notifyOfProperties(const WeakPtr<ValueNotifier>& skip,
                                     const ValueNotifierList* caller,
                                     const WeakPtr<ValuePool>& pool) const
 {
-    const RefPtr<VParameter> held = kept(*this);
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, pool, skip, caller, properties.get());
 }
 

@@ -4,6 +4,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watched.h>
 #include <quorl/values/ValueNotifierList.h>
@@ -161,9 +162,10 @@ public:
     std::unique_ptr<ValueMap> properties; ///< null until the first is set
     Tolmen::Watched<WeakPtr<VSlotContainer>> source; ///< the object that provides it
     Tolmen::Watched<bool> local = false;
-    std::list<RefPtr<ValueActionBase>> actions; ///< keeps them alive; the observers' list does not
-    std::multimap<WeakPtr<VManagedObject>, string> users;
-    std::list<RefPtr<VParameterConnectionConstraint>> constraints;
+    Tolmen::Rare<std::list<RefPtr<ValueActionBase>>>
+        actions; ///< keeps them alive; the observers' list does not
+    Tolmen::Rare<std::multimap<WeakPtr<VManagedObject>, string>> users;
+    Tolmen::Rare<std::list<RefPtr<VParameterConnectionConstraint>>> constraints;
     int Reserved = 0; ///< for modules
 
 private:

@@ -4,6 +4,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watched.h>
 
@@ -90,9 +91,10 @@ public:
     bool Unbound : 1 = false;                 ///< made without a container
     bool Spare : 1 = false;
     Tolmen::Watched<std::int32_t> InputClass = 0;
-    string Text1;                              ///< for modules
-    string Text2;                              ///< for modules
-    std::set<RefPtr<ValueNotifier>> Notifiers; ///< bound to the slot, released with it
+    string Text1; ///< for modules
+    string Text2; ///< for modules
+    Tolmen::Rare<std::set<RefPtr<ValueNotifier>>>
+        Notifiers; ///< bound to the slot, released with it
 };
 
 } // namespace Quorl

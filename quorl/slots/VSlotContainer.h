@@ -4,6 +4,7 @@
 #include <quorl/Forward.h>
 #include <quorl/foundation/Ageable.h>
 #include <quorl/foundation/Intercube.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/StringList.h>
 #include <quorl/objects/VConnectionValidatorList.h> // a container is a list of validators
@@ -253,8 +254,9 @@ public:
 
     const std::unique_ptr<VSlotTables> Slots; ///< never null
     Ageable LocalAge;
-    std::set<SetupFunction, std::less<SetupFunction>> SetupFunctions;
-    std::set<Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>> SetupFunctors; ///< the dead stay
+    Tolmen::Rare<std::set<SetupFunction, std::less<SetupFunction>>> SetupFunctions;
+    Tolmen::Rare<std::set<Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>>>
+        SetupFunctors; ///< the dead stay
 
 private:
     RefPtr<VSlot> registerOutputSlot(const RefPtr<VParameter>& parameter, const string& name,

@@ -1,5 +1,6 @@
 #include <quorl/values/ValueMap.h>
 
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/values/VValueBase.h>
 
 namespace Quorl
@@ -12,12 +13,13 @@ bool ValueMap::iterator::apply(const string& /*name*/, const RefPtr<VValueBase>&
 
 ValueMap::iterator::~iterator() = default;
 
-ValueMap::ValueMap() : entries_(new Entries) {}
+ValueMap::ValueMap() = default;
 
 ValueMap::ValueMap(const ValueMap& source) : ValueMap()
 {
+    if (!source.entries_) return;
     for (const auto& [name, value] : *source.entries_)
-        if (value) (*entries_)[name] = value->copy();
+        if (value) entries()[name] = value->copy();
 }
 
 ValueMap& ValueMap::operator=(const ValueMap& source)
@@ -30,24 +32,30 @@ ValueMap& ValueMap::operator=(const ValueMap& source)
 
 ValueMap::~ValueMap() = default;
 
+ValueMap::Entries& ValueMap::entries()
+{
+    if (!entries_) entries_ = std::make_unique<Entries>();
+    return *entries_;
+}
+
 RefPtr<VValueBase> ValueMap::getValue(const string& name) const
 {
-    const auto entry = entries_->find(name);
-    return entry == entries_->end() ? RefPtr<VValueBase>() : entry->second;
+    return entries_ ? Tolmen::findOrNull(*entries_, name) : RefPtr<VValueBase>();
 }
 
 void ValueMap::setValue(const string& name, const RefPtr<VValueBase>& value)
 {
-    (*entries_)[name] = value;
+    entries()[name] = value;
 }
 
 unsigned long long ValueMap::nComponents() const
 {
-    return entries_->size();
+    return entries_ ? entries_->size() : 0;
 }
 
 int ValueMap::iterate(iterator& visitor) const
 {
+    if (!entries_) return 0;
     int count = 0;
     for (const auto& [name, value] : *entries_)
     {
@@ -59,14 +67,14 @@ int ValueMap::iterate(iterator& visitor) const
 
 bool ValueMap::copyComponents(const ValueMap& source, const WeakPtr<VValueBase>& container)
 {
-    entries_ =
-        std::make_unique<Entries>(); // first: nothing is left of a map that is its own source
+    entries_ = nullptr; // first: nothing is left of a map that is its own source
     if (!container) return false;
+    if (!source.entries_) return true;
     for (const auto& [name, value] : *source.entries_)
     {
         if (!value) continue;
         const RefPtr<VValueBase> copied = value->copy();
-        if (copied && copied->setContainerValue(container)) (*entries_)[name] = copied;
+        if (copied && copied->setContainerValue(container)) entries()[name] = copied;
     }
     return true;
 }

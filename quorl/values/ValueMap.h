@@ -46,7 +46,9 @@ public:
 private:
     using Entries = std::map<string, RefPtr<VValueBase>>;
 
-    std::unique_ptr<Entries> entries_; // never null
+    Entries& entries(); // made if they are missing
+
+    std::unique_ptr<Entries> entries_; // null until the first is set, as in most values
 };
 
 } // namespace Quorl

@@ -6,8 +6,9 @@
 #include <quorl/values/ValueNotifier.h>
 #include <quorl/values/ValuePool.h>
 
-#include <list>
+#include <cstddef>
 #include <set>
+#include <vector>
 
 namespace Tolmen
 {
@@ -19,7 +20,8 @@ namespace Quorl
 
 struct ValueNotifierList::Record
 {
-    std::list<WeakPtr<ValueNotifier>> notifiers;
+    // Grows in the midst of walks, which therefore count, and keep no reference into it.
+    std::vector<WeakPtr<ValueNotifier>> notifiers;
     std::set<WeakPtr<ValuePool>> shadows;
     RefPtr<VUndoStack> undoStack;
 };
@@ -27,8 +29,14 @@ struct ValueNotifierList::Record
 ValueShadowIterator::~ValueShadowIterator() = default;
 NotifiedValueIterator::~NotifiedValueIterator() = default;
 
-ValueNotifierList::ValueNotifierList() : record_(new Record) {}
+ValueNotifierList::ValueNotifierList() = default;
 ValueNotifierList::~ValueNotifierList() = default;
+
+ValueNotifierList::Record& ValueNotifierList::ensuredRecord() const
+{
+    if (!record_) record_ = std::make_shared<Record>();
+    return *record_;
+}
 
 void ValueNotifierList::touch() const {}
 
@@ -41,37 +49,46 @@ const RefPtr<VValueBase>& ValueNotifierList::DefaultValue() const
 bool ValueNotifierList::addNotifier(const WeakPtr<ValueNotifier>& notifier) const
 {
     if (!notifier) return false;
-    record_->notifiers.push_back(notifier);
+    ensuredRecord().notifiers.push_back(notifier);
     return true;
 }
 
 bool ValueNotifierList::contains(const WeakPtr<ValueNotifier>& notifier) const
 {
-    if (!notifier) return false;
+    if (!notifier || !record_) return false;
     for (const WeakPtr<ValueNotifier>& entry : record_->notifiers)
         if (entry == notifier) return true;
     return false;
+}
+
+bool ValueNotifierList::hasNotifiers() const
+{
+    return record_ && !record_->notifiers.empty();
 }
 
 void ValueNotifierList::notify(const RefPtr<VValueBase>& value, const WeakPtr<ValuePool>& pool,
                                const WeakPtr<ValueNotifier>& skip, const ValueNotifierList* caller,
                                const ValueMap* changes) const
 {
-    if (caller == this) return;
+    if (caller == this || !hasNotifiers()) return;
     const ValueNotifierList* const sender = caller ? caller : this;
     const std::shared_ptr<Record> record = record_; // an observer may end this list
-    for (const WeakPtr<ValueNotifier>& entry : record->notifiers)
+    for (std::size_t next = 0; next < record->notifiers.size(); ++next)
+    {
+        const WeakPtr<ValueNotifier>& entry = record->notifiers[next];
         if (entry && !(entry == skip)) entry->valueChanged(value, pool, sender, changes);
+    }
 }
 
 bool ValueNotifierList::addShadow(const WeakPtr<ValuePool>& pool) const
 {
-    record_->shadows.insert(pool);
+    ensuredRecord().shadows.insert(pool);
     return true;
 }
 
 bool ValueNotifierList::removeAllShadows()
 {
+    if (!record_) return true;
     const WeakPtr<ValueNotifierList> key(this);
     const std::shared_ptr<Record> record = record_; // a value that ends may end this list
     for (const WeakPtr<ValuePool>& pool : record->shadows)
@@ -81,8 +98,9 @@ bool ValueNotifierList::removeAllShadows()
 
 int ValueNotifierList::copyShadows(const WeakPtr<ValueNotifierList>& source)
 {
-    if (!source) return 0;
+    if (!source || !source->record_) return 0;
     const WeakPtr<ValueNotifierList> key(this);
+    ensuredRecord();
     // A value that is replaced may end either list.
     const std::shared_ptr<Record> record = record_;
     const std::shared_ptr<Record> original = source->record_;
@@ -103,6 +121,7 @@ int ValueNotifierList::copyShadows(const WeakPtr<ValueNotifierList>& source)
 
 int ValueNotifierList::iterateShadows(ValueShadowIterator& visitor) const
 {
+    if (!record_) return 0;
     const WeakPtr<ValueNotifierList> key(this);
     const std::shared_ptr<Record> record = record_; // a visitor may end this list
     int count = 0;
@@ -122,9 +141,9 @@ int ValueNotifierList::iterateValues(NotifiedValueIterator& visitor) const
 {
     const std::shared_ptr<Record> record = record_; // a visitor may end this list
     int count = 0;
-    for (const WeakPtr<ValueNotifier>& entry : record->notifiers)
+    for (std::size_t next = 0; record && next < record->notifiers.size(); ++next)
     {
-        const RefPtr<ValueNotifier> notifier = entry;
+        const RefPtr<ValueNotifier> notifier = record->notifiers[next];
         if (!notifier) continue;
         if (!visitor.apply(notifier)) break;
         ++count;
@@ -134,13 +153,13 @@ int ValueNotifierList::iterateValues(NotifiedValueIterator& visitor) const
 
 bool ValueNotifierList::undo()
 {
-    const RefPtr<VUndoStack> stack = record_->undoStack;
+    const RefPtr<VUndoStack> stack = record_ ? record_->undoStack : RefPtr<VUndoStack>();
     return stack && stack->undo();
 }
 
 void ValueNotifierList::AddUndoAction(const RefPtr<VUndoAction>& action, int size)
 {
-    RefPtr<VUndoStack>& stack = record_->undoStack;
+    RefPtr<VUndoStack>& stack = ensuredRecord().undoStack;
     if (!stack) stack = new VUndoStack;
     stack->AddAction(action);
     if (size > 0) stack->setSize(size);
@@ -148,7 +167,7 @@ void ValueNotifierList::AddUndoAction(const RefPtr<VUndoAction>& action, int siz
 
 RefPtr<VUndoStack>& ValueNotifierList::UndoStack() const
 {
-    return record_->undoStack;
+    return ensuredRecord().undoStack;
 }
 
 } // namespace Quorl

@@ -48,6 +48,7 @@ public:
     /// \return false, and nothing is added, if the handle is not alive.
     bool addNotifier(const WeakPtr<ValueNotifier>& notifier) const;
     bool contains(const WeakPtr<ValueNotifier>& notifier) const; ///< false for a dead handle
+    bool hasNotifiers() const;                                   ///< dead ones count
 
     /// Tells the live observers of a change, the oldest first, one after the other. One that is
     /// added meanwhile stands at the end and is told as well.
@@ -88,8 +89,10 @@ public:
 private:
     struct Record;
 
-    const std::shared_ptr<Record>
-        record_; // shared with walks, which an observer's deeds may outlive
+    Record& ensuredRecord() const; // made if it is missing
+
+    // Shared with walks, which an observer's deeds may outlive; null while it would be empty.
+    mutable std::shared_ptr<Record> record_;
 };
 
 } // namespace Quorl

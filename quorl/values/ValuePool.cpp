@@ -10,6 +10,7 @@
 #include <quorl/values/ValueNotifierList.h>
 #include <quorl/values/ValuePoolCreator.h>
 
+#include <functional>
 #include <map>
 #include <utility>
 
@@ -24,7 +25,8 @@ namespace Quorl
 namespace
 {
 
-using Variables = std::map<WeakPtr<ValueNotifierList>, RefPtr<VValueBase>>;
+// Compares handles of any kind, so that none is made to look something up.
+using Variables = std::map<WeakPtr<ValueNotifierList>, RefPtr<VValueBase>, std::less<>>;
 
 } // namespace
 
@@ -95,6 +97,13 @@ int ValuePool::iterate(iterator& visitor)
 }
 
 RefPtr<VValueBase> ValuePool::findVariable(const WeakPtr<ValueNotifierList>& key) const
+{
+    const Tolmen::DynPtr<ValueNotifierList, ValueNotifierList>& found = key;
+    return findVariable(found);
+}
+
+RefPtr<VValueBase>
+ValuePool::findVariable(const Tolmen::DynPtr<ValueNotifierList, ValueNotifierList>& key) const
 {
     return data_ ? Tolmen::findOrNull(data_->variables, key) : RefPtr<VValueBase>();
 }

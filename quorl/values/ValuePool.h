@@ -56,6 +56,8 @@ public:
 
     /// The variable of a parameter, null if there is none.
     RefPtr<VValueBase> findVariable(const WeakPtr<ValueNotifierList>& key) const;
+    RefPtr<VValueBase>
+    findVariable(const Tolmen::DynPtr<ValueNotifierList, ValueNotifierList>& key) const;
 
     /// Puts a value in the place of an earlier one, which is dropped.
     void createVariable(const WeakPtr<ValueNotifierList>& key, const RefPtr<VValueBase>& value);

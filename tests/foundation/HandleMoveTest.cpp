@@ -120,6 +120,30 @@ TEST(HandleMove, IsClearedByWhatItEnds)
     EXPECT_EQ(Tolmen::RefererObjects, before);
 }
 
+TEST(HandleMove, IntoAHandleOfAnotherTypeTakesTheSharesOver)
+{
+    RefPtr<Left> source(new Left);
+    const WeakPtr<Root> observer(source);
+    RefPtr<Root> root(std::move(source));
+    EXPECT_EQ(source.referer, nullptr);
+    EXPECT_EQ(counts(observer), (Counts{1, 3}));
+    const RefPtr<Left> left(std::move(root));
+    EXPECT_EQ(left->number, 1);
+    EXPECT_EQ(counts(observer), (Counts{1, 3}));
+}
+
+TEST(HandleMove, IntoAHandleThatDoesNotFitKeepsTheObject)
+{
+    RefPtr<Root> source(new Left);
+    const WeakPtr<Root> observer(source);
+    {
+        const RefPtr<Right> other(std::move(source));
+        EXPECT_TRUE(!other);
+        EXPECT_EQ(counts(observer), (Counts{1, 3}));
+    }
+    EXPECT_TRUE(!observer);
+}
+
 TEST(HandleMove, OfADeadHandleKeepsTheBlock)
 {
     RefPtr<Root> dead(new Root);

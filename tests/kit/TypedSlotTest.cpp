@@ -113,6 +113,15 @@ TEST_F(TypedSlots, WithoutAPoolTheDefaultIsWritten)
     EXPECT_EQ(object->out.read(pool), 9) << "of which a context's value is a copy";
 }
 
+TEST_F(TypedSlots, AnInputCanBeSetInAContext)
+{
+    object->in.set(pool, 7);
+
+    EXPECT_TRUE(ask(pool));
+    EXPECT_EQ(object->out.read(pool), 14);
+    EXPECT_EQ(object->in.read(makePool()), 5);
+}
+
 TEST_F(TypedSlots, AnInputOfAnotherTypeFailsTheUpdateWithAClearText)
 {
     object->in.slot()->assignParameter(QuorlTest::makeParameter("real", 1.5), "");

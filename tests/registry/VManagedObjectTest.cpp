@@ -177,6 +177,38 @@ TEST(VManagedObject, TakesTheNameOfOneThatEndedDirectly)
     EXPECT_EQ(traverse<Tag>(), (Names{"a0", "a0"})) << "the index has two lines of the name now";
 }
 
+TEST(VCreatorMap, LooksUpWhatComesToItsTableAndLeavesIt)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    VCreatorMap& map = *VCreators(domain.type());
+    domain.add("a");
+    domain.addCached("b", "some.module");
+
+    EXPECT_EQ(map.lookUp("b"), &*map.find("b"));
+    EXPECT_EQ(map.erase("b"), 1U);
+    EXPECT_EQ(map.erase("b"), 0U);
+    EXPECT_EQ(map.lookUp("b"), nullptr);
+    EXPECT_EQ(map.lookUp("a"), &*map.find("a"));
+    map.clear();
+    EXPECT_EQ(map.lookUp("a"), nullptr);
+}
+
+TEST(VCreatorMap, FindsTheEntriesOfItsLinesAnew)
+{
+    struct Tag;
+    Domain<Tag> domain;
+    domain.add("a");
+    EXPECT_EQ(traverse<Tag>(), Names{"a0"});
+    VCreators(domain.type())->clear();
+    EXPECT_EQ(traverse<Tag>(), Names{}) << "a line without an entry is passed over";
+    domain.add("a", 1);
+
+    EXPECT_EQ(traverse<Tag>(), (Names{"a0", "a1"}));
+    domain.find("a")->remove();
+    EXPECT_EQ(traverse<Tag>(), Names{});
+}
+
 TEST(VCreatorMap, FindsOneOfALakhOfObjects)
 {
     struct Tag;

@@ -326,6 +326,15 @@ TEST(VScriptable, EachObjectTellsTheNumberOfItsBasicParameters)
     EXPECT_EQ(textOf(answer->get(typeid(int))), "2") << "up to level 0";
 }
 
+TEST(VScriptable, AFunctorOfAnObjectCanBeTakenAwayBeforeAnybodyAsked)
+{
+    QuorlTest::Network network;
+    auto object = network.node("scripted");
+    object->removeFunctor("getNumberOfParameters");
+
+    EXPECT_EQ(object->nFunctors(), 0U);
+}
+
 TEST(VScriptable, AFunctorOutlivesItsObject)
 {
     auto* const object = new VObject("short-lived", 0, {});
