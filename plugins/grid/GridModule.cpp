@@ -4,7 +4,7 @@
 #include <quorl/kit/VCreator.h>
 
 /// Grids of heights, and the fields that are made of them. A further kind of object is a class in
-/// Objects.h, and a line here.
+/// GridObjects.h, and a line here.
 namespace Maps
 {
 namespace
@@ -31,6 +31,24 @@ VCreator<Hillshader> hillshade("Grid/Hillshade",
 VCreator<ContourTracer> contours("Grid/Contours", {.accepts = {typeid(Field)},
                                                    .provides = {typeid(ContourSet)},
                                                    .summary = "Finds lines of equal height"});
+
+VCreator<FieldCombiner> arithmetic("Grid/Arithmetic",
+                                   {.accepts = {typeid(Field)},
+                                    .provides = {typeid(Field)},
+                                    .summary = "Adds, subtracts or multiplies two fields"});
+
+VCreator<FieldScaler> scaling("Grid/Scaling", {.accepts = {typeid(Field)},
+                                               .provides = {typeid(Field)},
+                                               .summary = "Multiplies by a number, adds another"});
+
+VCreator<FieldStatistics> numbers("Grid/Statistics",
+                                  {.accepts = {typeid(Field)},
+                                   .summary = "Tells range, mean and deviation, by area"});
+
+VCreator<ProfileSampler> profile("Grid/Profile",
+                                 {.accepts = {typeid(Field)},
+                                  .provides = {typeid(Profile)},
+                                  .summary = "Samples a field along a great circle"});
 
 } // namespace
 } // namespace Maps

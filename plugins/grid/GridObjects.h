@@ -86,4 +86,65 @@ private:
     const OutputSlot<ContourSet> contours_{*this, "contours"};
 };
 
+/// Adds, subtracts or multiplies two fields, pixel by pixel.
+class FieldCombiner final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
+
+private:
+    const InputSlot<Field> left_{*this, "left", {}, perContext()};
+    const InputSlot<Field> right_{*this, "right", {}, perContext()};
+    const InputSlot<Operation> operation_{*this, "operation", Operation::Add, perContext()};
+    const OutputSlot<Field> result_{*this, "result"};
+};
+
+/// Multiplies a field by a number, and adds another.
+class FieldScaler final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
+
+private:
+    const InputSlot<Field> field_{*this, "field", {}, perContext()};
+    const InputSlot<double> factor_{*this, "factor", 1.0, perContext()};
+    const InputSlot<double> offset_{*this, "offset", 0.0, perContext()};
+    const OutputSlot<Field> scaled_{*this, "scaled"};
+};
+
+/// Tells what the values of a field are like as a whole, weighted by area.
+class FieldStatistics final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
+
+private:
+    const InputSlot<Field> field_{*this, "field", {}, perContext()};
+    const OutputSlot<double> least_{*this, "least"};
+    const OutputSlot<double> greatest_{*this, "greatest"};
+    const OutputSlot<double> mean_{*this, "mean"};
+    const OutputSlot<double> deviation_{*this, "deviation"};
+    const OutputSlot<double> missing_{*this, "missing"}; // share of the area, 0 to 1
+};
+
+/// Samples a field along a great circle.
+class ProfileSampler final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+    bool update(Quorl::VRequest& request, double precision) override;
+
+private:
+    const InputSlot<Field> field_{*this, "field", {}, perContext()};
+    const InputSlot<double> fromLatitude_{*this, "fromLatitude", 0.0, perContext()};
+    const InputSlot<double> fromLongitude_{*this, "fromLongitude", 0.0, perContext()};
+    const InputSlot<double> toLatitude_{*this, "toLatitude", 0.0, perContext()};
+    const InputSlot<double> toLongitude_{*this, "toLongitude", 90.0, perContext()};
+    const InputSlot<int> samples_{*this, "samples", 500, perContext()};
+    const OutputSlot<Profile> profile_{*this, "profile"};
+};
+
 } // namespace Maps

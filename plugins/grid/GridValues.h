@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Arithmetic.h"
 #include "Contours.h"
 #include "Field.h"
 #include "Grid.h"
 #include "Hillshade.h"
+#include "Profile.h"
+#include "WordForm.h"
 
 #include <quorl/values/VValueTrait.h>
 
@@ -65,6 +68,21 @@ struct VValueTrait<Maps::Light> : Maps::NotReadable<Maps::Light>
         return "light from " + std::to_string(light.azimuth) + " degrees, " +
                std::to_string(light.altitude) + " degrees high";
     }
+};
+
+template <>
+struct VValueTrait<Maps::Profile> : Maps::NotReadable<Maps::Profile>
+{
+    static string Text(const Maps::Profile& profile)
+    {
+        return "profile of " + std::to_string(profile.values.width()) + " samples";
+    }
+};
+
+/// "add", "subtract" or "multiply".
+template <>
+struct VValueTrait<Maps::Operation> : Maps::WordForm<Maps::Operation, Maps::kOperationWords>
+{
 };
 
 } // namespace Quorl

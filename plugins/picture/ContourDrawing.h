@@ -2,18 +2,10 @@
 
 #include "Contours.h"
 #include "Image.h"
+#include "LineMask.h"
 
 namespace Maps
 {
-
-/// How dark and wide lines are: opacities 0 to 1, widths in pixels.
-struct Pen
-{
-    double width = 1.0;
-    double opacity = 0.5;
-
-    friend bool operator==(const Pen&, const Pen&) = default;
-};
 
 /// The pens for contours, which are all of one dark ink.
 struct ContourStyle

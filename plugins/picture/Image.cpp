@@ -6,13 +6,30 @@
 namespace Maps
 {
 
-Image encode(const LinearImage& image)
+namespace
+{
+
+/// A picture of which each pixel is made of that of another.
+template <class To, class From>
+Raster<To> converted(const Raster<From>& image, To (*convert)(const From&))
 {
     if (image.isEmpty()) return {};
-    std::vector<Rgb> pixels;
+    std::vector<To> pixels;
     pixels.reserve(image.samples().size());
-    for (const LinearRgb& colour : image.samples()) pixels.push_back(encode(colour));
+    for (const From& colour : image.samples()) pixels.push_back(convert(colour));
     return {image.width(), image.height(), std::move(pixels)};
+}
+
+} // namespace
+
+Image encode(const LinearImage& image)
+{
+    return converted<Rgb, LinearRgb>(image, encode);
+}
+
+LinearImage decode(const Image& image)
+{
+    return converted<LinearRgb, Rgb>(image, decode);
 }
 
 } // namespace Maps

@@ -15,4 +15,7 @@ using LinearImage = Raster<LinearRgb>;
 /// The picture as it is stored; light beyond what can be shown is cut off.
 Image encode(const LinearImage& image);
 
+/// The light of a stored picture. `encode` makes the same picture of it again.
+LinearImage decode(const Image& image);
+
 } // namespace Maps

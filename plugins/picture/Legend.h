@@ -1,23 +1,12 @@
 #pragma once
 
+#include "Caption.h"
 #include "ColourMap.h"
 #include "Image.h"
 #include "Region.h"
 
-#include <string>
-
 namespace Maps
 {
-
-/// What is written over a map, in UTF-8. An empty text takes no room.
-struct Caption
-{
-    std::string title;
-    std::string subtitle;
-    std::string unit = "m"; ///< of the colour bar
-
-    friend bool operator==(const Caption&, const Caption&) = default;
-};
 
 /// Puts a map into its frame: the caption above it, longitudes below and latitudes to the left,
 /// ticks on all four sides, and a colour bar with numbers to the right. North is up.

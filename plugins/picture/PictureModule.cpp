@@ -18,7 +18,23 @@ VCreator<Colourer> colours("Picture/Colours", {.accepts = {typeid(Field)},
 VCreator<PictureWriter> writer("Picture/Writer",
                                {.accepts = {typeid(LinearImage), typeid(ColourMap), typeid(Field),
                                             typeid(Light), typeid(ContourSet)},
-                                .summary = "Composes a map and writes it to a PNG file"});
+                                .summary = "Composes a map and writes it to a PNG or PPM file"});
+
+VCreator<PictureAnnotator>
+    annotation("Picture/Annotation",
+               {.accepts = {typeid(LinearImage), typeid(ColourMap)},
+                .provides = {typeid(LinearImage)},
+                .summary = "Adds title and colour bar, and writes a PNG or PPM file"});
+
+VCreator<PictureComposer> composition("Picture/Composition",
+                                      {.accepts = {typeid(LinearImage)},
+                                       .provides = {typeid(LinearImage)},
+                                       .summary = "Puts two pictures into one"});
+
+VCreator<ProfilePlotter> plot("Picture/ProfilePlot",
+                              {.accepts = {typeid(Profile)},
+                               .provides = {typeid(LinearImage)},
+                               .summary = "Plots values along a great circle"});
 
 } // namespace
 } // namespace Maps

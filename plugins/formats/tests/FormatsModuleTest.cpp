@@ -22,7 +22,7 @@ using Quorl::VLoader;
 
 struct FormatsModule : testing::Test
 {
-    static void SetUpTestSuite() { ASSERT_EQ(Quorl::openModules(SHIPPED_MODULES), 5); }
+    static void SetUpTestSuite() { ASSERT_EQ(Quorl::openModules(SHIPPED_MODULES), 6); }
 
     std::string write(const std::string& name, const std::string& text) const
     {
@@ -68,8 +68,12 @@ TEST_F(FormatsModule, LeavesOtherFilesToOthers)
 
 TEST_F(FormatsModule, ProvidesItsCreatorsByName)
 {
-    for (const char* key : {"Grid/Reader", "Grid/Region", "Grid/Smoothing", "Grid/Hillshade",
-                            "Grid/Contours", "Picture/Colours", "Picture/Writer"})
+    for (const char* key :
+         {"Grid/Reader",         "Grid/Region",         "Grid/Smoothing",    "Grid/Hillshade",
+          "Grid/Contours",       "Grid/Arithmetic",     "Grid/Scaling",      "Grid/Statistics",
+          "Grid/Profile",        "Picture/Colours",     "Picture/Writer",    "Picture/Annotation",
+          "Picture/Composition", "Picture/ProfilePlot", "Volume/Reader",     "Volume/Slice",
+          "Volume/Threshold",    "Volume/Smoothing",    "Volume/Isosurface", "Volume/Rendering"})
         EXPECT_TRUE(Quorl::VManagedObject::find(typeid(Quorl::VInputCreatorBase), key)) << key;
 }
 
