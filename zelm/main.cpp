@@ -20,6 +20,8 @@ Examples:
   zelm run examples/networks/geoid.json
   zelm run geoid.json --context india --set hillshade.azimuth=90
   zelm graph geoid.json --run -o geoid.svg
+  zelm why geoid.json picture --set hillshade.azimuth=90
+  zelm trace geoid.json -o trace.json
   zelm inspect Grid/Hillshade
   zelm cache write
   zelm new-plugin summit
@@ -95,7 +97,7 @@ try
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
     Settings settings;
-    CLI::App program("Runs, draws and inspects networks of objects.", "zelm");
+    CLI::App program("Runs, draws, inspects and explains networks of objects.", "zelm");
     program.require_subcommand(1);
     program.footer(kExamples);
     addSettings(program, settings);
@@ -103,6 +105,8 @@ try
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
     Zelm::addRunCommand(program, settings);
     Zelm::addGraphCommand(program, settings);
+    Zelm::addWhyCommand(program, settings);
+    Zelm::addTraceCommand(program, settings);
     Zelm::addInspectCommand(program, settings);
     Zelm::addCacheCommand(program, settings);
     Zelm::addNewPluginCommand(program, settings);

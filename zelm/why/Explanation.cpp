@@ -138,21 +138,6 @@ const char* nameOf(Fate fate)
     return "asked";
 }
 
-const char* nameOf(End end)
-{
-    switch (end)
-    {
-        case End::Idle: return "idle";
-        case End::Ran: return "ran";
-        case End::Failed: return "failed";
-        case End::Threw: return "threw";
-        case End::Cancelled: return "cancelled";
-        case End::Occupied: return "occupied";
-        case End::Broken: break;
-    }
-    return "broken";
-}
-
 Json inputsOf(const Story& story, Stamp begin)
 {
     Json inputs = Json::array();
@@ -212,7 +197,7 @@ Json Explanation::json() const
     Json json{{"object", object}, {"verdict", verdict()}, {"runs", hadToRun()}};
     if (story)
     {
-        json["outcome"] = nameOf(story->end);
+        json["outcome"] = wordsOf(story->end);
         json["age"] = jsonOf(story->age, begin);
         json["connection age"] = jsonOf(story->connectionAge, begin);
         json["state age"] = story->state ? jsonOf(*story->state, begin) : Json(nullptr);

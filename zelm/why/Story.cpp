@@ -22,6 +22,19 @@ const Story* Account::of(const Quorl::VObject& object) const
     return entry == places_.end() ? nullptr : &stories_[entry->second];
 }
 
+std::vector<std::string> failuresOf(const Account& account)
+{
+    std::vector<std::string> failures;
+    for (const Story& story : account.stories())
+    {
+        if (story.end == Story::End::Failed)
+            failures.push_back(story.object->getName() + " has failed");
+        if (story.end == Story::End::Threw)
+            failures.push_back(story.object->getName() + ": " + account.failure);
+    }
+    return failures;
+}
+
 std::string wordsOf(Row row)
 {
     switch (row)
@@ -35,6 +48,21 @@ std::string wordsOf(Row row)
         case Row::Demanded: break;
     }
     return "it demands to run";
+}
+
+std::string wordsOf(Story::End end)
+{
+    switch (end)
+    {
+        case Story::End::Idle: return "idle";
+        case Story::End::Ran: return "ran";
+        case Story::End::Failed: return "failed";
+        case Story::End::Threw: return "threw";
+        case Story::End::Cancelled: return "cancelled";
+        case Story::End::Occupied: return "occupied";
+        case Story::End::Broken: break;
+    }
+    return "broken";
 }
 
 std::string wordsOf(InputStory::Fate fate)

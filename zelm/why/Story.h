@@ -112,7 +112,11 @@ private:
     std::unordered_map<const Quorl::VObject*, std::size_t> places_;
 };
 
+/// A line for each update that failed.
+std::vector<std::string> failuresOf(const Account& account);
+
 std::string wordsOf(Row row);
+std::string wordsOf(Story::End end);
 
 /// Why an input did not lead to its source; empty if it did.
 std::string wordsOf(InputStory::Fate fate);
