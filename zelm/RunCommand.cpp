@@ -135,11 +135,11 @@ void printForPeople(const Session& session)
 {
     for (const Outcome& outcome : session.outcomes())
     {
-        Output::printLine(outcome.context + ": " + outcome.object +
+        Output::printLine(Output::strong(outcome.context + ": " + outcome.object) +
                           (outcome.runs.empty() ? " (nothing to do)" : ""));
         for (const Run& run : outcome.runs)
             Output::printLine("  " + Output::padded(run.object, 20) + told(run.seconds) +
-                              (run.hasFailed ? "  failed" : ""));
+                              (run.hasFailed ? Output::alarming("  failed") : ""));
     }
     for (const std::string& file : session.saved()) Output::printLine("saved " + file);
 }

@@ -13,6 +13,7 @@
 #include <zelm/why/Recorder.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,7 @@ public:
         const Evaluation evaluation(network_);
         for (const RefPtr<ValuePool>& context : contexts_)
             for (const RequestEntry& request : requests_)
-                if (HostNetwork::isFor(request, context->name) && !Interruption::isWanted())
+                if (HostNetwork::isFor(request, context->name))
                     note(evaluation.request(network_->object(request.object), context,
                                             request.precision));
         order_.choice.setInputs(*network_, contexts_);
@@ -60,19 +61,24 @@ public:
     std::vector<Answer> answers()
     {
         std::vector<Answer> answers;
-        for (const RefPtr<ValuePool>& context : contexts_)
-            if (!Interruption::isWanted()) answers.push_back(answerIn(context));
+        for (const RefPtr<ValuePool>& context : contexts_) answers.push_back(answerIn(context));
         return answers;
     }
 
     const std::vector<std::string>& failures() const { return failures_; }
 
 private:
+    /// What was interrupted explains nothing.
+    static void heed(const std::string& context)
+    {
+        if (Interruption::isWanted()) throw std::runtime_error(context + ": interrupted");
+    }
+
     void note(const Outcome& outcome)
     {
+        heed(outcome.context);
         if (!outcome.failure.empty()) failures_.push_back(outcome.context + ": " + outcome.failure);
-        if (outcome.isCancelled) failures_.push_back(outcome.context + ": interrupted");
-        if (!outcome.failure.empty() || outcome.isCancelled) return;
+        if (!outcome.failure.empty()) return;
         for (const Run& run : outcome.runs)
             if (run.hasFailed)
                 failures_.push_back(outcome.context + ": " + run.object + " has failed");
@@ -80,7 +86,7 @@ private:
 
     void note(const Account& account, const std::string& context)
     {
-        if (Interruption::isWanted()) failures_.push_back(context + ": interrupted");
+        heed(context);
         for (const std::string& failure : failuresOf(account))
             failures_.push_back(context + ": " + failure);
     }

@@ -1,5 +1,6 @@
 #include "WhyText.h"
 
+#include "Output.h"
 #include "Table.h"
 
 #include <quorl/objects/VObject.h>
@@ -65,9 +66,10 @@ std::string textOf(const Answer& answer)
 {
     const Explanation& explanation = answer.explanation;
     const bool isOther = !answer.request.empty() && answer.request != explanation.object;
-    std::string text = answer.context +
-                       (isOther ? ", where " + answer.request + " is requested" : "") + ": " +
-                       explanation.object + " " + explanation.verdict() + '\n';
+    const std::string where = isOther ? ", where " + answer.request + " is requested" : "";
+    std::string text = Output::strong(answer.context + where + ": " + explanation.object + " " +
+                                      explanation.verdict()) +
+                       '\n';
     if (!explanation.story)
         text += barriersOf(explanation);
     else if (explanation.hadToRun())

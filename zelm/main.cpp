@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -54,6 +55,17 @@ std::string firstLine(const std::string& text)
     return text.substr(0, text.find('\n'));
 }
 
+/// The parser does not say which word it took for a command.
+std::string wordsOf(const CLI::App& program, const CLI::ParseError& error)
+{
+    const std::string words = firstLine(error.what());
+    if (!words.starts_with("A subcommand is required")) return words;
+    const std::vector<std::string> rest = program.remaining(true);
+    if (rest.empty()) return "a command is required";
+    return rest.front() + ": there is no such " +
+           (rest.front().starts_with('-') ? "option" : "command");
+}
+
 int complain(const std::string& reason, int status)
 {
     Zelm::Output::complain(reason);
@@ -81,7 +93,7 @@ int runProgram(CLI::App& program, int argc, char** argv)
     }
     catch (const CLI::ParseError& error)
     {
-        return complain(firstLine(error.what()) + "; see zelm --help", Zelm::WrongUsage);
+        return complain(wordsOf(program, error) + "; see zelm --help", Zelm::WrongUsage);
     }
     catch (const Zelm::UsageError& error)
     {
