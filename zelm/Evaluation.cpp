@@ -7,6 +7,7 @@
 #include <quorl/foundation/Timer.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VRequest.h>
+#include <quorl/services/VActionNotifier.h>
 #include <quorl/values/ValuePool.h>
 
 #include <algorithm>
@@ -40,9 +41,16 @@ public:
     {
         if (!request.Attachments) return true;
         const RefPtr<Journal> journal = request.Attachments->findInterface(typeid(Journal));
-        if (journal) journal->note(*object, request.Pool);
-        return true;
+        return !journal || journal->note(*object, request.Pool);
     }
+
+    Journal(const std::string& context, std::size_t size)
+        : context_(context), objects_(static_cast<int>(size))
+    {
+    }
+
+    /// No more comes.
+    void finish() const { Quorl::VActionNotifier::ProgressInfo(id_, context_, objects_, objects_); }
 
     void opened(const Tolmen::Profiler::Section& /*section*/) override { open_.emplace_back(); }
 
@@ -65,13 +73,20 @@ private:
         int run = -1;               // its place among the runs, if it ran
     };
 
-    void note(VObject& object, const RefPtr<ValuePool>& pool)
+    /// \return whether the object is to run.
+    bool note(VObject& object, const RefPtr<ValuePool>& pool)
     {
+        const auto done = static_cast<int>(runs.size());
         if (!open_.empty()) open_.back().run = static_cast<int>(runs.size());
         runs.push_back({object.getName(), 0.0, object.age(pool).stamp()});
         objects.emplace_back(&object);
+        return Quorl::VActionNotifier::ProgressInfo(id_, context_ + ": " + object.getName(), done,
+                                                    objects_);
     }
 
+    const std::string context_;
+    const int objects_; // of the network, not all of which have to run
+    const unsigned long id_ = Quorl::VActionNotifier::getNewProgressID();
     std::vector<Open> open_;
 };
 
@@ -113,7 +128,7 @@ Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePoo
     Outcome outcome;
     outcome.context = context->name;
     outcome.object = object->getName();
-    const RefPtr<Journal> journal(new Journal);
+    const RefPtr<Journal> journal(new Journal(context->name, network_->objects.size()));
     Ticket ticket(context);
     ticket.addInterface(journal);
     const Tolmen::Timer watch;
@@ -128,6 +143,7 @@ Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePoo
         outcome.failure = (hasRun ? journal->runs.back().object + ": " : "") + error.what();
         for (const RefPtr<VObject>& passed : network_->liveObjects()) passed->removeRequest(ticket);
     }
+    journal->finish();
     outcome.seconds = watch.seconds();
     outcome.isCancelled = ticket.isCancelled();
     outcome.runs = journal->runs;

@@ -4,6 +4,7 @@
 #include "Evaluation.h"
 #include "Failure.h"
 #include "HostNetwork.h"
+#include "Interruption.h"
 #include "Output.h"
 
 #include <quorl/values/ValuePool.h>
@@ -88,6 +89,7 @@ void draw(const GraphOrder& order, const Settings& settings)
     const std::string format = formatOf(order.picture);
     const HostNetwork network(order.file, settings);
     const std::vector<Outcome> outcomes = order.isRun ? evaluated(network) : std::vector<Outcome>();
+    if (Interruption::isWanted()) throw std::runtime_error("interrupted; nothing is drawn");
     const Drawing drawing = drawingOf(*network, outcomes);
     if (format == "json")
         writeWholeFile(order.picture, drawing.json().dump(2) + "\n");

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <string>
 
 namespace Zelm
 {
@@ -23,9 +24,17 @@ void HostNotifier::warn(const WarnInfo& info)
 
 bool HostNotifier::progress(unsigned long /*id*/, const std::string& text, int current, int total)
 {
-    if (::isatty(STDERR_FILENO))
-        std::fprintf(stderr, "\r\033[K%s %d/%d%s", text.c_str(), current, total,
-                     current >= total ? "\r\033[K" : "");
+    constexpr auto kInterval = std::chrono::milliseconds(50);
+    const auto now = std::chrono::steady_clock::now();
+    const bool isDone = current >= total;
+    if (::isatty(STDERR_FILENO) && (isDone || now - last_ >= kInterval))
+    {
+        last_ = now;
+        const std::string line =
+            isDone ? std::string()
+                   : text + " " + std::to_string(current) + "/" + std::to_string(total);
+        std::fprintf(stderr, "\r\033[K%s", line.c_str());
+    }
     return !Interruption::isWanted();
 }
 

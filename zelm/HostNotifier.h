@@ -2,6 +2,7 @@
 
 #include <quorl/services/VActionNotifier.h>
 
+#include <chrono>
 #include <string>
 
 namespace Zelm
@@ -16,6 +17,9 @@ public:
     void warn(const std::string& text) override;
     void warn(const WarnInfo& info) override;
     bool progress(unsigned long id, const std::string& text, int current, int total) override;
+
+private:
+    std::chrono::steady_clock::time_point last_; // when it told how far work has come
 };
 
 } // namespace Zelm

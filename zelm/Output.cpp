@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -15,6 +16,23 @@ namespace
 {
 
 std::FILE* theOutput = stdout;
+
+constexpr const char* kBold = "\033[1m";
+constexpr const char* kRed = "\033[1;31m";
+constexpr const char* kPlain = "\033[0m";
+
+bool isInColour(std::FILE* stream)
+{
+    const char* const refusal = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    return ::isatty(::fileno(stream)) && !(refusal && *refusal) && terminal &&
+           std::strcmp(terminal, "dumb") != 0;
+}
+
+std::string coloured(const char* colour, const std::string& text, std::FILE* stream)
+{
+    return isInColour(stream) ? colour + text + kPlain : text;
+}
 
 } // namespace
 
@@ -41,10 +59,20 @@ void printJson(const Json& json, bool inOneLine)
     printLine(json.dump(inOneLine ? -1 : 2, ' ', false, Json::error_handler_t::replace));
 }
 
+std::string strong(const std::string& text)
+{
+    return coloured(kBold, text, theOutput);
+}
+
+std::string alarming(const std::string& text)
+{
+    return coloured(kRed, text, theOutput);
+}
+
 void complain(const std::string& words)
 {
     std::fflush(stdout);
-    std::fprintf(stderr, "zelm: %s\n", words.c_str());
+    std::fprintf(stderr, "%s %s\n", coloured(kRed, "zelm:", stderr).c_str(), words.c_str());
 }
 
 void finish()

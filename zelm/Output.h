@@ -18,6 +18,11 @@ void print(const std::string& text);
 void printLine(const std::string& text);
 void printJson(const Json& json, bool inOneLine = false);
 
+/// Texts that stand out on a terminal, unless NO_COLOR is set in the environment or the terminal is
+/// "dumb"; elsewhere they stay as they are.
+std::string strong(const std::string& text);
+std::string alarming(const std::string& text);
+
 /// One line on standard error: "zelm: " and the words.
 void complain(const std::string& words);
 

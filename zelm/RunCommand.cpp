@@ -1,7 +1,7 @@
+#include "Choice.h"
 #include "Commands.h"
 #include "Evaluation.h"
 #include "Failure.h"
-#include "HostNetwork.h"
 #include "Interruption.h"
 #include "Output.h"
 #include "Saving.h"
@@ -10,7 +10,6 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
-#include <zelm/network/NetworkBuilder.h>
 
 #include <algorithm>
 #include <array>
@@ -35,23 +34,11 @@ using Quorl::VObject;
 struct Order
 {
     std::string file;
-    std::vector<std::string> sets;     // object.slot=text
-    std::vector<std::string> contexts; // empty means all
-    std::vector<std::string> requests; // empty means those of the file
-    std::vector<std::string> saves;    // object=file
+    Choice choice;
+    std::vector<std::string> saves; // object=file
     int turns = 0;
     bool isWatching = false;
 };
-
-/// What stands on both sides of the first equals sign.
-std::pair<std::string, std::string> halves(const std::string& option, const std::string& text,
-                                           const std::string& form)
-{
-    const auto sign = text.find('=');
-    if (sign == std::string::npos || sign == 0)
-        throw UsageError(option + " " + text + ": " + form + " is expected");
-    return {text.substr(0, sign), text.substr(sign + 1)};
-}
 
 /// A network on its way through one call of the command.
 class Session
@@ -59,32 +46,20 @@ class Session
 public:
     Session(const Order& order, const HostNetwork& network)
         : order_(order), host_(network), network_(network.handle()), evaluation_(network_),
-          contexts_(chosenContexts())
+          contexts_(order.choice.contextsOf(*network_))
     {
     }
 
-    void setInputs() const
-    {
-        for (const std::string& set : order_.sets)
-        {
-            const auto [target, text] = halves("--set", set, "object.slot=text");
-            const auto point = target.rfind('.');
-            if (point == std::string::npos)
-                throw UsageError("--set " + set + ": object.slot=text is expected");
-            const auto object = objectOf("--set", target.substr(0, point));
-            for (const RefPtr<ValuePool>& context : contexts_)
-                setIn(set, *object, target.substr(point + 1), context, text);
-        }
-    }
+    void setInputs() const { order_.choice.setInputs(*network_, contexts_); }
 
     /// Requests what the order or the file says, in all contexts.
     void evaluate()
     {
-        const std::vector<RequestEntry> requests = wantedRequests();
+        const std::vector<RequestEntry> requests = order_.choice.requestsOf(host_);
         for (const RefPtr<ValuePool>& context : contexts_)
             for (const RequestEntry& request : requests)
                 if (HostNetwork::isFor(request, context->name) && !Interruption::isWanted())
-                    outcomes_.push_back(evaluation_.request(objectOf("--request", request.object),
+                    outcomes_.push_back(evaluation_.request(network_->object(request.object),
                                                             context, request.precision));
     }
 
@@ -106,12 +81,12 @@ public:
         std::vector<SaveEntry> wanted = network_->frame.saves;
         for (const std::string& words : order_.saves)
         {
-            const auto [object, file] = halves("--save", words, "OBJECT=FILE");
+            const auto [object, file] = halvesOf("--save", words, "OBJECT=FILE");
             wanted.push_back({object, file, Json::object(), {}});
         }
         for (const SaveEntry& entry : wanted)
         {
-            saveObject(*objectOf("--save", entry.object), entry.file);
+            saveObject(*objectOf(*network_, "--save", entry.object), entry.file);
             saved_.push_back(entry.file);
         }
     }
@@ -134,50 +109,6 @@ public:
     }
 
 private:
-    std::vector<RefPtr<ValuePool>> chosenContexts() const
-    {
-        if (order_.contexts.empty()) return network_->contexts;
-        std::vector<RefPtr<ValuePool>> chosen;
-        for (const std::string& name : order_.contexts)
-        {
-            const RefPtr<ValuePool> context = network_->context(name);
-            if (!context)
-                throw UsageError("--context " + name + ": the network has no such context");
-            chosen.push_back(context);
-        }
-        return chosen;
-    }
-
-    RefPtr<VObject> objectOf(const std::string& option, const std::string& name) const
-    {
-        if (RefPtr<VObject> object = network_->object(name)) return object;
-        throw UsageError(option + " " + name + ": the network has no such object");
-    }
-
-    static void setIn(const std::string& set, const VObject& object, const std::string& input,
-                      const RefPtr<ValuePool>& context, const std::string& text)
-    {
-        try
-        {
-            setInputText(object, input, context, text);
-        }
-        catch (const NetworkError& error)
-        {
-            throw UsageError("--set " + set + ": " + error.what());
-        }
-    }
-
-    std::vector<RequestEntry> wantedRequests() const
-    {
-        std::vector<RequestEntry> requests;
-        for (const std::string& object : order_.requests)
-        {
-            requests.emplace_back();
-            requests.back().object = object;
-        }
-        return requests.empty() ? host_.requests() : requests;
-    }
-
     const Order& order_;
     const HostNetwork& host_;
     const RefPtr<LoadedNetwork> network_;
@@ -204,11 +135,11 @@ void printForPeople(const Session& session)
 {
     for (const Outcome& outcome : session.outcomes())
     {
-        Output::printLine(outcome.context + ": " + outcome.object +
+        Output::printLine(Output::strong(outcome.context + ": " + outcome.object) +
                           (outcome.runs.empty() ? " (nothing to do)" : ""));
         for (const Run& run : outcome.runs)
             Output::printLine("  " + Output::padded(run.object, 20) + told(run.seconds) +
-                              (run.hasFailed ? "  failed" : ""));
+                              (run.hasFailed ? Output::alarming("  failed") : ""));
     }
     for (const std::string& file : session.saved()) Output::printLine("saved " + file);
 }
@@ -310,19 +241,9 @@ void addRunCommand(CLI::App& program, const Settings& settings)
     const auto order = std::make_shared<Order>();
     command->fallthrough();
     command->add_option("FILE", order->file, "a network file")->required();
-    const auto several = [&](const char* name, std::vector<std::string>& words, const char* form,
-                             const char* help) {
-        command->add_option(name, words, help)
-            ->type_name(form)
-            ->expected(1)
-            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    };
-    several("--set", order->sets, "OBJECT.SLOT=TEXT",
-            "give an input a value in the contexts that are run; may be repeated");
-    several("--context", order->contexts, "NAME", "only this context; may be repeated");
-    several("--request", order->requests, "OBJECT",
-            "bring this object up to date, in place of those that the file names");
-    several("--save", order->saves, "OBJECT=FILE", "save an object when it is up to date");
+    order->choice.addTo(*command);
+    addRepeated(*command, "--save", order->saves, "OBJECT=FILE",
+                "save an object when it is up to date");
     command
         ->add_option("--turns", order->turns,
                      "go on for so many turns, in which work in the background is taken in")

@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -20,6 +21,8 @@ Examples:
   zelm run examples/networks/geoid.json
   zelm run geoid.json --context india --set hillshade.azimuth=90
   zelm graph geoid.json --run -o geoid.svg
+  zelm why geoid.json picture --set hillshade.azimuth=90
+  zelm trace geoid.json -o trace.json
   zelm inspect Grid/Hillshade
   zelm cache write
   zelm new-plugin summit
@@ -52,6 +55,17 @@ std::string firstLine(const std::string& text)
     return text.substr(0, text.find('\n'));
 }
 
+/// The parser does not say which word it took for a command.
+std::string wordsOf(const CLI::App& program, const CLI::ParseError& error)
+{
+    const std::string words = firstLine(error.what());
+    if (!words.starts_with("A subcommand is required")) return words;
+    const std::vector<std::string> rest = program.remaining(true);
+    if (rest.empty()) return "a command is required";
+    return rest.front() + ": there is no such " +
+           (rest.front().starts_with('-') ? "option" : "command");
+}
+
 int complain(const std::string& reason, int status)
 {
     Zelm::Output::complain(reason);
@@ -79,7 +93,7 @@ int runProgram(CLI::App& program, int argc, char** argv)
     }
     catch (const CLI::ParseError& error)
     {
-        return complain(firstLine(error.what()) + "; see zelm --help", Zelm::WrongUsage);
+        return complain(wordsOf(program, error) + "; see zelm --help", Zelm::WrongUsage);
     }
     catch (const Zelm::UsageError& error)
     {
@@ -95,7 +109,7 @@ try
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
     Settings settings;
-    CLI::App program("Runs, draws and inspects networks of objects.", "zelm");
+    CLI::App program("Runs, draws, inspects and explains networks of objects.", "zelm");
     program.require_subcommand(1);
     program.footer(kExamples);
     addSettings(program, settings);
@@ -103,6 +117,8 @@ try
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
     Zelm::addRunCommand(program, settings);
     Zelm::addGraphCommand(program, settings);
+    Zelm::addWhyCommand(program, settings);
+    Zelm::addTraceCommand(program, settings);
     Zelm::addInspectCommand(program, settings);
     Zelm::addCacheCommand(program, settings);
     Zelm::addNewPluginCommand(program, settings);

@@ -17,11 +17,14 @@ using QuorlTest::writeBytes;
 class HostFixture : public QuorlTest::ProgramFixture
 {
 protected:
-    void zelm(const std::string& arguments)
+    void zelm(const std::string& arguments) { runCommand(commandOf(arguments)); }
+
+    /// What starts the program, for the shell.
+    std::string commandOf(const std::string& arguments, const std::string& environment = "") const
     {
-        runCommand("cd " + folder.path().string() +
-                   " && ZELM_CACHE=" + (caches / "cache").string() +
-                   " ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " " + ZELM_PROGRAM + " " + arguments);
+        return "cd " + folder.path().string() + " && " + environment +
+               " ZELM_CACHE=" + (caches / "cache").string() +
+               " ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " " + ZELM_PROGRAM + " " + arguments;
     }
 
     /// Writes "a.json" with these members, and runs it.

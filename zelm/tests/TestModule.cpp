@@ -4,11 +4,14 @@
 #include <quorl/kit/TypedSlot.h>
 #include <quorl/kit/VCreator.h>
 #include <quorl/modules/ZelmSaver.h>
+#include <quorl/services/VActionNotifier.h>
 #include <zelm/network/tests/TestObjects.h>
 
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
+#include <thread>
 
 namespace Zelm
 {
@@ -83,7 +86,29 @@ private:
     const InputSlot<double> finer_{*this, "finer", 0.0, perContext()};
 };
 
+/// Works until somebody asks for a stop, and tells that it has begun by a file "begun".
+class Endless final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+
+    bool update(Quorl::VRequest& /*request*/, double /*precision*/) override
+    {
+        std::ofstream("begun") << "begun\n";
+        const unsigned long id = Quorl::VActionNotifier::getNewProgressID();
+        constexpr int kSteps = 60'000; // by which it ends if nobody does
+        for (int step = 0; step < kSteps; ++step)
+        {
+            if (!Quorl::VActionNotifier::ProgressInfo(id, "without end", step, kSteps))
+                return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        throw std::runtime_error("nobody asked for a stop");
+    }
+};
+
 Quorl::VCreator<Failing> failing("Test/Failing");
+Quorl::VCreator<Endless> endless("Test/Endless");
 Quorl::VCreator<Savable> savable("Test/Savable");
 Quorl::VCreator<Later> later("Test/Later", {.summary = "Is done later",
                                             .author = "The Quorl authors",
