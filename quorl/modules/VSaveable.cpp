@@ -1,5 +1,6 @@
 #include <quorl/modules/VSaveable.h>
 
+#include <quorl/foundation/AtCleanUp.h>
 #include <quorl/foundation/FindOrNull.h>
 #include <quorl/modules/ZelmSaver.h>
 
@@ -64,7 +65,8 @@ bool VSaveable::autosave() const
 
 VSaveable& VSaveable::GlobalState()
 {
-    static VSaveable state;
+    static auto& state = *new VSaveable;
+    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(state.savers_); });
     return state;
 }
 

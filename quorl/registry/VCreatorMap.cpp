@@ -1,5 +1,6 @@
 #include <quorl/registry/VCreatorMap.h>
 
+#include <quorl/foundation/AtCleanUp.h>
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
@@ -37,7 +38,15 @@ bool VCreatorMap::remove(const string& name)
 void VCreatorMap::addPriority(int priority, const string& name)
 {
     const auto line = priorities_.emplace(priority, name);
-    linesByName_.emplace(std::pair(name, priority), line);
+    try
+    {
+        linesByName_.emplace(std::pair(name, priority), line);
+    }
+    catch (...)
+    {
+        priorities_.erase(line); // nobody would find it again
+        throw;
+    }
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
@@ -63,25 +72,19 @@ namespace
 
 /// At the end objects leave their domain one by one: what they ask of the registry while they end,
 /// and what they take out of it, is whole.
-struct AllDomains
+void empty(const VCreatorMapTypes& domains)
 {
-    AllDomains() = default;
-    AllDomains(const AllDomains&) = delete;
-    AllDomains& operator=(const AllDomains&) = delete;
-    ~AllDomains()
-    {
-        for (const auto& [type, domain] : domains)
-            while (domain && !domain->empty()) domain->remove(domain->begin()->first);
-    }
-    VCreatorMapTypes domains;
-};
+    for (const auto& [type, domain] : domains)
+        while (domain && !domain->empty()) domain->remove(domain->begin()->first);
+}
 
 } // namespace
 
 VCreatorMapTypes& VCreatorTypes()
 {
-    static AllDomains all;
-    return all.domains;
+    static auto& domains = *new VCreatorMapTypes;
+    static const Tolmen::AtCleanUp end([] { empty(domains); });
+    return domains;
 }
 
 VCreatorMap* VCreators(const std::type_info& type)

@@ -199,6 +199,18 @@ TEST_F(FatalModule, MayBeRefusedByTheLoaderForWhatItNeeds)
     }
 }
 
+TEST_F(FatalModule, IsRefusedUnreadIfItHasNoNotes)
+{
+    copy("HasNoNote", kHarm);
+    open();
+    EXPECT_EQ(
+        out,
+        "Loading Library [./harm.zelm] failed ;-(, see ZelmError.log for details.\n" +
+            toldBy(
+                {.module = "HasNoNote", .whenOpened = "", .creators = kGood, .isUnloaded = false}));
+    EXPECT_EQ(log(), "No Zelm version resource information available.\n\n");
+}
+
 TEST_F(FatalModule, EndsTheProcessAsItWishesToWhenItLeaves)
 {
     copy("ExitsInADestructor", kHarm);
