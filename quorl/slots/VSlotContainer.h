@@ -257,6 +257,7 @@ public:
     std::set<Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>> SetupFunctors; ///< the dead stay
 
 private:
+    RefPtr<VSlotContainer> heldForVisits() const;
     RefPtr<VSlot> registerOutputSlot(const RefPtr<VParameter>& parameter, const string& name,
                                      const std::type_info& type, const string& member);
     bool hasOtherSource(const VParameter& parameter) const;
