@@ -94,7 +94,8 @@ void CacheFile::write(const Modules& modules) const
     const bool isWritten = Quorl::SaveVCreatorMapTypes(unfinished);
     const auto bytes = isWritten ? bytesOf(unfinished) : std::nullopt;
     fs::remove(unfinished, ignored);
-    if (!bytes) throw NetworkError(path_, {}, "", "", "the cache cannot be written");
+    if (!bytes || bytes->empty())
+        throw NetworkError(path_, {}, "", "", "the cache cannot be written");
 
     Json sum{{"checksum", checksum(*bytes)}, {"folders", modules.folders()}};
     sum["modules"] = Json::object();

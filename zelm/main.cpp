@@ -1,7 +1,8 @@
-#include "Commands.h"
+#include "CommandLine.h"
 #include "Failure.h"
 #include "Interruption.h"
 #include "Output.h"
+#include "Settings.h"
 
 #include <quorl/objects/VObject.h>
 
@@ -13,42 +14,6 @@
 
 namespace
 {
-
-using Zelm::Settings;
-
-constexpr const char* kExamples = R"(
-Examples:
-  zelm run examples/networks/geoid.json
-  zelm run geoid.json --context india --set hillshade.azimuth=90
-  zelm graph geoid.json --run -o geoid.svg
-  zelm why geoid.json picture --set hillshade.azimuth=90
-  zelm trace geoid.json -o trace.json
-  zelm inspect Grid/Hillshade
-  zelm cache write
-  zelm new-plugin summit
-
-Modules are looked for in the folders of --modules, then in those of ZELM_PLUGIN_PATH,
-which colons separate, then where this program is installed.
-Exit codes: 0 done, 1 the network or its evaluation failed, 2 wrong usage.)";
-
-void addSettings(CLI::App& program, Settings& settings)
-{
-    program.add_option("-m,--modules", settings.folders, "a folder of modules; may be repeated")
-        ->type_name("DIR")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    program
-        .add_option("--cache", settings.cache,
-                    "the file of the cache; otherwise ZELM_CACHE, or a file in ~/.cache/zelm")
-        ->type_name("FILE");
-    program
-        .add_option("-v,--verbose", settings.verbosity,
-                    "how much the walks tell of themselves on standard error: 1 requests and "
-                    "updates, 21 everything")
-        ->type_name("N")
-        ->check(CLI::Range(0, 100));
-    program.add_flag("--json", settings.asJson, "print facts as JSON");
-}
 
 std::string firstLine(const std::string& text)
 {
@@ -108,20 +73,11 @@ try
 {
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
-    Settings settings;
+    Zelm::Settings settings;
     CLI::App program("Runs, draws, inspects and explains networks of objects.", "zelm");
-    program.require_subcommand(1);
-    program.footer(kExamples);
-    addSettings(program, settings);
+    Zelm::addCommandLine(program, settings);
     program.parse_complete_callback(
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
-    Zelm::addRunCommand(program, settings);
-    Zelm::addGraphCommand(program, settings);
-    Zelm::addWhyCommand(program, settings);
-    Zelm::addTraceCommand(program, settings);
-    Zelm::addInspectCommand(program, settings);
-    Zelm::addCacheCommand(program, settings);
-    Zelm::addNewPluginCommand(program, settings);
     return runProgram(program, argc, argv);
 }
 catch (const std::exception& error)

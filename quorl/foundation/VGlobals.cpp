@@ -1,5 +1,6 @@
 #include <quorl/foundation/VGlobals.h>
 
+#include <quorl/foundation/AtCleanUp.h>
 #include <quorl/modules/VModule.h> // completes the record of a module
 #include <quorl/values/ValuePool.h>
 #include <quorl/values/ValuePoolCreator.h>
@@ -9,15 +10,21 @@ namespace Quorl
 
 VGlobals::VGlobals() : modules(new ModuleTable) {}
 
-/// The tables end before the registry does, and so would the modules' code before their objects.
-VGlobals::~VGlobals()
+VGlobals::~VGlobals() = default;
+
+/// The tables are emptied before the registry is, and so would the modules' code leave before their
+/// objects.
+void VGlobals::cleanUp()
 {
     VModule::keepAllLoaded();
+    Tolmen::emptySteadily(*modules);
+    Tolmen::emptySteadily(poolCreators);
 }
 
 VGlobals& VGlobals::theGlobals()
 {
-    static VGlobals globals;
+    static auto& globals = *new VGlobals;
+    static const Tolmen::AtCleanUp end([] { globals.cleanUp(); });
     return globals;
 }
 

@@ -23,7 +23,8 @@ public:
     struct ModuleInfo;
     using ModuleTable = std::map<string, ModuleInfo>; ///< by path of the module file
 
-    /// Made at first use; lasts until the clean-up of statics.
+    /// Made at first use. What the tables own ends in the clean-up of statics; they can be asked
+    /// behind it, too.
     static VGlobals& theGlobals();
 
     /// Calls each live quitter, in the set's order. Nothing else: whether and when the process ends
@@ -39,6 +40,8 @@ public:
 private:
     VGlobals();
     ~VGlobals();
+
+    void cleanUp();
 };
 
 } // namespace Quorl

@@ -2,7 +2,6 @@
 
 #include <quorl/modules/VLoaderInfo.h>
 #include <quorl/modules/VModule.h> // completes its handles
-#include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VInputCreator.h>
@@ -59,6 +58,17 @@ private:
     const RefPtr<VModuleHold> hold_;
 };
 
+void keepModuleLoaded(const RefPtr<VObject>& object, const RefPtr<VModuleHold>& hold)
+{
+    object->addInterface(hold);
+    Keep keep(object, hold);
+    object->iterate_inputs(std::function<bool(VSlot&, int)>([&](const VSlot& slot, int) {
+        keep.in(slot);
+        return true;
+    }));
+    object->iterateOutputs(keep, typeid(void));
+}
+
 } // namespace
 
 ClassCreator::ClassCreator(const string& key, const CreatorTraits& traits)
@@ -79,11 +89,12 @@ ClassCreator::~ClassCreator()
 RefPtr<VObject> ClassCreator::create(const string& wantedName, const Tolmen::Intercube& context)
 {
     constexpr int kObjectPriority = 0;
+    const RefPtr<VModuleHold> hold = moduleHold(); // whatever the object does while it is made
     const WeakPtr<VCreatorBase> myself(this);
     RefPtr<VObject> object = make(wantedName.empty() ? element[Name] : wantedName, kObjectPriority,
                                   context.findInterface(typeid(VCreationPreferences)));
     object->setCreator(myself);
-    keepModuleLoaded(object);
+    if (hold) keepModuleLoaded(object, hold);
     object->initialize();
     object->enableRequestProcessing();
     const bool isToldByLoader = static_cast<bool>(context.findInterface(typeid(VLoaderInfo)));
@@ -91,18 +102,11 @@ RefPtr<VObject> ClassCreator::create(const string& wantedName, const Tolmen::Int
     return object;
 }
 
-void ClassCreator::keepModuleLoaded(const RefPtr<VObject>& object) const
+/// \return null if the creator is of no module.
+RefPtr<VModuleHold> ClassCreator::moduleHold() const
 {
     const RefPtr<VModule> module = VModules::find(getLoadModule());
-    if (!module) return;
-    const RefPtr<VModuleHold> hold(new VModuleHold(module));
-    object->addInterface(hold);
-    Keep keep(object, hold);
-    object->iterate_inputs(std::function<bool(VSlot&, int)>([&](const VSlot& slot, int) {
-        keep.in(slot);
-        return true;
-    }));
-    object->iterateOutputs(keep, typeid(void));
+    return RefPtr<VModuleHold>(module ? new VModuleHold(module) : nullptr);
 }
 
 VAcceptInfoList ClassCreator::accept(const RefPtr<VObject>& parent)

@@ -3,6 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/TypeInfo.h>
+#include <quorl/modules/VModuleHold.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreationPreferences.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -51,7 +52,7 @@ private:
     virtual RefPtr<VObject> make(const string& objectName, int objectPriority,
                                  const RefPtr<VCreationPreferences>& wanted) const = 0;
 
-    void keepModuleLoaded(const RefPtr<VObject>& object) const;
+    RefPtr<VModuleHold> moduleHold() const;
 
     const std::vector<Tolmen::TypeInfo> accepts_;
     const std::vector<Tolmen::TypeInfo> provides_;

@@ -1,5 +1,7 @@
 #include <quorl/modules/DownloadHandler.h>
 
+#include <quorl/foundation/AtCleanUp.h>
+
 namespace Tolmen
 {
 template class ReferenceBase<Quorl::DownloadHandler>;
@@ -12,7 +14,8 @@ namespace
 
 RefPtr<DownloadHandler>& theDownloadHandler()
 {
-    static RefPtr<DownloadHandler> handler;
+    static auto& handler = *new RefPtr<DownloadHandler>;
+    static const Tolmen::AtCleanUp end([] { handler = RefPtr<DownloadHandler>(); });
     return handler;
 }
 

@@ -1,5 +1,6 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/ApiWord.h>
+#include <quorl/modules/BeingInitialised.h>
 #include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/LoadFailure.h>
 #include <quorl/modules/VInitialization.h>
@@ -7,6 +8,7 @@
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/platform/Directory.h>
+#include <quorl/platform/SharedLibrary.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -29,13 +31,20 @@ bool isStrict()
     return isSet;
 }
 
-/// Lets go of creators of a module that is about to leave. Those that are static end with it; any
-/// others would be left behind without their code. One that was loaded before stays, and so do
-/// they.
-void withdraw(const string& path)
+/// Lets go of a module that is not to be used, and of its creators. Those that are static end with
+/// it; any others would be left behind without their code. One that was loaded before stays, and so
+/// do they.
+void withdraw(RefPtr<VModule>& module)
 {
-    LeaveItems remover;
-    if (!VModules::find(path)) VManagedObject::UnloadVModule(path, remover);
+    if (!VModules::find(module->path))
+    {
+        LeaveItems remover;
+        VManagedObject::UnloadVModule(module->path, remover);
+        const WeakPtr<VModule> left = module;
+        module = RefPtr<VModule>();
+        if (left) left->leaveBehind(); // an object that its init routine has made has it
+    }
+    module = RefPtr<VModule>();
 }
 
 /// \return whether the module may be used all the same.
@@ -49,15 +58,22 @@ bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
     const string path = module->path;
     std::printf("ERROR: (win) Module [%s] has NO init routine %s...\n", path.c_str(),
                 routine.c_str());
-    withdraw(path);
-    module = RefPtr<VModule>();
+    withdraw(module);
     Tolmen::Platform::renameFile(path, path + "-noinit"); // a name that no scan finds
     return false;
 }
 
-/// An exception counts as a refusal.
-bool runInitRoutine(InitRoutine routine, const string& stem)
+/// \return null also for something of that name that is no function.
+InitRoutine initRoutineOf(const VModule& module, const string& name)
 {
+    void* const routine = module.getFunction(name);
+    return Tolmen::Platform::isCode(routine) ? reinterpret_cast<InitRoutine>(routine) : nullptr;
+}
+
+/// An exception counts as a refusal.
+bool runInitRoutine(const RefPtr<VModule>& module, InitRoutine routine, const string& stem)
+{
+    const BeingInitialised scope(module);
     VInitialization initialization(stem.c_str());
     try
     {
@@ -74,10 +90,10 @@ bool initialise(RefPtr<VModule>& module)
 {
     const string stem = stemOf(module->path);
     const string name = ZELM_INIT_PREFIX + stem;
-    const auto routine = reinterpret_cast<InitRoutine>(module->getFunction(name));
+    const InitRoutine routine = initRoutineOf(*module, name);
     if (!routine) return missInitRoutine(module, name);
-    if (runInitRoutine(routine, stem)) return true;
-    withdraw(module->path);
+    if (runInitRoutine(module, routine, stem)) return true;
+    withdraw(module);
     return false;
 }
 

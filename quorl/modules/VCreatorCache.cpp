@@ -65,35 +65,79 @@ private:
 
 // Writing
 
-void writeEntry(const string& name, const string& module, ModuleFiles& files, std::FILE* file)
+/// The items of a file, one by one. A file that does not come to its end, as on a full disk, is
+/// emptied: a scan passes over the modules that a cache names, also where half of their creators
+/// are missing in it.
+class CacheWriter
+{
+public:
+    explicit CacheWriter(const string& path) : path_(path), file_(std::fopen(path.c_str(), "wb")) {}
+    CacheWriter(const CacheWriter&) = delete;
+    CacheWriter& operator=(const CacheWriter&) = delete;
+    ~CacheWriter()
+    {
+        if (file_) empty(); // an exception passes
+    }
+
+    bool isOpen() const { return file_ != nullptr; }
+
+    template <class Integer>
+    void number(Integer value)
+    {
+        isWhole_ = fputnumber(value, file_.get()) && isWhole_;
+    }
+
+    void text(const string& value) { isWhole_ = fputstring(value, file_.get()) && isWhole_; }
+
+    /// All has been told.
+    void finish()
+    {
+        if (std::fclose(file_.release()) != 0 || !isWhole_) empty();
+    }
+
+private:
+    void empty()
+    {
+        file_.reset(); // first: it may have something left to write
+        file_.reset(std::fopen(path_.c_str(), "wb"));
+        file_.reset();
+    }
+
+    const string path_;
+    Tolmen::OwnedFile file_;
+    bool isWhole_ = true;
+};
+
+void writeEntry(const string& name, const string& module, ModuleFiles& files, CacheWriter& writer)
 {
     const FileStatus& status = files.of(module).status;
     if (!status.exists)
     {
         std::printf("MODULE [%s] DOES NOT EXIST\n", module.c_str());
-        fputnumber(std::uint64_t{0}, file);
-        fputnumber(std::uint64_t{0}, file);
+        writer.number(std::uint64_t{0});
+        writer.number(std::uint64_t{0});
         return;
     }
-    fputstring(name, file);
-    fputstring(module, file);
-    fputnumber(shortSize(status), file);
-    fputnumber(status.modifiedSeconds, file);
+    writer.text(name);
+    writer.text(module);
+    writer.number(shortSize(status));
+    writer.number(status.modifiedSeconds);
 }
 
-void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& files, std::FILE* file)
+void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& files,
+                 CacheWriter& writer)
 {
-    fputstring(domain, file);
+    writer.text(domain);
     std::printf("** MODULE CACHE REGISTRY FOR DOMAIN [%s] ***\n", domain.c_str());
-    fputnumber(std::uint64_t{map.priorities().size()}, file);
+    writer.number(std::uint64_t{map.priorities().size()});
     for (const auto& [priority, name] : map.priorities())
     {
-        fputnumber(std::int32_t{priority}, file);
-        fputstring(name, file);
+        writer.number(std::int32_t{priority});
+        writer.text(name);
     }
-    fputnumber(std::uint64_t{map.size()}, file);
+    writer.number(std::uint64_t{map.size()});
     for (const auto& [name, info] : map)
-        if (info) writeEntry(name, info->ModuleName, files, file);
+        if (info) writeEntry(name, info->ModuleName, files, writer);
 }
 
 // Reading
@@ -266,12 +310,13 @@ void readDomain(ModuleFiles& files, CacheReader& reader)
 
 bool SaveVCreatorMapTypes(const string& path)
 {
-    const Tolmen::OwnedFile file(std::fopen(path.c_str(), "wb"));
-    if (!file) return false;
+    CacheWriter writer(path);
+    if (!writer.isOpen()) return false;
     ModuleFiles files;
-    fputnumber(std::uint64_t{VCreatorTypes().size()}, file.get());
+    writer.number(std::uint64_t{VCreatorTypes().size()});
     for (const auto& [type, map] : VCreatorTypes())
-        if (map) writeDomain(Tolmen::Typename(type), *map, files, file.get());
+        if (map) writeDomain(Tolmen::Typename(type), *map, files, writer);
+    writer.finish();
     return true;
 }
 

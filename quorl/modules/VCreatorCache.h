@@ -25,7 +25,8 @@ namespace Quorl
 ///
 /// An entry whose module file is not there, so each without a module, is 16 zero bytes. One without
 /// a record is left out, though it is counted. Deliberate, both: readers lose step there.
-/// \return false if the file cannot be opened.
+/// \return false if the file cannot be opened. One that cannot be written to its end is left empty,
+/// which reads as a cache of nothing.
 QUORL_API bool SaveVCreatorMapTypes(const string& file);
 
 /// Reads such a file, and enters what it tells as entries that wait for their modules. To be done

@@ -24,6 +24,24 @@ constexpr std::size_t kMostOfSource = 4095;
 
 constinit bool allStayLoaded = false;
 
+constinit const VModule* theOneBeingLoaded = nullptr;
+
+/// While this lives, the static initialisers of a module run. They may load other modules.
+class LoadScope
+{
+public:
+    explicit LoadScope(const VModule& module) : outer_(theOneBeingLoaded)
+    {
+        theOneBeingLoaded = &module;
+    }
+    LoadScope(const LoadScope&) = delete;
+    LoadScope& operator=(const LoadScope&) = delete;
+    ~LoadScope() { theOneBeingLoaded = outer_; }
+
+private:
+    const VModule* const outer_;
+};
+
 /// Closes the quotation, in the place of the line end that some systems' texts have.
 string closed(string text)
 {
@@ -58,6 +76,7 @@ VModule::VModule(const string& modulePath)
     VManagedObject::CurrentLoadModule = path;
     // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
     if (isCompatible()) load();
+    if (theOneBeingLoaded) VManagedObject::CurrentLoadModule = theOneBeingLoaded->path;
 }
 
 VModule::~VModule()
@@ -94,6 +113,7 @@ bool VModule::isCompatible()
 
 void VModule::load()
 {
+    const LoadScope scope(*this);
     auto library = std::make_unique<Tolmen::Platform::SharedLibrary>(path);
     VManagedObject::CurrentLoadModule.clear();
     if (library->isLoaded())

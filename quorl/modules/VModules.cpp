@@ -1,6 +1,7 @@
 #include <quorl/modules/VModules.h>
 
 #include <quorl/foundation/VGlobals.h>
+#include <quorl/modules/BeingInitialised.h>
 #include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
@@ -70,7 +71,8 @@ bool VModules::enableCache(const string& path)
 RefPtr<VModule> VModules::find(const string& path)
 {
     const auto entry = theModules().find(path);
-    return entry == theModules().end() ? RefPtr<VModule>() : entry->second.module;
+    if (entry != theModules().end() && entry->second.module) return entry->second.module;
+    return BeingInitialised::find(path);
 }
 
 bool UnloadVModule(const string& path, VManagedObject::VRemoveItem& remover)

@@ -77,7 +77,8 @@ public:
     /// \return whether it is not loaded.
     static bool enableCache(const string& path);
 
-    static RefPtr<VModule> find(const string& path); ///< null unless it is loaded
+    /// \return null unless it is loaded, or its init routine runs.
+    static RefPtr<VModule> find(const string& path);
 
     /// Asks with another function; null puts the default back, which asks on the terminal.
     /// \return the one before.

@@ -1,5 +1,10 @@
 #include <quorl/modules/VSaveable.h>
 
+<<<<<<< HEAD
+=======
+#include <quorl/foundation/AtCleanUp.h>
+#include <quorl/foundation/FindOrNull.h>
+>>>>>>> hardening
 #include <quorl/modules/ZelmSaver.h>
 
 #include <algorithm>
@@ -64,7 +69,8 @@ bool VSaveable::autosave() const
 
 VSaveable& VSaveable::GlobalState()
 {
-    static VSaveable state;
+    static auto& state = *new VSaveable;
+    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(state.savers_); });
     return state;
 }
 

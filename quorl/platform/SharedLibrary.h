@@ -46,4 +46,8 @@ private:
     std::string error_;
 };
 
+/// Whether a loaded library calls what begins at an address a function, or says nothing of it: to
+/// call data that bears the name of a function would end the process. False for null.
+TOLMEN_API bool isCode(const void* address);
+
 } // namespace Tolmen::Platform

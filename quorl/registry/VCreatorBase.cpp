@@ -1,6 +1,7 @@
 #include <quorl/registry/VCreatorBase.h>
 
 #include <quorl/foundation/Chunk.h>
+#include <quorl/foundation/DeadEntries.h>
 #include <quorl/foundation/StringUtil.h>
 #include <quorl/objects/VObject.h> // the parent of a child to be named
 #include <quorl/registry/VAcceptInfo.h>
@@ -18,15 +19,28 @@ namespace
 constexpr char kNameSeparator = '\x1E';
 constexpr char kInfoSeparator = '\x1F';
 
-std::multimap<string, WeakPtr<VCreatorBase>>& IdentifierMap()
+struct Identifiers
 {
-    static std::multimap<string, WeakPtr<VCreatorBase>> table;
+    std::multimap<string, WeakPtr<VCreatorBase>> creators;
+    Tolmen::DeadEntries dead;
+};
+
+Identifiers& IdentifierMap()
+{
+    static auto& table = *new Identifiers; // asked until the very end
     return table;
+}
+
+void registerIdentifier(const string& identifier, const WeakPtr<VCreatorBase>& creator)
+{
+    Identifiers& table = IdentifierMap();
+    table.dead.takeOut(table.creators, [](const auto& entry) { return !entry.second; });
+    table.creators.emplace(identifier, creator);
 }
 
 std::map<string, VCreatorBase::ApplicationProperties>& theApplications()
 {
-    static std::map<string, VCreatorBase::ApplicationProperties> table;
+    static auto& table = *new std::map<string, VCreatorBase::ApplicationProperties>;
     return table;
 }
 
@@ -95,7 +109,7 @@ void VCreatorBase::enterTables(bool pinned)
     }
     const WeakPtr<VCreatorBase> myself(this);
     if (pinned) myself.ref();
-    IdentifierMap().emplace(element[Name], myself);
+    registerIdentifier(element[Name], myself);
     registerApplications(element[Applications], myself);
     VCreatorCategory::addCreator(myself);
 }
@@ -135,7 +149,8 @@ int VCreatorBase::iterateApplications(ApplicationIterator& visitor)
 int VCreatorBase::iterateIdentifiers(const string& identifier, IdentifierIterator& visitor)
 {
     int count = 0;
-    const auto& table = IdentifierMap();
+    const Tolmen::DeadEntries::Walk walk(IdentifierMap().dead);
+    const auto& table = IdentifierMap().creators;
     for (auto entry = table.lower_bound(identifier);
          entry != table.end() && entry->first == identifier; ++entry)
     {

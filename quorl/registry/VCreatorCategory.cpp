@@ -1,5 +1,6 @@
 #include <quorl/registry/VCreatorCategory.h>
 
+#include <quorl/foundation/DeadEntries.h>
 #include <quorl/registry/VCreatorBase.h>
 
 #include <list>
@@ -13,12 +14,13 @@ namespace
 struct CreatorList
 {
     VCreatorPropertyBase properties;
-    std::list<WeakPtr<VCreatorBase>> creators; // grows only, so that walks stay valid
+    std::list<WeakPtr<VCreatorBase>> creators; // in the order of registration
+    Tolmen::DeadEntries dead;
 };
 
 std::map<string, CreatorList>& CategoryInfo()
 {
-    static std::map<string, CreatorList> table;
+    static auto& table = *new std::map<string, CreatorList>; // asked until the very end
     return table;
 }
 
@@ -30,13 +32,16 @@ void VCreatorCategory::addCreator(const WeakPtr<VCreatorBase>& creator)
 {
     if (!creator) return;
     const string& category = creator->element[VCreatorPropertyElements::Category];
-    CategoryInfo()[category].creators.push_back(creator);
+    CreatorList& list = CategoryInfo()[category];
+    list.dead.takeOut(list.creators, [](const WeakPtr<VCreatorBase>& entry) { return !entry; });
+    list.creators.push_back(creator);
 }
 
 int VCreatorCategory::iterate(const string& category, Iterator& visitor)
 {
     const auto entry = CategoryInfo().find(category);
     if (entry == CategoryInfo().end()) return -1;
+    const Tolmen::DeadEntries::Walk walk(entry->second.dead);
     int count = 0;
     for (const WeakPtr<VCreatorBase>& creator : entry->second.creators)
     {

@@ -1,6 +1,10 @@
 #include <quorl/registry/VCreatorMap.h>
 
+<<<<<<< HEAD
 #include <quorl/foundation/CastCache.h> // counts what has left
+=======
+#include <quorl/foundation/AtCleanUp.h>
+>>>>>>> hardening
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
@@ -98,8 +102,21 @@ bool VCreatorMap::remove(const string& name)
 
 void VCreatorMap::addPriority(int priority, const string& name)
 {
+<<<<<<< HEAD
     const Priorities::const_iterator line = priorities_.emplace(priority, Line(name));
     linesByName_.emplace(std::pair(std::string_view(line->second), priority), line);
+=======
+    const auto line = priorities_.emplace(priority, name);
+    try
+    {
+        linesByName_.emplace(std::pair(name, priority), line);
+    }
+    catch (...)
+    {
+        priorities_.erase(line); // nobody would find it again
+        throw;
+    }
+>>>>>>> hardening
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
@@ -126,25 +143,19 @@ namespace
 
 /// At the end objects leave their domain one by one: what they ask of the registry while they end,
 /// and what they take out of it, is whole.
-struct AllDomains
+void empty(const VCreatorMapTypes& domains)
 {
-    AllDomains() = default;
-    AllDomains(const AllDomains&) = delete;
-    AllDomains& operator=(const AllDomains&) = delete;
-    ~AllDomains()
-    {
-        for (const auto& [type, domain] : domains)
-            while (domain && !domain->empty()) domain->remove(domain->begin()->first);
-    }
-    VCreatorMapTypes domains;
-};
+    for (const auto& [type, domain] : domains)
+        while (domain && !domain->empty()) domain->remove(domain->begin()->first);
+}
 
 } // namespace
 
 VCreatorMapTypes& VCreatorTypes()
 {
-    static AllDomains all;
-    return all.domains;
+    static auto& domains = *new VCreatorMapTypes;
+    static const Tolmen::AtCleanUp end([] { empty(domains); });
+    return domains;
 }
 
 namespace

@@ -34,13 +34,13 @@ public:
 
 std::list<WeakPtr<VLogger>>& theLoggers()
 {
-    static std::list<WeakPtr<VLogger>> loggers;
+    static auto& loggers = *new std::list<WeakPtr<VLogger>>; // destructors log until the very end
     return loggers;
 }
 
 const RefPtr<StateQueue>& defaultQueue()
 {
-    static const RefPtr<StateQueue> queue(new StateQueue);
+    static const auto& queue = *new RefPtr<StateQueue>(new StateQueue);
     return queue;
 }
 

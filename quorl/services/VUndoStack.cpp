@@ -1,5 +1,7 @@
 #include <quorl/services/VUndoStack.h>
 
+#include <quorl/foundation/AtCleanUp.h>
+
 namespace Quorl
 {
 namespace
@@ -30,7 +32,8 @@ VUndoStack::~VUndoStack() = default;
 
 VUndoStack& VUndoStack::GlobalUndoStack()
 {
-    static VUndoStack stack;
+    static auto& stack = *new VUndoStack;
+    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(stack.actions_); });
     return stack;
 }
 

@@ -25,7 +25,7 @@ public:
     VUndoStack& operator=(const VUndoStack&) = delete;
     ~VUndoStack() override;
 
-    /// Records the order of changes over the whole application. Lasts until the clean-up of
+    /// Records the order of changes over the whole application. Its actions end in the clean-up of
     /// statics.
     static VUndoStack& GlobalUndoStack();
 

@@ -22,13 +22,13 @@ struct TypedSlotCreator::InternalTypeCreatorAccessory
 
     static TypeTable& byType()
     {
-        static TypeTable table;
+        static auto& table = *new TypeTable; // creators withdraw until the very end
         return table;
     }
 
     static NameTable& byName()
     {
-        static NameTable table;
+        static auto& table = *new NameTable;
         return table;
     }
 

@@ -180,8 +180,15 @@ int VSlotContainer::getNumberOfParameters(int maxExpertLevel) const
     return static_cast<int>(count);
 }
 
+/// Visitors may drop the container. \return null if nobody owns it.
+RefPtr<VSlotContainer> VSlotContainer::heldForVisits() const
+{
+    return Tolmen::heldIfOwned(WeakPtr<VSlotContainer>(const_cast<VSlotContainer*>(this)));
+}
+
 int VSlotContainer::iterateParameters(int maxExpertLevel, VSlotIterator& visitor) const
 {
+    const RefPtr<VSlotContainer> held = heldForVisits();
     InputCursor inputs(*this, maxExpertLevel);
     while (inputs.next())
         if (!visitor.apply(inputs.slot(), inputs.level())) break;
@@ -190,11 +197,13 @@ int VSlotContainer::iterateParameters(int maxExpertLevel, VSlotIterator& visitor
 
 int VSlotContainer::iterate_inputs(std::function<bool(const RefPtr<VSlot>&, int)> visit) const
 {
+    const RefPtr<VSlotContainer> held = heldForVisits();
     return countInputs(*Slots, visit);
 }
 
 int VSlotContainer::iterate_inputs(std::function<bool(VSlot&, int)> visit) const
 {
+    const RefPtr<VSlotContainer> held = heldForVisits();
     return countInputs(*Slots,
                        [&](const RefPtr<VSlot>& slot, int level) { return visit(*slot, level); });
 }

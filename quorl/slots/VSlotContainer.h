@@ -259,6 +259,7 @@ public:
         SetupFunctors; ///< the dead stay
 
 private:
+    RefPtr<VSlotContainer> heldForVisits() const;
     RefPtr<VSlot> registerOutputSlot(const RefPtr<VParameter>& parameter, const string& name,
                                      const std::type_info& type, const string& member);
     bool hasOtherSource(const VParameter& parameter) const;

@@ -126,6 +126,7 @@ RefPtr<Tolmen::StringList> VSlotContainer::getOutputs(const std::type_info& type
 
 int VSlotContainer::iterateOutputs(VOutputIterator& visitor, const std::type_info& type) const
 {
+    const RefPtr<VSlotContainer> held = heldForVisits();
     int count = 0;
     searchOutputs(*Slots, type, [&](const std::type_info& key, const RefPtr<VSlot>& slot) {
         ++count;

@@ -1,5 +1,6 @@
 #include <quorl/tasks/VScheduler.h>
 
+#include <quorl/foundation/AtCleanUp.h>
 #include <quorl/foundation/Profiler.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VRequest.h>
@@ -29,14 +30,16 @@ struct EntryList
 
 EntryList& SchedulerList()
 {
-    static EntryList list;
+    static auto& list = *new EntryList;
+    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(list.entries); });
     return list;
 }
 
 /// What is scheduled while `execute` runs. Its counter stays 0.
 EntryList& NextSchedulerList()
 {
-    static EntryList list;
+    static auto& list = *new EntryList;
+    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(list.entries); });
     return list;
 }
 

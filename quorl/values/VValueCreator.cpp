@@ -18,7 +18,7 @@ using CreatorTable = std::map<string, WeakPtr<VValueCreator>>;
 
 CreatorTable& theCreators()
 {
-    static CreatorTable creators;
+    static auto& creators = *new CreatorTable; // asked until the very end
     return creators;
 }
 

@@ -65,7 +65,8 @@ struct QUORL_API VValueTrait<float>
     static string Text(float datum);
 };
 
-/// 17 significant digits, so that reading gives the datum back; in no locale.
+/// 17 significant digits, in no locale. Reading gives the datum back but for its last bits, as the
+/// parser rounds more than once; 0 if it was below 1e-290.
 template <>
 struct QUORL_API VValueTrait<double>
 {

@@ -198,4 +198,15 @@ void* SharedLibrary::symbol(const std::string& name) const
     return definer == own ? found : nullptr;
 }
 
+bool isCode(const void* address)
+{
+    Dl_info place = {};
+    void* extra = nullptr;
+    if (!address || ::dladdr1(address, &place, &extra, RTLD_DL_SYMENT) == 0) return false;
+    const auto* const entry = static_cast<const ElfW(Sym)*>(extra);
+    if (!entry || place.dli_saddr != address) return false;
+    const auto type = ELF64_ST_TYPE(entry->st_info);
+    return type != STT_OBJECT && type != STT_TLS;
+}
+
 } // namespace Tolmen::Platform

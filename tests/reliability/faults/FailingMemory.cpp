@@ -1,0 +1,63 @@
+#include <tests/reliability/faults/FailingMemory.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace QuorlTest
+{
+namespace
+{
+
+constinit std::atomic<long> theBlocks = 0;
+constinit std::atomic<long> theCallsLeft = 0; // 0 where none is to fail
+
+bool isToFail()
+{
+    return theCallsLeft.load() > 0 && theCallsLeft.fetch_sub(1) == 1;
+}
+
+} // namespace
+
+FailingMemory::FailingMemory(long number)
+{
+    theCallsLeft = number;
+}
+
+FailingMemory::~FailingMemory()
+{
+    theCallsLeft = 0;
+}
+
+bool FailingMemory::hasFailed() const
+{
+    return theCallsLeft == 0;
+}
+
+long FailingMemory::blocks()
+{
+    return theBlocks;
+}
+
+} // namespace QuorlTest
+
+// Replace those of the standard library in the whole process.
+
+void* operator new(std::size_t size)
+{
+    void* const block = QuorlTest::isToFail() ? nullptr : std::malloc(size > 0 ? size : 1);
+    if (!block) throw std::bad_alloc();
+    ++QuorlTest::theBlocks;
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    if (block) --QuorlTest::theBlocks;
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    operator delete(block);
+}

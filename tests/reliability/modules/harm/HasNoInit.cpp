@@ -1,0 +1,5 @@
+#include "Harm.h"
+
+static Quorl::VCreator<Harmless> creator("Harm/A");
+
+ZELM_PLUGIN_STRINGS("");

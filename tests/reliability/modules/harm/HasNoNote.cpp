@@ -1,0 +1,3 @@
+#include "Harm.h"
+
+static Quorl::VCreator<Harmless> creator("Harm/A");

@@ -1,0 +1,8 @@
+#include "Harm.h"
+
+extern "C" int functionOfNobody();
+
+ZELM_MODULE(harm)
+{
+    return functionOfNobody() == 1;
+}

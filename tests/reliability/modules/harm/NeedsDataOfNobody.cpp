@@ -1,0 +1,8 @@
+#include "Harm.h"
+
+extern "C" int dataOfNobody;
+
+ZELM_MODULE(harm)
+{
+    return dataOfNobody == 1;
+}

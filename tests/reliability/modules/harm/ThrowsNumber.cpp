@@ -1,0 +1,8 @@
+#include "Harm.h"
+
+static Quorl::VCreator<Harmless> creator("Harm/A");
+
+ZELM_MODULE(harm)
+{
+    throw 42;
+}
