@@ -5,6 +5,7 @@
 #include <quorl/foundation/Interface.h>
 #include <quorl/foundation/Profiler.h>
 #include <quorl/foundation/Timer.h>
+#include <quorl/objects/CancellableRequest.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/services/VActionNotifier.h>
@@ -19,20 +20,17 @@ namespace Zelm
 namespace
 {
 
+using Quorl::CancellableRequest;
 using Quorl::ValuePool;
 using Quorl::VObject;
 using Quorl::VRequest;
 
-/// A ticket that Ctrl-C cancels.
-class Ticket final : public VRequest
-{
-public:
-    explicit Ticket(const RefPtr<ValuePool>& pool) : VRequest(pool, false) {}
-    bool isCancelled() const override { return Interruption::isWanted(); }
-};
+/// Sections that are listened to. As long as somebody listens, a walk takes every path of a
+/// network, and paths may be an exponential of its objects.
+constexpr int kMostSections = 1'000'000;
 
 /// Which objects ran, and how long each took by itself: an object's request is a section of the
-/// profiler, with those that it asks inside.
+/// profiler, with those that it asks inside. Where there are too many of them, times are not told.
 class Journal final : public Tolmen::Interface<Journal>, public Tolmen::Profiler::Listener
 {
 public:
@@ -52,7 +50,11 @@ public:
     /// No more comes.
     void finish() const { Quorl::VActionNotifier::ProgressInfo(id_, context_, objects_, objects_); }
 
-    void opened(const Tolmen::Profiler::Section& /*section*/) override { open_.emplace_back(); }
+    void opened(const Tolmen::Profiler::Section& /*section*/) override
+    {
+        open_.emplace_back();
+        if (++sections_ == kMostSections) Tolmen::Profiler::setListener(nullptr);
+    }
 
     void closed(const Tolmen::Profiler::Section& /*section*/, double seconds) override
     {
@@ -77,8 +79,9 @@ private:
     bool note(VObject& object, const RefPtr<ValuePool>& pool)
     {
         const auto done = static_cast<int>(runs.size());
-        if (!open_.empty()) open_.back().run = static_cast<int>(runs.size());
-        runs.push_back({object.getName(), 0.0, object.age(pool).stamp()});
+        const bool isListening = sections_ < kMostSections;
+        if (!open_.empty() && isListening) open_.back().run = done;
+        runs.push_back({object.getName(), {}, object.age(pool).stamp()});
         objects.emplace_back(&object);
         return Quorl::VActionNotifier::ProgressInfo(id_, context_ + ": " + object.getName(), done,
                                                     objects_);
@@ -88,6 +91,7 @@ private:
     const int objects_; // of the network, not all of which have to run
     const unsigned long id_ = Quorl::VActionNotifier::getNewProgressID();
     std::vector<Open> open_;
+    int sections_ = 0;
 };
 
 /// Listens to the profiler for as long as it lives.
@@ -129,7 +133,7 @@ Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePoo
     outcome.context = context->name;
     outcome.object = object->getName();
     const RefPtr<Journal> journal(new Journal(context->name, network_->objects.size()));
-    Ticket ticket(context);
+    CancellableRequest ticket(context, false, Interruption::wish());
     ticket.addInterface(journal);
     const Tolmen::Timer watch;
     try

@@ -4,6 +4,7 @@
 #include <quorl/foundation/RefPtr.h>
 #include <zelm/network/LoadedNetwork.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,8 @@ namespace Zelm
 struct Run
 {
     std::string object;
-    double seconds = 0.0; ///< of its own, without what it waited for
-    long long age = 0;    ///< that it has since, in the context
+    std::optional<double> seconds; ///< of its own, without what it waited for; if it is known
+    long long age = 0;             ///< that it has since, in the context
     bool hasFailed = false;
 };
 

@@ -7,11 +7,12 @@ namespace Zelm
 namespace
 {
 
-volatile std::sig_atomic_t theWish = 0;
+constinit std::atomic<bool> theWish{false};
+static_assert(std::atomic<bool>::is_always_lock_free); // it is set by a handler of signals
 
 extern "C" void noteInterruption(int signal)
 {
-    theWish = 1;
+    theWish = true;
     std::signal(signal, SIG_DFL);
 }
 
@@ -22,9 +23,9 @@ void Interruption::listen()
     std::signal(SIGINT, &noteInterruption);
 }
 
-bool Interruption::isWanted()
+const std::atomic<bool>& Interruption::wish()
 {
-    return theWish != 0;
+    return theWish;
 }
 
 } // namespace Zelm

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 namespace Zelm
 {
 
@@ -11,7 +13,10 @@ public:
     Interruption() = delete;
 
     static void listen();
-    static bool isWanted();
+    static bool isWanted() { return wish(); }
+
+    /// For who has to be told by a flag. It lives to the end of the process.
+    static const std::atomic<bool>& wish();
 };
 
 } // namespace Zelm

@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -123,10 +124,11 @@ double milliseconds(double seconds)
     return 1000.0 * seconds;
 }
 
-std::string told(double seconds)
+std::string told(std::optional<double> seconds)
 {
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%9.1f ms", milliseconds(seconds));
+    if (!seconds) return "        - ms";
+    std::snprintf(text.data(), text.size(), "%9.1f ms", milliseconds(*seconds));
     return text.data();
 }
 
@@ -148,7 +150,7 @@ Json jsonOf(const Run& run)
 {
     return {{"object", run.object},
             {"outcome", run.hasFailed ? "failed" : "updated"},
-            {"milliseconds", milliseconds(run.seconds)},
+            {"milliseconds", run.seconds ? Json(milliseconds(*run.seconds)) : Json()},
             {"age", run.age}};
 }
 

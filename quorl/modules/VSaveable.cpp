@@ -1,10 +1,6 @@
 #include <quorl/modules/VSaveable.h>
 
-<<<<<<< HEAD
-=======
 #include <quorl/foundation/AtCleanUp.h>
-#include <quorl/foundation/FindOrNull.h>
->>>>>>> hardening
 #include <quorl/modules/ZelmSaver.h>
 
 #include <algorithm>

@@ -1,10 +1,7 @@
 #include <quorl/registry/VCreatorMap.h>
 
-<<<<<<< HEAD
-#include <quorl/foundation/CastCache.h> // counts what has left
-=======
 #include <quorl/foundation/AtCleanUp.h>
->>>>>>> hardening
+#include <quorl/foundation/CastCache.h> // counts what has left
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
@@ -102,21 +99,16 @@ bool VCreatorMap::remove(const string& name)
 
 void VCreatorMap::addPriority(int priority, const string& name)
 {
-<<<<<<< HEAD
     const Priorities::const_iterator line = priorities_.emplace(priority, Line(name));
-    linesByName_.emplace(std::pair(std::string_view(line->second), priority), line);
-=======
-    const auto line = priorities_.emplace(priority, name);
     try
     {
-        linesByName_.emplace(std::pair(name, priority), line);
+        linesByName_.emplace(std::pair(std::string_view(line->second), priority), line);
     }
     catch (...)
     {
         priorities_.erase(line); // nobody would find it again
         throw;
     }
->>>>>>> hardening
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 

@@ -49,5 +49,36 @@ TEST_F(LargeNetwork, IsExplained)
     EXPECT_EQ(answer["foreseen"], true);
 }
 
+/// Objects that each take both inputs from the one before: 2^60 paths.
+class ManyPaths : public HostFixture
+{
+protected:
+    static constexpr int kObjects = 60;
+
+    ManyPaths()
+    {
+        std::string text = "{\"zelm-network\": 1, \"objects\": [\n";
+        text += R"({"name": "o0", "creator": "Test/Sum"})";
+        for (int at = 1; at < kObjects; ++at)
+        {
+            const std::string source = "\"o" + std::to_string(at - 1) + ".sum\"";
+            text += ",\n{\"name\": \"o" + std::to_string(at) + "\", \"creator\": \"Test/Sum\"";
+            text += ", \"inputs\": {\"left\": " + source + ", \"right\": " + source + "}}";
+        }
+        writeBytes(folder / "a.json", text + "]}\n");
+    }
+};
+
+TEST_F(ManyPaths, AreNotTimedToTheirEnd)
+{
+    zelm("run a.json --json");
+
+    ASSERT_EQ(status, 0) << err;
+    const Json ran = json()["requests"][0]["ran"];
+    ASSERT_EQ(ran.size(), static_cast<std::size_t>(kObjects));
+    EXPECT_TRUE(ran.front()["milliseconds"].is_number());
+    EXPECT_TRUE(ran.back()["milliseconds"].is_null());
+}
+
 } // namespace
 } // namespace Zelm
