@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <utility>
 #include <vector>
@@ -87,6 +88,7 @@ Profile sampleProfile(const Field& field, const Place& from, const Place& to, in
         throw MapError("the number of samples of a profile is not between 2 and 100000");
     const GreatCircle way(from, to);
     std::vector<float> values;
+    values.reserve(static_cast<std::size_t>(samples));
     for (int i = 0; i < samples; ++i) values.push_back(valueAt(field, way.at(i / (samples - 1.0))));
     return {from, to, way.length(), Raster<float>(samples, 1, std::move(values))};
 }

@@ -73,7 +73,7 @@ std::string objFace(const Triangle& triangle)
     for (const std::uint32_t vertex : triangle)
     {
         const std::string number = std::to_string(std::uint64_t{vertex} + 1);
-        line += " " + number + "//" + number;
+        line.append(1, ' ').append(number).append("//").append(number);
     }
     return line + "\n";
 }

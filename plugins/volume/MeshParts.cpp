@@ -59,8 +59,9 @@ std::vector<bool> keptParts(const Mesh& mesh, Sets& parts, std::size_t count)
     std::vector<std::uint32_t> largest;
     for (std::uint32_t vertex = 0; vertex < sizes.size(); ++vertex)
         if (sizes[vertex] > 0) largest.push_back(vertex);
-    std::ranges::stable_sort(
-        largest, [&](std::uint32_t one, std::uint32_t other) { return sizes[one] > sizes[other]; });
+    std::ranges::sort(largest, [&](std::uint32_t one, std::uint32_t other) {
+        return sizes[one] != sizes[other] ? sizes[one] > sizes[other] : one < other;
+    });
     largest.resize(std::min(count, largest.size()));
     std::vector<bool> isKept(sizes.size(), false);
     for (const std::uint32_t vertex : largest) isKept[vertex] = true;

@@ -62,7 +62,7 @@ Raw rawOf(const Header& header)
     raw.offset = static_cast<double>(header.vox_offset);
     raw.slope = header.scl_slope;
     raw.intercept = header.scl_inter;
-    raw.units = header.xyzt_units;
+    raw.units = static_cast<unsigned char>(header.xyzt_units);
     raw.isInOneFile = header.magic[0] == 'n' && header.magic[1] == '+';
     return raw;
 }

@@ -18,10 +18,12 @@ std::vector<float> gaussianFromMiddle(double sigmaInVoxels)
     constexpr double kCutInSigmas = 4.0;
     const int radius = static_cast<int>(std::ceil(kCutInSigmas * sigmaInVoxels));
     std::vector<double> weights;
+    weights.reserve(static_cast<std::size_t>(radius) + 1);
     for (int i = 0; i <= radius; ++i)
         weights.push_back(std::exp(-0.5 * (i / sigmaInVoxels) * (i / sigmaInVoxels)));
     const double sum = 2.0 * std::accumulate(weights.begin() + 1, weights.end(), 0.5 * weights[0]);
     std::vector<float> normalised;
+    normalised.reserve(weights.size());
     for (const double weight : weights) normalised.push_back(static_cast<float>(weight / sum));
     return normalised;
 }
