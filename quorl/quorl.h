@@ -27,7 +27,9 @@
 #include <quorl/foundation/LastKnownSourceCodeLine.h>
 #include <quorl/foundation/ManyShares.h>
 #include <quorl/foundation/MutableName.h>
+#include <quorl/foundation/NameIndex.h>
 #include <quorl/foundation/Profiler.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/ReferenceBase.h>
 #include <quorl/foundation/Referer.h>
