@@ -1,0 +1,144 @@
+#!/usr/bin/env python3
+"""Changes one thing at a time in quorl/, and tells which changes no test notices.
+
+Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
+run, then those of tests/model. A mutant is killed by a test that fails, crashes or does not end; one
+that does not compile does not count. Results stay in build/mutation/results.json: a further run goes
+on from there.
+"""
+
+import argparse
+import collections
+import json
+import os
+import pathlib
+import random
+import subprocess
+import sys
+
+from mutants import find_mutants, line_of
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+WORK = ROOT / "build" / "mutation"
+TREE = WORK / "tree"
+BUILD = WORK / "build"
+RESULTS = WORK / "results.json"
+FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
+           "kit", "platform")
+MODEL_CASES = "max_success=300 max_size=60"
+
+
+def run(command, timeout=None, **options):
+    """Whether a command ends well, in time. What it prints is not of interest."""
+    try:
+        return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, timeout=timeout, check=False,
+                              **options).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+def prepare():
+    """A copy of the last commit, built without mutants, whose tests pass."""
+    TREE.mkdir(parents=True, exist_ok=True)
+    subprocess.run(f"git archive HEAD | tar -x -C '{TREE}'", shell=True, cwd=ROOT, check=True)
+    subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+                    "-DCMAKE_CXX_FLAGS=-O1", "-DQUORL_BUILD_HOST=OFF", "-DQUORL_BUILD_EXAMPLES=OFF",
+                    "-DQUORL_BUILD_BENCHMARKS=OFF"], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["cmake", "--build", BUILD, "--target", *targets(FOLDERS)], check=True)
+    broken = [folder for folder in FOLDERS if not passes(folder)]
+    if broken:
+        sys.exit("the tests fail without any mutant: " + ", ".join(broken))
+
+
+def targets(folders):
+    return [f"{folder}_test" for folder in folders] + ["model_test"]
+
+
+def passes(folder):
+    return passes_test(folder, 120) and passes_test("model", 240)
+
+
+def passes_test(name, seconds):
+    """Whether the tests of a folder pass, all in one process."""
+    place = BUILD / "tests" / name
+    environment = dict(os.environ, RC_PARAMS=MODEL_CASES, GTEST_FAIL_FAST="1")
+    return run([place / f"{name}_test"], timeout=seconds, cwd=place, env=environment)
+
+
+def result_of(name, mutant):
+    """What becomes of a mutant: "killed", "survived", or "invalid" if it does not compile."""
+    source = TREE / name
+    text = source.read_text(encoding="utf-8")
+    folder = pathlib.PurePath(name).parts[1]
+    try:
+        source.write_text(mutant.applied(text), encoding="utf-8")
+        if not run(["cmake", "--build", BUILD, "--target", *targets([folder])], timeout=1200):
+            return "invalid"
+        return "survived" if passes(folder) else "killed"
+    finally:
+        source.write_text(text, encoding="utf-8")
+
+
+def choose(count, seed, folders):
+    """Mutants, spread over the folders and their files: as many of each folder, as far as it has
+    them."""
+    by_folder = {}
+    for folder in folders:
+        found = []
+        for source in sorted((TREE / "quorl" / folder).rglob("*.cpp")):
+            name = str(source.relative_to(TREE))
+            found += [(name, mutant) for mutant in find_mutants(source.read_text(encoding="utf-8"))]
+        random.Random(f"{seed} {folder}").shuffle(found)
+        by_folder[folder] = found
+    chosen = []
+    while len(chosen) < count and any(by_folder.values()):
+        chosen += [found.pop() for found in by_folder.values() if found]
+    return chosen[:count]
+
+
+def described(name, mutant):
+    text = (TREE / name).read_text(encoding="utf-8")
+    begin = text.rfind("\n", 0, mutant.begin) + 1
+    end = text.find("\n", mutant.end)
+    changed = mutant.applied(text)[begin:end + len(mutant.replacement) + mutant.begin - mutant.end]
+    return {"file": name, "line": line_of(text, mutant.begin), "kind": mutant.kind,
+            "before": text[begin:end].strip(), "after": changed.strip()}
+
+
+def report(results):
+    counts = collections.Counter((entry["file"].split("/")[1], entry["result"])
+                                 for entry in results.values())
+    for folder in FOLDERS:
+        killed, survived = counts[folder, "killed"], counts[folder, "survived"]
+        if killed + survived:
+            print(f"{folder:12} {killed:4} of {killed + survived:4} killed")
+    for entry in results.values():
+        if entry["result"] == "survived":
+            print(f"{entry['file']}:{entry['line']}: {entry['kind']}\n"
+                  f"  - {entry['before']}\n  + {entry['after']}")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("--count", type=int, default=500, help="mutants, of all folders together")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--folder", action="append", choices=FOLDERS, help="may be repeated")
+    parser.add_argument("--report", action="store_true", help="tell what is known, run nothing")
+    options = parser.parse_args()
+    results = json.loads(RESULTS.read_text(encoding="utf-8")) if RESULTS.exists() else {}
+    if not options.report:
+        prepare()
+        for name, mutant in choose(options.count, options.seed, options.folder or FOLDERS):
+            entry = described(name, mutant)
+            key = f"{name}:{mutant.begin}:{mutant.kind}:{entry['before']}"
+            if key in results:
+                continue
+            results[key] = entry | {"result": result_of(name, mutant)}
+            print(f"{results[key]['result']:9} {name}:{entry['line']} {mutant.kind}", flush=True)
+            RESULTS.write_text(json.dumps(results, indent=1), encoding="utf-8")
+    report(results)
+
+
+if __name__ == "__main__":
+    main()
