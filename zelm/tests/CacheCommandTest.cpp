@@ -41,7 +41,8 @@ TEST_F(CacheCommand, SparesTheLoadingOfModules)
 {
     stateOf("write");
     zelm("inspect --json");
-    for (const Json& module : json()["modules"]) EXPECT_EQ(module["state"], "cached") << module;
+    const Json told = json();
+    for (const Json& module : told["modules"]) EXPECT_EQ(module["state"], "cached") << module;
 
     runNetwork(kOne, "--json");
     EXPECT_EQ(status, 0) << err;
