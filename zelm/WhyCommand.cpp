@@ -38,7 +38,7 @@ class Question
 {
 public:
     Question(const WhyOrder& order, const HostNetwork& network)
-        : order_(order), host_(network), network_(network.handle()),
+        : order_(order), network_(network.handle()),
           object_(objectOf(*network_, "OBJECT", order.object)),
           contexts_(order.choice.contextsOf(*network_)), requests_(order.choice.requestsOf(network))
     {
@@ -128,7 +128,6 @@ private:
     }
 
     const WhyOrder& order_;
-    const HostNetwork& host_;
     const RefPtr<LoadedNetwork> network_;
     const RefPtr<VObject> object_;
     const std::vector<RefPtr<ValuePool>> contexts_;
