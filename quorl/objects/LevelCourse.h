@@ -23,8 +23,6 @@ public:
     /// is another at a visit than it was at the one before; not more than the largest number.
     std::int32_t changes(Place begin, Place end) const;
 
-    Place size() const { return static_cast<Place>(graph_.size()); }
-
     bool operator==(const LevelCourse& other) const = default;
 
 private:

@@ -28,6 +28,8 @@ public:
         std::int32_t Count = 0;     ///< how often; not more than the largest number
         std::int32_t MinCaller = 0; ///< the object from which `MinLevel` was first reached
         std::int32_t MaxCaller = 0; ///< the object from which `MaxLevel` was first reached
+
+        bool operator==(const Level& other) const = default;
     };
     struct Record
     {

@@ -6,7 +6,6 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 
-#include <atomic>
 #include <memory>
 #include <utility>
 

@@ -80,12 +80,15 @@ void RequestExecutor::ReckonedSum::owe(const std::shared_ptr<const LevelCourse>&
 void RequestExecutor::ReckonedSum::settle() const
 {
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-    for (const Debt& debt : debts_)
-        for (const auto& [places, times] : debt.times)
-            if (value_ < kMost)
-                add(std::min<std::int64_t>(times, kMost) *
-                    debt.course->changes(places.first, places.second));
-    debts_.clear();
+    for (; !debts_.empty(); debts_.pop_back())
+    {
+        std::int64_t sum = 0;
+        for (const auto& [places, times] : debts_.back().times)
+            if (value_ + sum < kMost)
+                sum += std::min<std::int64_t>(times, kMost) *
+                       debts_.back().course->changes(places.first, places.second);
+        add(std::min<std::int64_t>(sum, kMost));
+    }
 }
 
 RequestExecutor::Chain& RequestExecutor::Chain::operator=(const RefPtr<MaxRequestExecutor>& other)

@@ -45,6 +45,30 @@ void descend(std::vector<Step>& path, Source (Source::*onwards)() const, Show&& 
     }
 }
 
+/// Shows the first few visits of each object, in the order of the walk or against it, with how many
+/// were shown before. The first few of a place lead to those of all that is upstream of it, so that
+/// further ones are of no interest.
+template <int most, class Visits, class Show>
+void showVisits(const WalkGraph& graph, Visits&& visits, Source (WalkGraph::*begin)(Place) const,
+                Source (Source::*onwards)() const, Show&& show)
+{
+    std::vector<std::int8_t> shown(graph.size());
+    std::vector<std::int8_t> descended(graph.size());
+    std::vector<Step> path;
+    const auto visit = [&](Place place, std::int32_t level, bool isDeep) {
+        const Place first = graph.first(place);
+        if (shown[first] < most) show(first, shown[first]++, level);
+        if (!isDeep || descended[place] == most) return;
+        ++descended[place];
+        path.push_back({place, level, (graph.*begin)(place)});
+    };
+    for (const LatentVisit& latent : visits)
+    {
+        visit(latent.place, latent.level, latent.isDeep);
+        descend(path, onwards, [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
+    }
+}
+
 } // namespace
 
 VisitTally::VisitTally(const WalkGraph& graph, const std::vector<LatentVisit>& visits)
@@ -157,51 +181,19 @@ void VisitTally::findCallers(std::int32_t Paths::* bound, std::int32_t Sum::* le
     }
 }
 
-/// Descends in the order of the walk.
 void VisitTally::findFirstLevels()
 {
-    std::vector<bool> isSeen(graph_.size());
-    std::vector<bool> isDescended(graph_.size());
-    std::vector<Step> path;
-    const auto visit = [&](Place place, std::int32_t level, bool isDeep) {
-        const Place first = graph_.first(place);
-        if (!isSeen[first]) sums_[first].firstLevel = level;
-        isSeen[first] = true;
-        if (!isDeep || isDescended[place]) return;
-        isDescended[place] = true;
-        path.push_back({place, level, graph_.firstSource(place)});
-    };
-    for (const LatentVisit& begin : visits_)
-    {
-        visit(begin.place, begin.level, begin.isDeep);
-        descend(path, &Source::next,
-                [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
-    }
+    showVisits<1>(
+        graph_, visits_, &WalkGraph::firstSource, &Source::next,
+        [&](Place first, int /*before*/, std::int32_t level) { sums_[first].firstLevel = level; });
 }
 
-/// Descends against the order of the walk. The last two visits of a place lead to the last two of
-/// all that is upstream of it, so a third one is of no interest.
 void VisitTally::findLastLevels()
 {
-    constexpr std::int8_t kEnough = 2;
-    std::vector<std::int8_t> seen(graph_.size());
-    std::vector<std::int8_t> descended(graph_.size());
-    std::vector<Step> path;
-    const auto visit = [&](Place place, std::int32_t level, bool isDeep) {
-        const Place first = graph_.first(place);
-        if (seen[first] == 0) sums_[first].lastLevel = level;
-        if (seen[first] == 1) sums_[first].levelBeforeLast = level;
-        if (seen[first] < kEnough) ++seen[first];
-        if (!isDeep || descended[place] == kEnough) return;
-        ++descended[place];
-        path.push_back({place, level, graph_.lastSource(place)});
-    };
-    for (const LatentVisit& begin : visits_ | std::views::reverse)
-    {
-        visit(begin.place, begin.level, begin.isDeep);
-        descend(path, &Source::previous,
-                [&](const Step& at) { visit(at.way.place(), at.level + 1, true); });
-    }
+    showVisits<2>(graph_, visits_ | std::views::reverse, &WalkGraph::lastSource, &Source::previous,
+                  [&](Place first, int after, std::int32_t level) {
+                      (after == 0 ? sums_[first].lastLevel : sums_[first].levelBeforeLast) = level;
+                  });
 }
 
 } // namespace Quorl

@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <memory>
-#include <tuple>
 #include <vector>
 
 namespace Quorl
@@ -13,12 +12,6 @@ namespace
 {
 
 using Level = LevelLog::Level;
-
-bool isSame(const Level& a, const Level& b)
-{
-    return std::tie(a.MinLevel, a.MaxLevel, a.Count, a.MinCaller, a.MaxCaller) ==
-           std::tie(b.MinLevel, b.MaxLevel, b.Count, b.MinCaller, b.MaxCaller);
-}
 
 Level once(std::int32_t level, std::int32_t caller)
 {
@@ -43,7 +36,7 @@ TEST(LevelLog, KeepsTheFirstCallerOfEachBound)
     log.add(7, once(1, 102));
     log.add(7, once(1, 103));
 
-    EXPECT_TRUE(isSame(log.table().at(7), {1, 3, 4, 102, 100}));
+    EXPECT_EQ(log.table().at(7), (Level{1, 3, 4, 102, 100}));
 }
 
 TEST(LevelLog, ShowsWhatIsNotedAfterItWasAsked)
@@ -56,7 +49,7 @@ TEST(LevelLog, ShowsWhatIsNotedAfterItWasAsked)
     log.add(3, once(1, 102));
 
     EXPECT_EQ(&log.table(), &table);
-    EXPECT_TRUE(isSame(seven, {2, 5, 2, 100, 101}));
+    EXPECT_EQ(seven, (Level{2, 5, 2, 100, 101}));
     EXPECT_EQ(table.begin()->first, 3);
 }
 
@@ -69,8 +62,8 @@ TEST(LevelLog, TakesAPartOfAnEvaluationAtItsPlaceInTheOrder)
     log.add(3, once(5, 101));
 
     EXPECT_FALSE(log.table().contains(1));
-    EXPECT_TRUE(isSame(log.table().at(2), {5, 5, 2, 100, 100}));
-    EXPECT_TRUE(isSame(log.table().at(3), {5, 5, 2, 52, 52}));
+    EXPECT_EQ(log.table().at(2), (Level{5, 5, 2, 100, 100}));
+    EXPECT_EQ(log.table().at(3), (Level{5, 5, 2, 52, 52}));
 }
 
 TEST(LevelLog, CountsNoFurtherThanTheLargestNumber)
@@ -90,7 +83,7 @@ TEST(LevelLog, TakesMorePartsThanItLetsWait)
     LevelLog log;
     for (std::int32_t at = 0; at < kParts; ++at) log.add({known, 0, 1, at});
 
-    EXPECT_TRUE(isSame(log.table().at(1), {1, kParts, kParts, 50, 50}));
+    EXPECT_EQ(log.table().at(1), (Level{1, kParts, kParts, 50, 50}));
 }
 
 } // namespace
