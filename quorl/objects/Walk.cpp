@@ -25,8 +25,7 @@ Walk::~Walk()
     {
         // What latent visits come to is lost.
     }
-    if (!path_.empty()) Tolmen::Watch::shapeChanges(); // objects stay occupied
-    while (!path_.empty()) path_.pop_back();
+    if (!path_.isEmpty()) Tolmen::Watch::shapeChanges(); // objects stay occupied
 }
 
 bool Walk::from(VObject& object, double precision)
@@ -34,47 +33,46 @@ bool Walk::from(VObject& object, double precision)
     if (!enter(object, precision, repeats_.meet(object))) return true; // Deliberate: as modified.
     for (;;)
     {
-        if (VObject* const source = path_.back().nextSource())
+        if (VObject* const source = path_.top().nextSource())
         {
             ask(*source);
             continue;
         }
         const bool wasModified = leave();
-        if (path_.empty())
+        if (path_.isEmpty())
         {
             repeats_.realize();
             if (repeats_.hasKeptTicket()) plans_.learn(request_, repeats_.graph());
             return wasModified;
         }
-        path_.back().hearAnswer(wasModified);
+        path_.top().hearAnswer(wasModified);
     }
 }
 
 /// Begins a visit, which is the last of the path then. \return false if the object is not entered.
 bool Walk::enter(VObject& object, double precision, Repeats::Place place)
 {
-    if (path_.emplace_back(object, request_, precision, operation_, Finding(repeats_, place))
-            .begin())
+    if (path_.push(object, request_, precision, operation_, Finding(repeats_, place)).begin())
     {
         plans_.parts().enter(object);
         return true;
     }
-    path_.pop_back();
+    path_.pop();
     return false;
 }
 
 /// Ends the last visit of the path. \return its answer.
 bool Walk::leave()
 {
-    const bool wasModified = path_.back().conclude();
-    path_.pop_back();
+    const bool wasModified = path_.top().conclude();
+    path_.pop();
     return wasModified;
 }
 
 /// Finds the answer of a source of the last visit, or begins the visit that finds it.
 void Walk::ask(VObject& source)
 {
-    Visit& asker = path_.back();
+    Visit& asker = path_.top();
     if (repeats_.isSettled(source))
     {
         repeats_.passOver(source, asker.place());

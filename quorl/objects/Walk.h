@@ -1,11 +1,11 @@
 #pragma once
 
 #include <quorl/Forward.h>
+#include <quorl/foundation/SegmentedStack.h>
 #include <quorl/objects/Repeats.h>
 #include <quorl/objects/RequestPlans.h>
 #include <quorl/objects/Visit.h>
 
-#include <deque>
 #include <source_location>
 
 namespace Quorl
@@ -42,7 +42,7 @@ private:
     const std::source_location operation_;
     RequestPlans& plans_;
     Repeats repeats_;
-    std::deque<Visit> path_; // from the object where the walk began
+    Tolmen::SegmentedStack<Visit, 16> path_; // from the object where the walk began
 };
 
 } // namespace Quorl
