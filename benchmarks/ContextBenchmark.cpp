@@ -82,10 +82,30 @@ void BM_FirstRequests(benchmark::State& state)
     if (!contexts.isRight()) state.SkipWithError("contexts were mixed");
 }
 
+/// Which find nothing to do, and may prepare those behind them.
+void BM_SecondRequests(benchmark::State& state)
+{
+    Contexts contexts;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        contexts.pools.clear();
+        contexts.open(state.range(0));
+        contexts.requestAll();
+        const std::int64_t updates = contexts.network.updates();
+        state.ResumeTiming();
+        contexts.requestAll();
+        if (contexts.network.updates() != updates)
+            state.SkipWithError("an unchanged context was updated");
+    }
+    if (!contexts.isRight()) state.SkipWithError("contexts were mixed");
+}
+
 void BM_RequestsUnchanged(benchmark::State& state)
 {
     Contexts contexts;
     contexts.open(state.range(0));
+    contexts.requestAll();
     contexts.requestAll();
     const std::int64_t updates = contexts.network.updates();
     for (auto _ : state) contexts.requestAll();
@@ -99,6 +119,7 @@ void BM_RequestsAfterChange(benchmark::State& state)
 {
     Contexts contexts;
     contexts.open(state.range(0));
+    contexts.requestAll();
     contexts.requestAll();
     const std::int64_t updates = contexts.network.updates();
     for (auto _ : state)
@@ -133,6 +154,7 @@ void counts(benchmark::internal::Benchmark* benchmark)
 }
 
 BENCHMARK(BM_FirstRequests)->Name("contexts, first request/ours")->Apply(counts);
+BENCHMARK(BM_SecondRequests)->Name("contexts, second request/ours")->Apply(counts);
 BENCHMARK(BM_RequestsUnchanged)->Name("contexts, unchanged/ours")->Apply(counts);
 BENCHMARK(BM_RequestsAfterChange)->Name("contexts, own values changed/ours")->Apply(counts);
 BENCHMARK(BM_BytesOfContext)->Name("bytes of a context/ours")->Apply(counts)->Iterations(1);
