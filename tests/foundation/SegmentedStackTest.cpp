@@ -35,7 +35,11 @@ TEST(SegmentedStack, ShowsWhatWasPushedLast)
     Stack stack;
     EXPECT_TRUE(stack.isEmpty());
 
-    for (int number = 0; number < 5; ++number) EXPECT_EQ(&stack.push(number, ended), &stack.top());
+    for (int number = 0; number < 5; ++number)
+    {
+        const Element& pushed = stack.push(number, ended);
+        EXPECT_EQ(&pushed, &stack.top());
+    }
     for (int number = 4; number >= 0; --number)
     {
         EXPECT_EQ(stack.top().number, number);
