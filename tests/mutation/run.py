@@ -2,17 +2,19 @@
 """Changes one thing at a time in quorl/, and tells which changes no test notices.
 
 Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
-run, then those of tests/model. A mutant is killed by a test that fails, crashes or does not end; one
-that does not compile does not count. Results stay in build/mutation/results.json: a further run goes
+run, then those of tests/model, then those of the other folders. A mutant is killed by a test that
+fails, crashes or does not end; one that does not compile does not count. Results stay in build/mutation/results.json: a further run goes
 on from there.
 """
 
 import argparse
 import collections
+import contextlib
 import json
 import os
 import pathlib
 import random
+import signal
 import subprocess
 import sys
 
@@ -29,13 +31,17 @@ MODEL_CASES = "max_success=300 max_size=60"
 
 
 def run(command, timeout=None, **options):
-    """Whether a command ends well, in time. What it prints is not of interest."""
-    try:
-        return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, timeout=timeout, check=False,
-                              **options).returncode == 0
-    except subprocess.TimeoutExpired:
-        return False
+    """Whether a command ends well, in time; with it end the processes that it has begun. What it
+    prints is not of interest."""
+    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL, start_new_session=True, **options) as process:
+        try:
+            return process.wait(timeout) == 0
+        except subprocess.TimeoutExpired:
+            return False
+        finally:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
 
 
 def prepare():
@@ -47,7 +53,7 @@ def prepare():
                     "-DQUORL_BUILD_HOST=OFF", "-DQUORL_BUILD_EXAMPLES=OFF",
                     "-DQUORL_BUILD_BENCHMARKS=OFF"], check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["cmake", "--build", BUILD, "--target", *targets(FOLDERS)], check=True)
-    broken = [folder for folder in FOLDERS if not passes(folder)]
+    broken = [name for name in (*FOLDERS, "model") if not passes_test(name)]
     if broken:
         sys.exit("the tests fail without any mutant: " + ", ".join(broken))
 
@@ -57,11 +63,14 @@ def targets(folders):
 
 
 def passes(folder):
-    return passes_test(folder, 120) and passes_test("model", 240)
+    """Whether all tests pass, those first that are most likely not to."""
+    others = [other for other in FOLDERS if other != folder]
+    return all(passes_test(name) for name in (folder, "model", *others))
 
 
-def passes_test(name, seconds):
+def passes_test(name):
     """Whether the tests of a folder pass, all in one process."""
+    seconds = 240 if name == "model" else 120
     place = BUILD / "tests" / name
     environment = dict(os.environ, RC_PARAMS=MODEL_CASES, GTEST_FAIL_FAST="1")
     return run([place / f"{name}_test"], timeout=seconds, cwd=place, env=environment)
@@ -74,7 +83,7 @@ def result_of(name, mutant):
     folder = pathlib.PurePath(name).parts[1]
     try:
         source.write_text(mutant.applied(text), encoding="utf-8")
-        if not run(["cmake", "--build", BUILD, "--target", *targets([folder])], timeout=1200):
+        if not run(["cmake", "--build", BUILD, "--target", *targets(FOLDERS)], timeout=1200):
             return "invalid"
         return "survived" if passes(folder) else "killed"
     finally:
