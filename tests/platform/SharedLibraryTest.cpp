@@ -102,7 +102,8 @@ TEST_F(SharedLibraryFile, StaysTheSameUnderASecondPathWhenTheFirstOwnerEnds)
 TEST(IsCode, KnowsFunctionsByWhereTheyBegin)
 {
     const QuorlTest::TemporaryFolder folder;
-    const SharedLibrary library((std::filesystem::path(TEST_MODULES) / "nonote" / "nonote.zelm").string());
+    const SharedLibrary library(
+        (std::filesystem::path(TEST_MODULES) / "nonote" / "nonote.zelm").string());
     const char* const function = static_cast<const char*>(library.symbol(kSymbol));
     ASSERT_TRUE(function);
 
