@@ -24,6 +24,8 @@ template <class T, class B>
 class WeakPtrImpl;
 template <class T, class B>
 class StrongPtr;
+template <class T>
+class Watched;
 
 class Ageable;
 class Attributes;

@@ -3,6 +3,7 @@
 #include <quorl/foundation/Export.h>
 #include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/StrongPtr.h>
+#include <quorl/foundation/Watch.h>
 
 namespace Tolmen
 {
@@ -59,8 +60,10 @@ ReferenceBase<T>::ReferenceBase()
 template <class T>
 ReferenceBase<T>::~ReferenceBase()
 {
-    if (self.referer && self.referer->strong.load(std::memory_order_relaxed) >= 0)
-        self.referer->strong.store(kDead, std::memory_order_relaxed);
+    const std::int32_t owners =
+        self.referer ? self.referer->strong.load(std::memory_order_relaxed) : kDead;
+    if (owners > 0) Watch::shapeChanges(); // who may have it in a network
+    if (owners >= 0) self.referer->strong.store(kDead, std::memory_order_relaxed);
     changeTally(CheckRefcountedObjects, -1);
     CheckRefExcludeObject(this);
     self.wunref();

@@ -44,6 +44,11 @@ public:
         this->refBoth();
     }
 
+    template <class S, template <class, class> class H>
+    StrongPtr(const Watched<H<S, B>>& source) : StrongPtr(source.value())
+    {
+    }
+
     StrongPtr(const ReferenceBase<B>* object) : Weak(Bare{}, object) { this->refBoth(); }
 
     ~StrongPtr()
@@ -72,6 +77,11 @@ public:
     {
         this->template assign<Shares>(source.referer);
         return *this;
+    }
+    template <class S, template <class, class> class H>
+    StrongPtr& operator=(const Watched<H<S, B>>& source)
+    {
+        return *this = source.value();
     }
 
 private:

@@ -29,6 +29,11 @@ public:
     /// From the object itself; null gives the null handle.
     WeakPtrImpl(const ReferenceBase<B>* object) : WeakPtrImpl(Bare{}, object) { takeWeakShare(); }
 
+    template <class S, template <class, class> class H>
+    WeakPtrImpl(const Watched<H<S, B>>& source) : WeakPtrImpl(source.value())
+    {
+    }
+
     ~WeakPtrImpl() { releaseWeakShare(); }
 
     WeakPtrImpl& operator=(const WeakPtrImpl& source) // NOLINT(bugprone-unhandled-self-assignment)
@@ -41,6 +46,11 @@ public:
     {
         assign(source.referer);
         return *this;
+    }
+    template <class S, template <class, class> class H>
+    WeakPtrImpl& operator=(const Watched<H<S, B>>& source)
+    {
+        return *this = source.value();
     }
 
 protected:

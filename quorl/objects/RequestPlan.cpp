@@ -127,7 +127,7 @@ RequestPlan::Place RequestPlan::findWork(VRequest& request, Place begin, Place e
 
 bool RequestPlan::isDone(const Step& step, const Ageable* const* inputs) const
 {
-    if (step.object->Current.referer) return false; // a visit lets go of a dead one, too
+    if (step.object->Current.value().referer) return false; // a visit lets go of a dead one, too
     const std::int64_t age = step.age->stamp();
     if (age < step.connection->stamp()) return false;
     for (const Ageable* const* const end = inputs_.data() + step.endOfInputs; inputs != end;

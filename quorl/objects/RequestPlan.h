@@ -42,7 +42,11 @@ public:
     /// How many there are in all plans of the process: what memory they take.
     static std::size_t stepsOfAll() { return theSteps.load(std::memory_order_relaxed); }
 
-    bool isFor(const RefPtr<ValuePool>& pool) const { return pool_ == pool; }
+    /// Not for a pool that has ended, whoever holds it.
+    bool isFor(const RefPtr<ValuePool>& pool) const
+    {
+        return pool_ == pool && (pool || !pool.referer);
+    }
     bool isValid() const;
 
     // The following: \pre the plan is valid.

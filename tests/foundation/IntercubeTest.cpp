@@ -119,5 +119,21 @@ TEST(Intercube, SharesItsInterfacesWithACopy)
     EXPECT_EQ(copied.findInterface(typeid(Service)), cube.findInterface(typeid(Service)));
 }
 
+TEST(Intercube, IsAssignedTheInterfacesOfAnother)
+{
+    Intercube cube;
+    cube.addInterface(RefPtr<InterfaceBase>(new Service));
+    const RefPtr<InterfaceBase> service = cube.findInterface(typeid(Service));
+    Intercube other;
+    other.addInterface(RefPtr<InterfaceBase>(new Other));
+
+    other = cube;
+
+    EXPECT_EQ(other.findInterface(typeid(Service)), service);
+    EXPECT_FALSE(other.findInterface(typeid(Other)));
+    other = *&other;
+    EXPECT_EQ(other.findInterface(typeid(Service)), service);
+}
+
 } // namespace
 } // namespace Tolmen

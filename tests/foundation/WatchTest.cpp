@@ -1,4 +1,5 @@
 #include <quorl/foundation/Ageable.h>
+#include <quorl/foundation/ReferenceBase.h>
 #include <quorl/foundation/Watch.h>
 #include <quorl/foundation/Watched.h>
 
@@ -6,7 +7,10 @@
 
 #include <memory>
 #include <set>
+#include <string>
 #include <thread>
+#include <type_traits>
+#include <utility>
 
 namespace Tolmen
 {
@@ -140,6 +144,50 @@ TEST(WatchedTable, ChangesTheShapeWhenEntriesComeAndGo)
     before = Watch::shape();
     table.clear();
     EXPECT_TRUE(table.empty());
+    EXPECT_NE(Watch::shape(), before);
+}
+
+TEST(WatchedTable, ChangesTheShapeWhenItTakesTheEntriesOfAnother)
+{
+    WatchedTable<std::set<int>> table;
+    WatchedTable<std::set<int>> other;
+    other.insert({1, 2});
+    auto before = Watch::shape();
+
+    table = other;
+    EXPECT_EQ(table, (std::set<int>{1, 2}));
+    EXPECT_NE(Watch::shape(), before);
+
+    table.erase(1);
+    before = Watch::shape();
+    std::swap(table, other);
+    EXPECT_EQ(table, (std::set<int>{1, 2}));
+    EXPECT_EQ(other, std::set<int>{2});
+    EXPECT_NE(Watch::shape(), before);
+}
+
+// What could be changed without a word must not be had.
+static_assert(!std::is_convertible_v<Watched<std::string>&, std::string&>);
+static_assert(!std::is_convertible_v<WatchedTable<std::set<int>>&, std::set<int>&>);
+
+TEST(ReferenceBase, ChangesTheShapeOfNetworksIfItEndsBehindItsOwners)
+{
+    class Part : public ReferenceBase<Part>
+    {
+    };
+    const auto before = Watch::shape();
+    {
+        const StrongPtr<Part, Part> part(new Part);
+        const Part onStack;
+        EXPECT_TRUE((WeakPtrImpl<Part, Part>(&onStack)));
+    }
+    EXPECT_EQ(Watch::shape(), before);
+
+    auto* const part = new Part;
+    const StrongPtr<Part, Part> owner(part);
+    delete part;
+
+    EXPECT_FALSE(owner);
     EXPECT_NE(Watch::shape(), before);
 }
 

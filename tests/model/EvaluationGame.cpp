@@ -71,7 +71,7 @@ void Game::make(const Move& move)
         case Move::NewOutput: newOutput(move.a, move.b % 2 == 1); break;
         case Move::NewObject: newObject(); break;
         case Move::TakeClass: {
-            std::set<std::int32_t>& classes = objects_[at(move.a)]->classes;
+            auto& classes = objects_[at(move.a)]->classes;
             if (!classes.insert(move.b).second) classes.erase(move.b);
             object.classes = {classes.begin(), classes.end()};
             break;

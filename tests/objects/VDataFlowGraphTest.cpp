@@ -131,6 +131,14 @@ TEST_F(Graphs, FollowsInputsThatRequestsPassOver)
     EXPECT_THAT(namesIn(graph), ElementsAre("source", "sink"));
 }
 
+TEST_F(Graphs, GoesOnBehindAnInputWithoutAParameter)
+{
+    sink->input("a")->Parameter = RefPtr<VParameter>();
+    network.connect(source, sink, "b");
+
+    EXPECT_THAT(edgesOf(VDataFlowGraph(sink), sink), ElementsAre("source b sink"));
+}
+
 TEST_F(Graphs, OfADeadObjectIsEmpty)
 {
     WeakPtr<VObject> dead;

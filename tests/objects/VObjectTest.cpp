@@ -3,6 +3,9 @@
 #include <quorl/registry/VCreationPreferences.h>
 #include <quorl/registry/VCreatorMap.h>
 #include <quorl/services/VActionNotifier.h>
+#include <quorl/services/VScriptFunctor.h>
+#include <quorl/services/VScriptTypedValue.h>
+#include <quorl/services/VScriptValue.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
 
@@ -170,6 +173,20 @@ TEST(VObject, HasOneNumberAndOneBlockForAllItsBases)
     EXPECT_EQ(container, object);
     EXPECT_EQ(managed->ID, object->ID);
     EXPECT_EQ(object->getDomainType(), typeid(VObject));
+}
+
+TEST(VObject, TellsScriptsHowManyParametersItHas)
+{
+    RefPtr<VScriptFunctor> functor;
+    {
+        QuorlTest::Network network;
+        const auto object = network.node("object");
+        object->input("basic");
+        object->input("for experts", 1);
+        functor = object->findFunctor("getNumberOfParameters");
+        EXPECT_EQ(functor->call({}, {})->get(typeid(int))->value, "1");
+    }
+    EXPECT_FALSE(functor->call({}, {})) << "of an object that has ended";
 }
 
 TEST(VObject, BelongsToADomainThatIsThereFromTheStart)

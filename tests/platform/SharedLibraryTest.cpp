@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <string>
 
@@ -95,6 +97,21 @@ TEST_F(SharedLibraryFile, StaysTheSameUnderASecondPathWhenTheFirstOwnerEnds)
     }
 
     EXPECT_EQ(SharedLibrary(path).symbol(kSymbol), before) << "not a copy";
+}
+
+TEST(IsCode, KnowsFunctionsByWhereTheyBegin)
+{
+    const QuorlTest::TemporaryFolder folder;
+    const SharedLibrary library(
+        (std::filesystem::path(TEST_MODULES) / "nonote" / "nonote.zelm").string());
+    const char* const function = static_cast<const char*>(library.symbol(kSymbol));
+    ASSERT_TRUE(function);
+
+    EXPECT_TRUE(isCode(function));
+    EXPECT_FALSE(isCode(function + 1)) << "nothing begins there";
+    EXPECT_FALSE(isCode(::environ)) << "on the heap or on the stack";
+    EXPECT_FALSE(isCode(&::environ)) << "data with a name";
+    EXPECT_FALSE(isCode(nullptr));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <quorl/services/Vprintf.h>
 #include <quorl/values/ValueNotifier.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/TestTask.h>
 
 #include <gtest/gtest.h>
 
@@ -103,6 +104,22 @@ TEST(VLogger, DescribesMessagesByTheScope)
     EXPECT_EQ(listener->messages[1].file, "a.cpp");
     EXPECT_EQ(listener->messages[1].line, 12U);
     EXPECT_EQ(listener->messages[2].file, "") << "of its own scope alone";
+}
+
+TEST(VLogger, KeepsTheScopesOfEachTask)
+{
+    QuorlTest::TestManager manager;
+    const QuorlTest::TestThreads threads(manager);
+    const auto task = QuorlTest::makeTask();
+
+    manager.current = task;
+    VLogger::enter("of the task");
+    manager.current = WeakPtr<VTask>();
+    EXPECT_EQ(VLogger::CurrentState().name, "::");
+    manager.current = task;
+    EXPECT_EQ(VLogger::CurrentState().name, "of the task");
+    VLogger::leave();
+    EXPECT_EQ(VLogger::CurrentState().name, "::");
 }
 
 TEST(VLogger, RefusesAScopeWithoutAName)

@@ -1,0 +1,128 @@
+#include <quorl/objects/VObject.h>
+#include <tests/support/Node.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Requests that were repeated often enough to be answered by what the last one found, and that
+/// nevertheless see what has been done meanwhile.
+namespace Quorl
+{
+namespace
+{
+
+using QuorlTest::ask;
+using QuorlTest::makePool;
+using QuorlTest::Network;
+using QuorlTest::Node;
+using QuorlTest::touchInput;
+
+constexpr int kRecognised = 77;
+constexpr int kOften = 6;
+
+void askOften(const RefPtr<Node>& node, const RefPtr<ValuePool>& pool)
+{
+    for (int time = 0; time < kOften; ++time) ask(node, pool);
+}
+
+/// An object with a younger input of a class that only another object recognises.
+class RepeatedRequest : public testing::Test
+{
+protected:
+    RepeatedRequest()
+    {
+        const RefPtr<VSlot> slot = network.connect(network.node("source"), object, "x");
+        slot->InputClass = kRecognised;
+        other->classes.insert(kRecognised);
+        askOften(object, pool);
+        touchInput(slot, pool);
+        askOften(object, pool);
+        network.takeLog();
+    }
+
+    Network network;
+    RefPtr<Node> object = network.node("object");
+    RefPtr<Node> other = network.node("other");
+    RefPtr<ValuePool> pool = makePool();
+};
+
+TEST_F(RepeatedRequest, SeesClassesThatWereCopied)
+{
+    EXPECT_FALSE(ask(object, pool)) << "the input is none of its classes";
+
+    object->classes = other->classes;
+
+    EXPECT_TRUE(ask(object, pool));
+}
+
+TEST_F(RepeatedRequest, SeesClassesThatWereExchanged)
+{
+    std::swap(object->classes, other->classes);
+
+    EXPECT_TRUE(ask(object, pool));
+}
+
+/// What a request answers when something has ended behind its owners' back, and what it updates.
+struct Outcome
+{
+    bool answer;
+    std::vector<std::string> updated;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+using End = std::function<void(const RefPtr<VSlot>& slot, const RefPtr<ValuePool>& pool)>;
+
+Outcome outcomeBehind(int requests, const End& end)
+{
+    Network network;
+    const auto object = network.node("object");
+    network.connect(network.node("source"), object, "x");
+    const RefPtr<VSlot> slot = object->input("own");
+    const RefPtr<ValuePool> pool = makePool();
+    for (int time = 0; time < requests; ++time) ask(object, pool);
+    network.takeLog();
+    end(slot, pool);
+    const bool answer = ask(object, pool);
+    return {answer, network.takeLog()};
+}
+
+TEST(VObjectRequest, IsAnsweredAsEverIfAPartOfTheNetworkHasEndedBehindItsOwners)
+{
+    const auto expectSame = [](const char* what, const End& end) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(outcomeBehind(kOften, end), outcomeBehind(1, end));
+    };
+    expectSame("pool", [](const auto&, const auto& pool) { delete pool.rawptr(); });
+    expectSame("slot", [](const auto& slot, const auto&) { delete slot.rawptr(); });
+    expectSame("parameter", [](const auto& slot, const auto&) { delete slot->Parameter.rawptr(); });
+    expectSame("default value", [](const auto& slot, const auto&) {
+        delete slot->Parameter->defaultValue.rawptr();
+    });
+}
+
+Outcome outcomeInEndedPool(int requests)
+{
+    Network network;
+    const auto object = network.node("object");
+    network.connect(network.node("source"), object, "x");
+    RefPtr<ValuePool> pool = makePool();
+    const WeakPtr<ValuePool> observer = pool;
+    for (int time = 0; time < requests; ++time) ask(object, pool);
+    network.takeLog();
+    pool = RefPtr<ValuePool>();
+    const bool answer = ask(object, RefPtr<ValuePool>(observer));
+    return {answer, network.takeLog()};
+}
+
+TEST(VObjectRequest, IsAnsweredAsEverInAPoolThatHasEnded)
+{
+    EXPECT_EQ(outcomeInEndedPool(kOften), outcomeInEndedPool(1));
+}
+
+} // namespace
+} // namespace Quorl
