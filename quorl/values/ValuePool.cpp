@@ -111,11 +111,10 @@ ValuePool::findVariable(const Tolmen::DynPtr<ValueNotifierList, ValueNotifierLis
 void ValuePool::createVariable(const WeakPtr<ValueNotifierList>& key,
                                const RefPtr<VValueBase>& value)
 {
-    Tolmen::Watch::variablesChange(key.referer);
     RefPtr<VValueBase>& place = data().variables[key];
     const RefPtr<VValueBase> former = place; // ends when the table is whole
     place = value;
-    Tolmen::Watch::variablesChange(key.referer); // what the former one's end has looked at is void
+    Tolmen::Watch::variablesChange(key.referer);
 }
 
 void ValuePool::removeVariable(const WeakPtr<ValueNotifierList>& key)

@@ -3,8 +3,8 @@
 
 Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
 run, then those of tests/model, then those of the other folders. A mutant is killed by a test that
-fails, crashes or does not end; one that does not compile does not count. Results stay in build/mutation/results.json: a further run goes
-on from there.
+fails, crashes or does not end; one that does not compile does not count. Why some survive is told in
+explained.toml. Results stay in build/mutation/results.json: a further run goes on from there.
 """
 
 import argparse
@@ -17,6 +17,7 @@ import random
 import signal
 import subprocess
 import sys
+import tomllib
 
 from mutants import find_mutants, line_of
 
@@ -25,6 +26,7 @@ WORK = ROOT / "build" / "mutation"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 RESULTS = WORK / "results.json"
+EXPLAINED = pathlib.Path(__file__).with_name("explained.toml")
 FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
            "kit", "platform")
 MODEL_CASES = "max_success=300 max_size=60"
@@ -116,17 +118,32 @@ def described(name, mutant):
             "before": text[begin:end].strip(), "after": changed.strip()}
 
 
+def reasons():
+    """Why mutants that no test can or need notice survive, by file and change."""
+    known = tomllib.loads(EXPLAINED.read_text(encoding="utf-8"))["mutant"]
+    return {(entry["file"], entry["before"], entry["after"]): entry["why"] for entry in known}
+
+
 def report(results):
-    counts = collections.Counter((entry["file"].split("/")[1], entry["result"])
-                                 for entry in results.values())
-    for folder in FOLDERS:
-        killed, survived = counts[folder, "killed"], counts[folder, "survived"]
-        if killed + survived:
-            print(f"{folder:12} {killed:4} of {killed + survived:4} killed")
+    known = reasons()
+    counts = collections.Counter()
+    unexplained = []
     for entry in results.values():
-        if entry["result"] == "survived":
-            print(f"{entry['file']}:{entry['line']}: {entry['kind']}\n"
-                  f"  - {entry['before']}\n  + {entry['after']}")
+        result = entry["result"]
+        if result == "survived" and (entry["file"], entry["before"], entry["after"]) in known:
+            result = "explained"
+        counts[entry["file"].split("/")[1], result] += 1
+        counts["all", result] += 1
+        if result == "survived":
+            unexplained.append(entry)
+    print(f"{'':12} killed explained survived")
+    for folder in (*FOLDERS, "all"):
+        row = [counts[folder, result] for result in ("killed", "explained", "survived")]
+        if any(row):
+            print(f"{folder:12} {row[0]:6} {row[1]:9} {row[2]:8}")
+    for entry in unexplained:
+        print(f"{entry['file']}:{entry['line']}: {entry['kind']}\n"
+              f"  - {entry['before']}\n  + {entry['after']}")
 
 
 def main():
