@@ -7,6 +7,7 @@
 #include <quorl/platform/FileStatus.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 
 #include <algorithm>
 #include <cstddef>

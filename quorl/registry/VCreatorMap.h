@@ -5,13 +5,11 @@
 #include <quorl/foundation/Counter.h>
 #include <quorl/foundation/NameIndex.h>
 #include <quorl/foundation/RefPtr.h>
-#include <quorl/foundation/TypeInfo.h>
 
 #include <functional>
 #include <list>
 #include <map>
 #include <string_view>
-#include <typeinfo>
 #include <utility>
 
 namespace Quorl
@@ -108,15 +106,6 @@ private:
 
     std::list<PriorityWalk*> walks_; // under way; not owned
 };
-
-/// The table of all domains. They are never removed.
-using VCreatorMapTypes = std::map<Tolmen::TypeInfo, RefPtr<VCreatorMap>>;
-
-/// Made at first use; lasts until the clean-up of statics.
-QUORL_API VCreatorMapTypes& VCreatorTypes();
-
-/// The domain of a type, which is made if there is none.
-QUORL_API VCreatorMap* VCreators(const std::type_info& type);
 
 } // namespace Quorl
 

@@ -3,6 +3,7 @@
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/registry/VManagedObject.h>
 
 #include <cstdio>
