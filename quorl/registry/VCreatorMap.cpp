@@ -16,7 +16,11 @@ namespace Quorl
 {
 
 VCreatorMap::VCreatorMap() = default;
-VCreatorMap::~VCreatorMap() = default;
+
+VCreatorMap::~VCreatorMap()
+{
+    clear(); // as long as this can be asked
+}
 
 VCreatorMap::Entry* VCreatorMap::lookUp(const string& name) const
 {
@@ -58,7 +62,7 @@ void VCreatorMap::forget(const Entry& entry)
 void VCreatorMap::erase(const_iterator entry)
 {
     forget(*entry);
-    NameTable::erase(entry);
+    const auto last = NameTable::extract(entry); // ends what it holds when the table is whole
 }
 
 VCreatorMap::size_type VCreatorMap::erase(const string& name)
@@ -73,7 +77,8 @@ void VCreatorMap::clear()
 {
     index_.clear();
     for (const auto& [priority, line] : priorities_) line.entry_ = nullptr;
-    NameTable::clear();
+    NameTable former;
+    NameTable::swap(former); // ends what it holds when the table is whole
 }
 
 bool VCreatorMap::remove(const string& name)

@@ -32,6 +32,8 @@ class PriorityWalk;
 /// which names are found in a constant time: it learns of entries as they are looked for, so they
 /// must be erased by the operations of this class.
 ///
+/// What an entry held ends when the table is whole, and may ask it.
+///
 /// The counter tells the walks under way; nothing reads it. Threads: no lock.
 class QUORL_API VCreatorMap : public std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>,
                               public Tolmen::ReferenceBase<VCreatorMap>,
