@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <type_traits>
 #include <vector>
 
 namespace Quorl
@@ -278,6 +280,22 @@ TEST(VCreatorMap, MayBeAskedByWhatEndsWithIt)
     map = RefPtr<VCreatorMap>();
 
     EXPECT_EQ(sizes, (std::vector<std::size_t>{0, 0}));
+}
+
+template <class Map>
+concept LosesEntriesUnseen =
+    requires(Map& map) { std::erase_if(map, [](const auto&) { return true; }); } ||
+    requires(Map& map) { map.extract(map.begin()); } || requires(Map& map) { map.swap(map); } ||
+    requires(Map& map) { map.merge(map); };
+
+static_assert(LosesEntriesUnseen<std::map<string, RefPtr<VCreatorBaseInfo>>>);
+static_assert(!LosesEntriesUnseen<VCreatorMap>);
+
+TEST(VCreatorMap, IsErasedFromByItsOwnOperationsAlone)
+{
+    using NameTable = std::map<string, RefPtr<VCreatorBaseInfo>>;
+    EXPECT_TRUE((std::is_base_of_v<NameTable, VCreatorMap>));
+    EXPECT_FALSE((std::is_convertible_v<VCreatorMap&, NameTable&>));
 }
 
 TEST(VCreatorMap, FindsOneOfALakhOfObjects)
