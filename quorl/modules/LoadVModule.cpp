@@ -1,8 +1,8 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/ApiWord.h>
-#include <quorl/modules/BeingInitialised.h>
 #include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/LoadFailure.h>
+#include <quorl/modules/LoadScope.h>
 #include <quorl/modules/VInitialization.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
@@ -42,7 +42,7 @@ void withdraw(RefPtr<VModule>& module)
         VManagedObject::UnloadVModule(module->path, remover);
         const WeakPtr<VModule> left = module;
         module = RefPtr<VModule>();
-        if (left) left->leaveBehind(); // an object that its init routine has made has it
+        if (left) left->leaveBehind(); // an object that its code has made has it
     }
     module = RefPtr<VModule>();
 }
@@ -71,9 +71,9 @@ InitRoutine initRoutineOf(const VModule& module, const string& name)
 }
 
 /// An exception counts as a refusal.
-bool runInitRoutine(const RefPtr<VModule>& module, InitRoutine routine, const string& stem)
+bool runInitRoutine(const VModule& module, InitRoutine routine, const string& stem)
 {
-    const BeingInitialised scope(module);
+    const LoadScope scope(module, LoadScope::Phase::InitRoutine);
     VInitialization initialization(stem.c_str());
     try
     {
@@ -92,7 +92,7 @@ bool initialise(RefPtr<VModule>& module)
     const string name = ZELM_INIT_PREFIX + stem;
     const InitRoutine routine = initRoutineOf(*module, name);
     if (!routine) return missInitRoutine(module, name);
-    if (runInitRoutine(module, routine, stem)) return true;
+    if (runInitRoutine(*module, routine, stem)) return true;
     withdraw(module);
     return false;
 }
