@@ -4,7 +4,7 @@
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/registry/VInputCreatorBase.h>
 
 #include <benchmark/benchmark.h>

@@ -93,6 +93,7 @@
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorCategory.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/registry/VCreatorProperties.h>
 #include <quorl/registry/VInputCreator.h>
 #include <quorl/registry/VInputCreatorBase.h>

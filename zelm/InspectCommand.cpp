@@ -10,7 +10,7 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/VValueBase.h>

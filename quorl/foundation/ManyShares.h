@@ -61,9 +61,18 @@ private:
     static void drop(Referer* referer, std::int32_t count)
     {
         if (count == 0) return;
-        if (count > 1 && referer->isOwned()) referer->dropBoth(count - 1);
+        if (count > 1) dropSome(*referer, count - 1);
         Handle last;
         last.referer = referer;
+    }
+
+    /// Of what is dead there are weak shares alone.
+    static void dropSome(Referer& referer, std::int32_t count)
+    {
+        if (referer.isOwned())
+            referer.dropBoth(count);
+        else
+            referer.weak.fetch_sub(count, std::memory_order_acq_rel);
     }
 
     Referer* const given_;

@@ -23,8 +23,8 @@ public:
     Rare& operator=(const Rare& other) { return *this = other.value(); }
     Rare& operator=(Table other)
     {
-        made() = std::move(other);
-        return *this;
+        made().swap(other);
+        return *this; // what was held before ends with `other`, when this is whole
     }
     ~Rare() = default;
 

@@ -12,8 +12,8 @@ namespace Tolmen
 /// `std::lock_guard<const mutex>`. Recursive: a visitor that is called under a container's lock may
 /// ask that container.
 ///
-/// Two of them stand in each object, and few of those ever wait: hence of its own, in a fifth of
-/// the memory of `std::recursive_mutex`.
+/// Two of them stand in each object, and few of those ever wait: hence of its own, in 8 bytes,
+/// where a `std::recursive_mutex` of common C libraries takes 40 and more.
 class TOLMEN_API mutex
 {
 public:

@@ -1,8 +1,8 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/ApiWord.h>
-#include <quorl/modules/BeingInitialised.h>
 #include <quorl/modules/LeaveItems.h>
 #include <quorl/modules/LoadFailure.h>
+#include <quorl/modules/LoadScope.h>
 #include <quorl/modules/VInitialization.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace Quorl
 {
@@ -34,17 +35,14 @@ bool isStrict()
 /// Lets go of a module that is not to be used, and of its creators. Those that are static end with
 /// it; any others would be left behind without their code. One that was loaded before stays, and so
 /// do they.
-void withdraw(RefPtr<VModule>& module)
+void withdraw(RefPtr<VModule> module)
 {
-    if (!VModules::find(module->path))
-    {
-        LeaveItems remover;
-        VManagedObject::UnloadVModule(module->path, remover);
-        const WeakPtr<VModule> left = module;
-        module = RefPtr<VModule>();
-        if (left) left->leaveBehind(); // an object that its init routine has made has it
-    }
+    if (VModules::find(module->path)) return;
+    LeaveItems remover;
+    VManagedObject::UnloadVModule(module->path, remover);
+    const WeakPtr<VModule> left = module;
     module = RefPtr<VModule>();
+    if (left) left->leaveBehind(); // an object that its code has made has it
 }
 
 /// \return whether the module may be used all the same.
@@ -58,7 +56,7 @@ bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
     const string path = module->path;
     std::printf("ERROR: (win) Module [%s] has NO init routine %s...\n", path.c_str(),
                 routine.c_str());
-    withdraw(module);
+    withdraw(std::move(module));
     Tolmen::Platform::renameFile(path, path + "-noinit"); // a name that no scan finds
     return false;
 }
@@ -71,9 +69,9 @@ InitRoutine initRoutineOf(const VModule& module, const string& name)
 }
 
 /// An exception counts as a refusal.
-bool runInitRoutine(const RefPtr<VModule>& module, InitRoutine routine, const string& stem)
+bool runInitRoutine(const VModule& module, InitRoutine routine, const string& stem)
 {
-    const BeingInitialised scope(module);
+    const LoadScope scope(module, LoadScope::Phase::InitRoutine);
     VInitialization initialization(stem.c_str());
     try
     {
@@ -92,8 +90,8 @@ bool initialise(RefPtr<VModule>& module)
     const string name = ZELM_INIT_PREFIX + stem;
     const InitRoutine routine = initRoutineOf(*module, name);
     if (!routine) return missInitRoutine(module, name);
-    if (runInitRoutine(module, routine, stem)) return true;
-    withdraw(module);
+    if (runInitRoutine(*module, routine, stem)) return true;
+    withdraw(std::move(module));
     return false;
 }
 

@@ -1,6 +1,7 @@
 #include <quorl/modules/VModule.h>
 
 #include <quorl/modules/ApiWord.h>
+#include <quorl/modules/LoadScope.h>
 #include <quorl/platform/ModuleImage.h>
 #include <quorl/platform/SharedLibrary.h>
 #include <quorl/registry/VManagedObject.h>
@@ -23,24 +24,6 @@ constexpr std::size_t kMostOfWord = 1023;
 constexpr std::size_t kMostOfSource = 4095;
 
 constinit bool allStayLoaded = false;
-
-constinit const VModule* theOneBeingLoaded = nullptr;
-
-/// While this lives, the static initialisers of a module run. They may load other modules.
-class LoadScope
-{
-public:
-    explicit LoadScope(const VModule& module) : outer_(theOneBeingLoaded)
-    {
-        theOneBeingLoaded = &module;
-    }
-    LoadScope(const LoadScope&) = delete;
-    LoadScope& operator=(const LoadScope&) = delete;
-    ~LoadScope() { theOneBeingLoaded = outer_; }
-
-private:
-    const VModule* const outer_;
-};
 
 /// Closes the quotation, in the place of the line end that some systems' texts have.
 string closed(string text)
@@ -76,7 +59,8 @@ VModule::VModule(const string& modulePath)
     VManagedObject::CurrentLoadModule = path;
     // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
     if (isCompatible()) load();
-    if (theOneBeingLoaded) VManagedObject::CurrentLoadModule = theOneBeingLoaded->path;
+    if (const VModule* const outer = LoadScope::inStaticInitialisers())
+        VManagedObject::CurrentLoadModule = outer->path;
 }
 
 VModule::~VModule()
@@ -113,7 +97,7 @@ bool VModule::isCompatible()
 
 void VModule::load()
 {
-    const LoadScope scope(*this);
+    const LoadScope scope(*this, LoadScope::Phase::StaticInitialisers);
     auto library = std::make_unique<Tolmen::Platform::SharedLibrary>(path);
     VManagedObject::CurrentLoadModule.clear();
     if (library->isLoaded())

@@ -20,7 +20,8 @@ namespace Quorl
 /// runs unless it carries the word of this kernel. The library is unloaded with the last handle.
 ///
 /// While its static initialisers run, `VManagedObject::CurrentLoadModule` is its path, by which
-/// creators learn where they come from.
+/// creators learn where they come from. Objects that these make may hold the module and be its last
+/// holders, so it is made with `new`.
 ///
 /// Threads: one loads modules at a time.
 class QUORL_API VModule : public Tolmen::ReferenceBase<VModule>

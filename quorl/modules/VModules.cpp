@@ -1,8 +1,8 @@
 #include <quorl/modules/VModules.h>
 
 #include <quorl/foundation/VGlobals.h>
-#include <quorl/modules/BeingInitialised.h>
 #include <quorl/modules/LeaveItems.h>
+#include <quorl/modules/LoadScope.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/modules/VModuleHold.h>
 
@@ -72,7 +72,7 @@ RefPtr<VModule> VModules::find(const string& path)
 {
     const auto entry = theModules().find(path);
     if (entry != theModules().end() && entry->second.module) return entry->second.module;
-    return BeingInitialised::find(path);
+    return LoadScope::find(path);
 }
 
 bool UnloadVModule(const string& path, VManagedObject::VRemoveItem& remover)

@@ -77,7 +77,7 @@ public:
     /// \return whether it is not loaded.
     static bool enableCache(const string& path);
 
-    /// \return null unless it is loaded, or its init routine runs.
+    /// \return null unless it is loaded, or its static initialisers or its init routine run.
     static RefPtr<VModule> find(const string& path);
 
     /// Asks with another function; null puts the default back, which asks on the terminal.

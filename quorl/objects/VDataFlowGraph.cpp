@@ -1,45 +1,19 @@
 #include <quorl/objects/VDataFlowGraph.h>
 
 #include <quorl/objects/VObject.h>
+#include <quorl/slots/InputCursor.h>
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
-#include <quorl/slots/VSlotIterator.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 namespace Quorl
 {
 namespace
 {
-
-/// An input with an object behind it.
-struct FedInput
-{
-    WeakPtr<VSlot> slot;
-    WeakPtr<VObject> source;
-};
-
-/// Collects the inputs of the object that is being entered.
-class Iterator final : public VSlotIterator
-{
-public:
-    explicit Iterator(std::vector<FedInput>& inputs) : inputs_(inputs) {}
-
-    bool apply(const RefPtr<VSlot>& slot, int /*expertLevel*/) override
-    {
-        if (!slot->Parameter) return true;
-        const WeakPtr<VObject> source = slot->Parameter->source;
-        if (source) inputs_.push_back({slot, source});
-        return true;
-    }
-
-private:
-    std::vector<FedInput>& inputs_;
-};
 
 /// An object that has ended does not tell its number any more; then all are looked at.
 template <class Vertices>
@@ -53,25 +27,16 @@ auto find(Vertices& vertices, const WeakPtr<VObject>& object)
 
 } // namespace
 
-/// An object on the way down from the root, and how far its inputs have been looked at.
-class VDataFlowGraph::Visit
+/// An object on the way down from the root, and the input from which the way goes on.
+struct VDataFlowGraph::Stop
 {
-public:
-    explicit Visit(VertexMap::iterator visited) : vertex_(visited)
+    explicit Stop(VertexMap::iterator entered)
+        : vertex(entered), inputs(*entered->first, VSlotContainer::kAllLevels)
     {
-        Iterator collect(inputs_);
-        visited->first->iterateParameters(VSlotContainer::kAllLevels, collect);
     }
 
-    bool isDone() const { return next_ == inputs_.size(); }
-    const FedInput& input() const { return inputs_[next_]; }
-    void advance() { ++next_; }
-    VertexMap::value_type& vertex() const { return *vertex_; }
-
-private:
-    VertexMap::iterator vertex_;
-    std::vector<FedInput> inputs_;
-    std::size_t next_ = 0;
+    VertexMap::iterator vertex;
+    InputCursor inputs;
 };
 
 bool VDataFlowGraph::Edge::operator<(const Edge& other) const
@@ -110,34 +75,45 @@ VDataFlowGraph::VertexMap::iterator
 VDataFlowGraph::insertParentalInfo(const WeakPtr<VObject>& object)
 {
     if (!object) return Vertices.end();
-    const auto [first, isNew] = Vertices.try_emplace(object);
-    if (!isNew) return first;
-    std::vector<Visit> way{Visit(first)}; // in the place of a recursion: chains may be long
-    while (!way.empty())
-    {
-        if (way.back().isDone())
-        {
-            way.pop_back();
-            continue;
-        }
-        const auto [source, isEntered] = Vertices.try_emplace(way.back().input().source);
-        if (isEntered)
-        {
-            way.emplace_back(source); // the edge follows when the way has come back
-            continue;
-        }
-        connect(*source, way.back().vertex(), way.back().input().slot);
-        way.back().advance();
-    }
-    return first;
+    const auto [vertex, isNew] = Vertices.try_emplace(object);
+    if (isNew) goUpstream(vertex);
+    return vertex;
 }
 
-void VDataFlowGraph::connect(VertexMap::value_type& source, VertexMap::value_type& target,
-                             const WeakPtr<VSlot>& slot)
+/// In the place of a recursion, for chains may be long. An edge is entered when the way has come
+/// back from its source.
+void VDataFlowGraph::goUpstream(VertexMap::iterator start)
 {
-    const auto edge = Edges.insert({source.first, target.first, slot}).first;
-    target.second.push_back(edge);
-    source.second.push_back(edge);
+    std::deque<Stop> way;
+    way.emplace_back(start);
+    while (!way.empty())
+    {
+        Stop& stop = way.back();
+        if (!stop.inputs.next())
+        {
+            const VertexMap::iterator left = stop.vertex;
+            way.pop_back();
+            if (!way.empty()) connect(left, way.back());
+            continue;
+        }
+        const RefPtr<VSlot>& slot = stop.inputs.slot();
+        if (!slot->Parameter) continue;
+        const WeakPtr<VObject> object = slot->Parameter->source;
+        if (!object) continue;
+        const auto [source, isNew] = Vertices.try_emplace(object);
+        if (isNew)
+            way.emplace_back(source);
+        else
+            connect(source, stop);
+    }
+}
+
+void VDataFlowGraph::connect(VertexMap::iterator source, const Stop& target)
+{
+    const auto edge =
+        Edges.insert({source->first, target.vertex->first, target.inputs.slot()}).first;
+    target.vertex->second.push_back(edge);
+    source->second.push_back(edge);
 }
 
 VDataFlowGraph::VertexMap::iterator VDataFlowGraph::findVertex(const WeakPtr<VObject>& object)

@@ -76,10 +76,10 @@ public:
     EdgeSet Edges;
 
 private:
-    class Visit;
+    struct Stop;
 
-    void connect(VertexMap::value_type& source, VertexMap::value_type& target,
-                 const WeakPtr<VSlot>& slot);
+    void goUpstream(VertexMap::iterator start);
+    void connect(VertexMap::iterator source, const Stop& target);
 };
 
 } // namespace Quorl

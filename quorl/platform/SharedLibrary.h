@@ -46,8 +46,9 @@ private:
     std::string error_;
 };
 
-/// Whether a loaded library calls what begins at an address a function, or says nothing of it: to
-/// call data that bears the name of a function would end the process. False for null.
+/// Whether a loaded library calls what begins at an address a function, or gives no type: to call
+/// data that bears the name of a function would end the process. False where nothing is known of
+/// the address, as of null.
 TOLMEN_API bool isCode(const void* address);
 
 } // namespace Tolmen::Platform

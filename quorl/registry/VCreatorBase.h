@@ -17,7 +17,7 @@ namespace Quorl
 ///
 /// Beside its entry in the registry, a creator is found by its identifier, which is the name in its
 /// key, under each application that it is meant for, and in its category. These tables hold it
-/// weakly, and keep dead entries.
+/// weakly, pass over dead entries, and take them out now and then.
 ///
 /// Threads: constructed on the thread that loads modules. No lock.
 class QUORL_API VCreatorBase : public VInputCreatorBase, public VCreatorProperties

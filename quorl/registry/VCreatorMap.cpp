@@ -1,12 +1,8 @@
 #include <quorl/registry/VCreatorMap.h>
 
-#include <quorl/foundation/AtCleanUp.h>
-#include <quorl/foundation/CastCache.h> // counts what has left
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 
-#include <atomic>
-#include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <utility>
@@ -20,7 +16,11 @@ namespace Quorl
 {
 
 VCreatorMap::VCreatorMap() = default;
-VCreatorMap::~VCreatorMap() = default;
+
+VCreatorMap::~VCreatorMap()
+{
+    clear(); // as long as this can be asked
+}
 
 VCreatorMap::Entry* VCreatorMap::lookUp(const string& name) const
 {
@@ -62,7 +62,7 @@ void VCreatorMap::forget(const Entry& entry)
 void VCreatorMap::erase(const_iterator entry)
 {
     forget(*entry);
-    NameTable::erase(entry);
+    const auto last = NameTable::extract(entry); // ends what it holds when the table is whole
 }
 
 VCreatorMap::size_type VCreatorMap::erase(const string& name)
@@ -77,7 +77,8 @@ void VCreatorMap::clear()
 {
     index_.clear();
     for (const auto& [priority, line] : priorities_) line.entry_ = nullptr;
-    NameTable::clear();
+    NameTable former;
+    NameTable::swap(former); // ends what it holds when the table is whole
 }
 
 bool VCreatorMap::remove(const string& name)
@@ -128,56 +129,6 @@ RefPtr<VManagedObject> VCreatorMap::liveCreator(const string& name) const
     const Entry* const entry = lookUp(name);
     if (!entry || !entry->second || !entry->second->getCreator()) return {};
     return entry->second->getCreator();
-}
-
-namespace
-{
-
-/// At the end objects leave their domain one by one: what they ask of the registry while they end,
-/// and what they take out of it, is whole.
-void empty(const VCreatorMapTypes& domains)
-{
-    for (const auto& [type, domain] : domains)
-        while (domain && !domain->empty()) domain->remove(domain->begin()->first);
-}
-
-} // namespace
-
-VCreatorMapTypes& VCreatorTypes()
-{
-    static auto& domains = *new VCreatorMapTypes;
-    static const Tolmen::AtCleanUp end([] { empty(domains); });
-    return domains;
-}
-
-namespace
-{
-
-/// The domain that this thread asked for last. Names of types may be those of others once a module
-/// has left.
-struct LastDomain
-{
-    const std::type_info* type;
-    std::uint32_t unloadCount;
-    const RefPtr<VCreatorMap>* domain;
-};
-
-#if defined(__GNUC__)
-[[gnu::tls_model("initial-exec")]] // a few bytes, so that a library loaded late has them as well
-#endif
-constinit thread_local LastDomain theLast{nullptr, 0, nullptr};
-
-} // namespace
-
-VCreatorMap* VCreators(const std::type_info& type)
-{
-    const std::uint32_t unloadCount = Tolmen::theUnloadCount.load(std::memory_order_relaxed);
-    const bool isKnown = theLast.type == &type && theLast.unloadCount == unloadCount;
-    if (isKnown && *theLast.domain) return theLast.domain->rawptr();
-    RefPtr<VCreatorMap>& domain = VCreatorTypes()[type];
-    if (!domain) domain = new VCreatorMap;
-    theLast = {&type, unloadCount, &domain};
-    return domain.rawptr();
 }
 
 } // namespace Quorl

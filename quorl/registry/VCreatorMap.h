@@ -5,13 +5,11 @@
 #include <quorl/foundation/Counter.h>
 #include <quorl/foundation/NameIndex.h>
 #include <quorl/foundation/RefPtr.h>
-#include <quorl/foundation/TypeInfo.h>
 
 #include <functional>
 #include <list>
 #include <map>
 #include <string_view>
-#include <typeinfo>
 #include <utility>
 
 namespace Quorl
@@ -30,19 +28,29 @@ class PriorityWalk;
 /// Each name in the priority index has an entry in the name table, but not the other way round: a
 /// cached entry is in no priority until its object is inserted.
 ///
-/// The name table is a plain map, in which anybody may look and enter. Beside it stands an index by
-/// which names are found in a constant time: it learns of entries as they are looked for, so they
-/// must be erased by the operations of this class.
+/// The name table is read and entered like a plain map. Beside it stands an index by which names
+/// are found in a constant time: it learns of entries as they are looked for, but not that they go.
+/// So the map itself is private, and entries are erased by the operations of this class alone.
+///
+/// What an entry held ends when the table is whole, and may ask it.
 ///
 /// The counter tells the walks under way; nothing reads it. Threads: no lock.
-class QUORL_API VCreatorMap : public std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>,
+class QUORL_API VCreatorMap : std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>,
                               public Tolmen::ReferenceBase<VCreatorMap>,
                               public Tolmen::Counter
 {
     using NameTable = std::map<string, RefPtr<VCreatorBaseInfo>, std::less<string>>;
 
 public:
-    using Entry = NameTable::value_type;
+    using NameTable::const_iterator;
+    using NameTable::const_reverse_iterator;
+    using NameTable::iterator;
+    using NameTable::key_type;
+    using NameTable::mapped_type;
+    using NameTable::reverse_iterator;
+    using NameTable::size_type;
+    using NameTable::value_type;
+    using Entry = value_type;
 
     /// What stands in the priority index: a name.
     class Line : public string
@@ -62,6 +70,30 @@ public:
     VCreatorMap& operator=(const VCreatorMap&) = delete;
     ~VCreatorMap() override;
 
+    using NameTable::at;
+    using NameTable::begin;
+    using NameTable::cbegin;
+    using NameTable::cend;
+    using NameTable::contains;
+    using NameTable::count;
+    using NameTable::crbegin;
+    using NameTable::crend;
+    using NameTable::emplace;
+    using NameTable::emplace_hint;
+    using NameTable::empty;
+    using NameTable::end;
+    using NameTable::equal_range;
+    using NameTable::find;
+    using NameTable::insert;
+    using NameTable::insert_or_assign;
+    using NameTable::lower_bound;
+    using NameTable::rbegin;
+    using NameTable::rend;
+    using NameTable::size;
+    using NameTable::try_emplace;
+    using NameTable::upper_bound;
+    using NameTable::operator[];
+
     Entry* lookUp(const string& name) const; ///< null if there is none
     Entry* lookUp(const Line& line) const;   ///< the same for the name of a line of this domain
     Entry& entered(const string& name);      ///< made if there is none
@@ -69,12 +101,6 @@ public:
     void erase(const_iterator entry);
     size_type erase(const string& name);
     void clear();
-    template <class... Any>
-    void extract(Any&&...) = delete;
-    template <class Other>
-    void merge(Other&&) = delete;
-    template <class Other>
-    void swap(Other&) = delete;
 
     /// Erases an entry and its first line in the priority index, and drops the object.
     /// \return whether there was one, which is said on standard output if there was none.
@@ -108,15 +134,6 @@ private:
 
     std::list<PriorityWalk*> walks_; // under way; not owned
 };
-
-/// The table of all domains. They are never removed.
-using VCreatorMapTypes = std::map<Tolmen::TypeInfo, RefPtr<VCreatorMap>>;
-
-/// Made at first use; lasts until the clean-up of statics.
-QUORL_API VCreatorMapTypes& VCreatorTypes();
-
-/// The domain of a type, which is made if there is none.
-QUORL_API VCreatorMap* VCreators(const std::type_info& type);
 
 } // namespace Quorl
 

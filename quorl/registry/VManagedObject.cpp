@@ -3,6 +3,7 @@
 #include <quorl/modules/VModules.h> // a name whose module is not loaded yet loads it
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 
 #include <cstdio>
 

@@ -3,6 +3,7 @@
 #include <quorl/registry/PriorityWalk.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/registry/VManagedObject.h>
 
 #include <cstdio>
@@ -31,8 +32,7 @@ int walkPriorities(VCreatorMap& domain, int from, int to, Show&& show)
     for (PriorityWalk walk(domain, from); !walk.isAtEnd() && walk.priority() < to; walk.goOn())
     {
         const VCreatorMap::Entry* const entry = domain.lookUp(walk.line());
-        if (!entry || !entry->second) continue;
-        if (!entry->second->getCreator()) continue;
+        if (!entry || !entry->second || !entry->second->getCreator()) continue;
         reportUnowned(*entry->second, entry->first);
         name = walk.line();
         const RefPtr<VManagedObject> object = entry->second->getCreator();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -77,6 +79,19 @@ TEST(Rare, IsEmptyWhileWhatItHeldEnds)
     list.clear();
 
     EXPECT_TRUE(list.empty());
+}
+
+TEST(Rare, IsWholeWhileWhatItHeldBeforeAnAssignmentEnds)
+{
+    Rare<std::list<std::function<void()>>> list;
+    std::vector<std::size_t> sizes;
+    const auto noteWhenEnding = [&](int* /*nothing*/) { sizes.push_back(list.size()); };
+    for (int number = 0; number < 2; ++number)
+        list.push_back([held = std::shared_ptr<int>(nullptr, noteWhenEnding)] {});
+
+    list = std::list<std::function<void()>>(3);
+
+    EXPECT_EQ(sizes, (std::vector<std::size_t>{3, 3}));
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VModule.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <tests/fuzz/MemoryFile.h>
 
 #include <vector>

@@ -7,6 +7,7 @@
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/VValueBase.h>
 #include <quorl/values/ValuePool.h>

@@ -169,6 +169,25 @@ TEST_F(VModulesTest, AnObjectKeepsItsModuleLoaded)
     // The pool outlives the type of the value that it had.
 }
 
+TEST_F(VModulesTest, AnObjectThatIsMadeWhileItsModuleIsLoadedKeepsItLoaded)
+{
+    const string path = add("early", "early.zelm");
+    ASSERT_TRUE(LoadVModule(path));
+    RefPtr<VObject> object = VManagedObject::find(typeid(VObject), "early");
+    const WeakPtr<VModule> module = VModules::find(path);
+    UnloadVModule(path, removed);
+
+    ASSERT_TRUE(module) << "held by the object";
+    const RefPtr<ValuePool> pool(new ValuePool);
+    VRequest request(pool, false);
+    EXPECT_TRUE(object->init_request(request, 1.0)) << "its code is there";
+    EXPECT_EQ(object->getOutput("answer")->getValueBase(pool)->Text(), "3");
+    object = RefPtr<VObject>();
+    EXPECT_TRUE(module) << "until modules are next loaded or unloaded";
+    VModuleHold::letGo();
+    EXPECT_FALSE(module);
+}
+
 TEST_F(VModulesTest, AParameterThatOthersShowKeepsItsModuleLoaded)
 {
     const string path = add("version1", "versioned.zelm");

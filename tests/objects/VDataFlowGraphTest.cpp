@@ -1,6 +1,7 @@
 #include <quorl/objects/VDataFlowGraph.h>
 
 #include <quorl/objects/VRequest.h>
+#include <quorl/services/Vprintf.h>
 #include <quorl/slots/VSlot.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/Node.h>
@@ -15,6 +16,7 @@ namespace Quorl
 namespace
 {
 
+using QuorlTest::errorOutputOf;
 using QuorlTest::makeParameter;
 using QuorlTest::Node;
 using QuorlTest::outputOf;
@@ -103,6 +105,27 @@ TEST_F(Graphs, TwoInputsOfOneSourceAreTwoEdgesAndOneVertex)
     EXPECT_THAT(namesIn(graph), ElementsAre("source", "sink"));
     EXPECT_THAT(edgesOf(graph, source), ElementsAre("source a sink", "source b sink"));
     EXPECT_THAT(edgesOf(graph, sink), ElementsAre("source a sink", "source b sink"));
+}
+
+TEST_F(Graphs, TellsTheInputsOfASourceBetweenThoseOfItsConsumer)
+{
+    source->input("of the source");
+    network.connect(source, sink, "first");
+    network.connect(middle, sink, "second");
+    middle->input("of the middle");
+    constexpr int kTraces = 100;
+    verbosity_level = kTraces;
+
+    const string told = errorOutputOf([&] { const VDataFlowGraph graph(sink); });
+
+    verbosity_level = 0;
+    EXPECT_EQ(told, "VSlotContainer::iterateInputs(2147483647): Have 1 inputs.\n"
+                    "VSlotContainer::iterateInputs(2147483647): `first'\n"
+                    "VSlotContainer::iterateInputs(2147483647): Have 1 inputs.\n"
+                    "VSlotContainer::iterateInputs(2147483647): `of the source'\n"
+                    "VSlotContainer::iterateInputs(2147483647): `second'\n"
+                    "VSlotContainer::iterateInputs(2147483647): Have 1 inputs.\n"
+                    "VSlotContainer::iterateInputs(2147483647): `of the middle'\n");
 }
 
 TEST_F(Graphs, ACycleEndsWithEachObjectOnce)

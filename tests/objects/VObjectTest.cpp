@@ -1,7 +1,7 @@
 #include <quorl/objects/VObject.h>
 
 #include <quorl/registry/VCreationPreferences.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/services/VScriptFunctor.h>
 #include <quorl/services/VScriptTypedValue.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <quorl/registry/VCreatorBaseInfo.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/registry/VManagedDomainObject.h>
 #include <tests/support/EmptyDomain.h>
 

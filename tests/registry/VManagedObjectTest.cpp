@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <type_traits>
+#include <vector>
+
 namespace Quorl
 {
 namespace
@@ -207,6 +211,91 @@ TEST(VCreatorMap, FindsTheEntriesOfItsLinesAnew)
     EXPECT_EQ(traverse<Tag>(), (Names{"a0", "a1"}));
     domain.find("a")->remove();
     EXPECT_EQ(traverse<Tag>(), Names{});
+}
+
+/// Asks its domain for all objects when it ends.
+struct LastLook final : VManagedDomainObject<LastLook>
+{
+    LastLook(const string& wantedName, std::vector<int>& foundBy) : found(foundBy)
+    {
+        insert(wantedName, 0);
+    }
+    ~LastLook() override
+    {
+        int count = 0;
+        for (const char* const other : {"a", "b", "c"})
+            if (VManagedObject::find(typeid(LastLook), other)) ++count;
+        found.push_back(count);
+    }
+    std::vector<int>& found;
+};
+
+/// How many of three objects each finds when it ends, as `act` ends them.
+template <class Act>
+std::vector<int> lastLooks(Act&& act)
+{
+    std::vector<int> found;
+    for (const char* const name : {"a", "b", "c"}) new LastLook(name, found);
+    VManagedObject::find(typeid(LastLook), "a");
+    act(*VCreators(typeid(LastLook)));
+    const std::vector<int> foundMeanwhile = found;
+    QuorlTest::emptyDomain(typeid(LastLook));
+    return foundMeanwhile;
+}
+
+TEST(VCreatorMap, IsEmptyWhileWhatItWasClearedOfEnds)
+{
+    EXPECT_EQ(lastLooks([](VCreatorMap& map) { map.clear(); }), (std::vector<int>{0, 0, 0}));
+}
+
+TEST(VCreatorMap, IsWholeWhileWhatWasErasedEnds)
+{
+    const auto eraseAll = [](VCreatorMap& map) {
+        for (const char* const name : {"b", "a", "c"})
+        {
+            map.erase(name);
+            EXPECT_EQ(map.lookUp(name), nullptr);
+        }
+    };
+    EXPECT_EQ(lastLooks(eraseAll), (std::vector<int>{2, 1, 0}));
+}
+
+TEST(VCreatorMap, MayBeAskedByWhatEndsWithIt)
+{
+    struct AskingInfo final : VCreatorBaseInfo
+    {
+        AskingInfo(VCreatorMap* domain, std::vector<std::size_t>& sizes)
+            : map(domain), sizesSeen(sizes)
+        {
+        }
+        ~AskingInfo() override { sizesSeen.push_back(map->lookUp("b") ? 1 : map->size()); }
+        VCreatorMap* map;
+        std::vector<std::size_t>& sizesSeen;
+    };
+    std::vector<std::size_t> sizes;
+    RefPtr<VCreatorMap> map(new VCreatorMap);
+    for (const char* const name : {"a", "b"})
+        map->entered(name).second = new AskingInfo(map.rawptr(), sizes);
+
+    map = RefPtr<VCreatorMap>();
+
+    EXPECT_EQ(sizes, (std::vector<std::size_t>{0, 0}));
+}
+
+template <class Map>
+concept LosesEntriesUnseen =
+    requires(Map& map) { std::erase_if(map, [](const auto&) { return true; }); } ||
+    requires(Map& map) { map.extract(map.begin()); } || requires(Map& map) { map.swap(map); } ||
+    requires(Map& map) { map.merge(map); };
+
+static_assert(LosesEntriesUnseen<std::map<string, RefPtr<VCreatorBaseInfo>>>);
+static_assert(!LosesEntriesUnseen<VCreatorMap>);
+
+TEST(VCreatorMap, IsErasedFromByItsOwnOperationsAlone)
+{
+    using NameTable = std::map<string, RefPtr<VCreatorBaseInfo>>;
+    EXPECT_TRUE((std::is_base_of_v<NameTable, VCreatorMap>));
+    EXPECT_FALSE((std::is_convertible_v<VCreatorMap&, NameTable&>));
 }
 
 TEST(VCreatorMap, FindsOneOfALakhOfObjects)

@@ -2,6 +2,7 @@
 
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 
 #include <string>
 #include <typeinfo>

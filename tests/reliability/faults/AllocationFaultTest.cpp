@@ -14,7 +14,7 @@
 #include <quorl/objects/VRequest.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
-#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/services/VUndoStack.h>
 #include <quorl/tasks/VScheduler.h>
 

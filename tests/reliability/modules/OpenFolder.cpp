@@ -9,6 +9,7 @@
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/values/ValuePool.h>
 

@@ -1,21 +1,19 @@
 #include <quorl/modules/VCreatorCache.h>
 
 #include <quorl/foundation/BinaryFile.h>
-#include <quorl/foundation/StringFile.h>
 #include <quorl/foundation/Typename.h>
+#include <quorl/modules/ModuleFiles.h>
 #include <quorl/modules/VModules.h>
-#include <quorl/platform/FileStatus.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
-#include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace Quorl
@@ -24,123 +22,8 @@ namespace
 {
 
 using std::string_view;
-using Tolmen::fputnumber;
-using Tolmen::fputstring;
 using Tolmen::Platform::FileStatus;
 using Tolmen::Platform::fileStatus;
-
-/// The low 32 bits, so that a large file compares as it was written.
-std::int32_t shortSize(const FileStatus& status)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(status.size));
-}
-
-/// Looks at each file once, however many creators its module has.
-class ModuleFiles
-{
-public:
-    struct Known
-    {
-        FileStatus status;
-        std::optional<bool> isNotLoaded; // once it was made known to the table of modules
-    };
-
-    Known& of(string_view path)
-    {
-        if (!last_ || path != *last_)
-        {
-            const auto [entry, isNew] = files_.try_emplace(string(path));
-            if (isNew) entry->second.status = fileStatus(entry->first);
-            last_ = &entry->first;
-            known_ = &entry->second;
-        }
-        return *known_;
-    }
-
-private:
-    std::unordered_map<string, Known> files_;
-    const string* last_ = nullptr; // neighbours are often of one module
-    Known* known_ = nullptr;
-};
-
-// Writing
-
-/// The items of a file, one by one. A file that does not come to its end, as on a full disk, is
-/// emptied: a scan passes over the modules that a cache names, also where half of their creators
-/// are missing in it.
-class CacheWriter
-{
-public:
-    explicit CacheWriter(const string& path) : path_(path), file_(std::fopen(path.c_str(), "wb")) {}
-    CacheWriter(const CacheWriter&) = delete;
-    CacheWriter& operator=(const CacheWriter&) = delete;
-    ~CacheWriter()
-    {
-        if (file_) empty(); // an exception passes
-    }
-
-    bool isOpen() const { return file_ != nullptr; }
-
-    template <class Integer>
-    void number(Integer value)
-    {
-        isWhole_ = fputnumber(value, file_.get()) && isWhole_;
-    }
-
-    void text(const string& value) { isWhole_ = fputstring(value, file_.get()) && isWhole_; }
-
-    /// All has been told.
-    void finish()
-    {
-        if (std::fclose(file_.release()) != 0 || !isWhole_) empty();
-    }
-
-private:
-    void empty()
-    {
-        file_.reset(); // first: it may have something left to write
-        file_.reset(std::fopen(path_.c_str(), "wb"));
-        file_.reset();
-    }
-
-    const string path_;
-    Tolmen::OwnedFile file_;
-    bool isWhole_ = true;
-};
-
-void writeEntry(const string& name, const string& module, ModuleFiles& files, CacheWriter& writer)
-{
-    const FileStatus& status = files.of(module).status;
-    if (!status.exists)
-    {
-        std::printf("MODULE [%s] DOES NOT EXIST\n", module.c_str());
-        writer.number(std::uint64_t{0});
-        writer.number(std::uint64_t{0});
-        return;
-    }
-    writer.text(name);
-    writer.text(module);
-    writer.number(shortSize(status));
-    writer.number(status.modifiedSeconds);
-}
-
-void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& files,
-                 CacheWriter& writer)
-{
-    writer.text(domain);
-    std::printf("** MODULE CACHE REGISTRY FOR DOMAIN [%s] ***\n", domain.c_str());
-    writer.number(std::uint64_t{map.priorities().size()});
-    for (const auto& [priority, name] : map.priorities())
-    {
-        writer.number(std::int32_t{priority});
-        writer.text(name);
-    }
-    writer.number(std::uint64_t{map.size()});
-    for (const auto& [name, info] : map)
-        if (info) writeEntry(name, info->ModuleName, files, writer);
-}
-
-// Reading
 
 constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
 constexpr std::uint64_t kMostExpected = 1 << 24; // bytes; a larger file is read in several steps
@@ -307,18 +190,6 @@ void readDomain(ModuleFiles& files, CacheReader& reader)
 }
 
 } // namespace
-
-bool SaveVCreatorMapTypes(const string& path)
-{
-    CacheWriter writer(path);
-    if (!writer.isOpen()) return false;
-    ModuleFiles files;
-    writer.number(std::uint64_t{VCreatorTypes().size()});
-    for (const auto& [type, map] : VCreatorTypes())
-        if (map) writeDomain(Tolmen::Typename(type), *map, files, writer);
-    writer.finish();
-    return true;
-}
 
 bool LoadVCreatorMapTypes(const string& path)
 {
