@@ -147,6 +147,27 @@ TEST_F(RunCommand, SavesObjectsWholeOrNotAtAll)
     EXPECT_EQ(folder.count(), 3U);
 }
 
+TEST_F(RunCommand, TellsWhatRanWhateverIsSaved)
+{
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])",
+               "--json --save a=one.txt --save a=two.bad --save a=three.txt");
+
+    expectComplaint(1, "two.bad: a cannot be saved here");
+    EXPECT_EQ(ranOf(json()["requests"][0]), "a:updated");
+    EXPECT_EQ(json()["saved"].dump(), R"(["one.txt"])");
+}
+
+TEST_F(RunCommand, ReadsTheFileOnce)
+{
+    writeBytes(folder / "b.json", std::string(R"({"zelm-network": 1, )") + kSums + "}");
+    runCommand("mkfifo " + (folder / "a.json").string() + " && { timeout 10 cat " +
+               (folder / "b.json").string() + " >" + (folder / "a.json").string() + " & } && " +
+               commandOf("run a.json"));
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(out.substr(0, 11), "one: second") << out;
+}
+
 TEST_F(RunCommand, TakesTurnsInWhichWorkArrives)
 {
     runNetwork(R"("objects": [{"name": "a", "creator": "Test/Later"}])", "--json --turns 2");
