@@ -76,6 +76,24 @@ TEST_F(GraphCommand, DrawsPicturesAndLeavesNothingElse)
     EXPECT_EQ(folder.count(), 3U);
 }
 
+TEST_F(GraphCommand, DrawsPixelsFinelyEnoughForPrint)
+{
+    const std::string header = drawn("b.png").substr(16, 4); // the width, highest byte first
+    const std::string svg = drawn("b.svg");
+    const int points = std::stoi(svg.substr(svg.find("<svg width=\"") + 12));
+    const int pixels =
+        static_cast<unsigned char>(header[2]) * 256 + static_cast<unsigned char>(header[3]);
+
+    EXPECT_GT(pixels, 2 * points) << "at 72 points an inch";
+    EXPECT_NE(svg.find("scale(1 1)"), std::string::npos) << "nothing is cut";
+}
+
+TEST_F(GraphCommand, TellsWhatTheColoursAndTheAgesMean)
+{
+    EXPECT_NE(drawn("b.dot").find(">bands: good | wrong<"), std::string::npos);
+    EXPECT_NE(drawn("b.dot", "--ages").find(">bands and ages: good | wrong<"), std::string::npos);
+}
+
 TEST_F(GraphCommand, TellsWhyAPictureCannotBeDrawn)
 {
     for (const char* picture : {"missing/b.svg", "missing/b.dot", "missing/b.json"})
