@@ -3,9 +3,10 @@
 #include "Failure.h"
 #include "Modules.h"
 #include "Output.h"
+#include "Preferences.h"
 #include "Providers.h"
+#include "Table.h"
 
-#include <quorl/foundation/Typename.h>
 #include <quorl/kit/Network.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -14,6 +15,7 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/VValueBase.h>
+#include <zelm/network/TypeName.h>
 
 #include <filesystem>
 #include <functional>
@@ -87,21 +89,25 @@ void printOverview(const Json& overview)
     {
         Output::printLine("\n" +
                           (category.empty() ? std::string("Creators of no category") : category));
+        Table table({Table::Left, Table::Left});
         for (const Json& creator : creators)
-            Output::printLine(
-                "  " + Output::padded(creator["creator"], 24) +
-                (creator["state"] == "cached" ? "(in the cache)" : creator.value("summary", "")));
+            table.add({creator["creator"], creator["state"] == "cached"
+                                               ? "(in the cache)"
+                                               : creator.value("summary", "")});
+        Output::print(table.text());
     }
 }
 
 /// A slot as it is when its object has just been made.
 Json slotAsJson(const VSlot& slot)
 {
-    Json entry{{"slot", slot.Name}, {"type", Tolmen::Typename(slot.getType())}};
+    Json entry{{"slot", slot.Name}, {"type", typeNameOf(slot.getType())}};
     if (!slot.Parameter) return entry;
     const auto value = slot.Parameter->DefaultValue();
     entry["initial"] = value ? value->Text() : std::string();
     entry["per context"] = slot.Parameter->isLocal();
+    const Json preferences = preferencesAsJson(slot.Parameter->preferences);
+    if (!preferences.is_null()) entry["preferences"] = preferences;
     return entry;
 }
 
@@ -109,7 +115,7 @@ struct Outputs final : Quorl::VOutputIterator
 {
     bool apply(const std::type_info& /*type*/, const RefPtr<VSlot>& slot) override
     {
-        list.push_back({{"slot", slot->Name}, {"type", Tolmen::Typename(slot->getType())}});
+        list.push_back({{"slot", slot->Name}, {"type", typeNameOf(slot->getType())}});
         return true;
     }
 
@@ -149,31 +155,44 @@ Json factsOf(VCreatorBase& creator)
     addText("description", VCreatorBase::Description);
     addText("author", VCreatorBase::AuthorName);
     addText("applications", VCreatorBase::Applications);
+    const Json preferences = preferencesAsJson(creator.preferences);
+    if (!preferences.is_null()) facts["preferences"] = preferences;
     addSlots(creator, facts);
     return facts;
+}
+
+/// What is not usual with a slot, in brackets.
+std::string remarksOn(const Json& slot)
+{
+    std::string remarks;
+    const auto add = [&](const std::string& remark) {
+        remarks += (remarks.empty() ? "" : ", ") + remark;
+    };
+    if (slot.value("per context", false)) add("in each context");
+    if (slot.value("expert level", 0) != 0) add("expert level " + slot["expert level"].dump());
+    Json others = slot.value("preferences", Json::object());
+    others.erase("local"); // makes it so in each context
+    if (!others.empty()) add("prefers " + wordsOf(others));
+    return remarks.empty() ? "" : "(" + remarks + ")";
 }
 
 void printSlots(const char* title, const Json& slots)
 {
     if (slots.empty()) return;
-    Output::printLine(std::string("\n") + title);
+    Table table({Table::Left, Table::Left, Table::Left, Table::Left});
     for (const Json& slot : slots)
-    {
-        std::string line = "  " + Output::padded(slot["slot"], 16) +
-                           Output::padded(slot["type"], 20) + slot.value("initial", "");
-        if (slot.value("per context", false)) line += "  (in each context)";
-        if (slot.value("expert level", 0) != 0)
-            line += "  (expert level " + slot["expert level"].dump() + ")";
-        Output::printLine(line);
-    }
+        table.add({slot["slot"], slot["type"], slot.value("initial", ""), remarksOn(slot)});
+    Output::print(std::string("\n") + title + "\n" + table.text());
 }
 
 void printCreator(const Json& facts)
 {
     for (const auto& [key, value] : facts.items())
         if (!value.is_array())
-            Output::printLine(Output::padded(key, 14) +
-                              (value.is_string() ? value.get<std::string>() : value.dump()));
+            Output::printLine(Output::padded(key, 14) + (value.is_string()
+                                                             ? value.get<std::string>()
+                                                         : value.is_object() ? wordsOf(value)
+                                                                             : value.dump()));
     printSlots("Inputs", facts.value("inputs", Json::array()));
     printSlots("Outputs", facts.value("outputs", Json::array()));
 }
@@ -181,10 +200,14 @@ void printCreator(const Json& facts)
 void printProviders(const Json& facts)
 {
     Output::printLine(facts["type"].get<std::string>() + " is provided by");
+    Table table({Table::Left, Table::Left, Table::Left, Table::Left});
     for (const Json& provider : facts["providers"])
-        Output::printLine(
-            "  " + Output::padded(provider["creator"], 24) + "score " + provider["score"].dump() +
-            (provider["wins"] ? "  wins: " + facts["reason"].get<std::string>() : std::string()));
+        table.add({provider["creator"], "score " + provider["score"].dump(),
+                   provider["wins"] ? "wins: " + facts["reason"].get<std::string>() : "",
+                   provider.contains("preferences")
+                       ? "(offers " + wordsOf(provider["preferences"]) + ")"
+                       : ""});
+    Output::print(table.text());
     if (facts["providers"].empty()) Output::printLine("  nobody");
 }
 
@@ -224,8 +247,9 @@ void addInspectCommand(CLI::App& program, const Settings& settings)
         "inspect", "Tells of the modules and creators, or of one creator, or who provides a type.");
     const auto name = std::make_shared<std::string>();
     command->fallthrough();
-    command->add_option("NAME", *name, "a creator, as Grid/Hillshade, or a type, as double");
-    command->footer("\nExamples:\n  zelm inspect\n  zelm inspect Grid/Hillshade --json");
+    command->add_option("NAME", *name, "a creator, as Grid/Hillshade, or a type, as Maps::Field");
+    command->footer("\nExamples:\n  zelm inspect\n  zelm inspect Grid/Hillshade --json\n"
+                    "  zelm inspect Maps::Field");
     command->callback([name, &settings] { inspect(*name, settings); });
 }
 

@@ -76,6 +76,27 @@ TEST_F(InspectCommand, TellsOfOneCreatorAndTheSlotsOfItsObjects)
     EXPECT_NE(out.find("\nInputs\n  finer "), std::string::npos) << out;
 }
 
+TEST_F(InspectCommand, TellsWhatSlotsPrefer)
+{
+    zelm("inspect Test/Sum --json");
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "left")["preferences"].dump(), R"({"local":1.0})");
+    EXPECT_FALSE(entryOf(json()["inputs"], "slot", "scale").contains("preferences")) << out;
+
+    zelm("inspect Test/Sum");
+    EXPECT_NE(out.find("(in each context)"), std::string::npos) << out;
+    EXPECT_EQ(out.find("prefers"), std::string::npos) << out;
+}
+
+TEST_F(InspectCommand, TellsTextsByTheNameThatPeopleKnow)
+{
+    zelm("inspect Test/Failing --json");
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "way")["type"], "string");
+
+    zelm("inspect string --json");
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(json()["type"], "string");
+}
+
 TEST_F(InspectCommand, TellsWhoProvidesAType)
 {
     zelm("inspect double --json");
