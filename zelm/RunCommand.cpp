@@ -11,17 +11,19 @@
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -206,14 +208,15 @@ bool evaluate(const Order& order, const Settings& settings, const HostNetwork& n
     return !session.hasFailed();
 }
 
-/// By what a change of a file is seen.
-using FileStamp = std::pair<std::filesystem::file_time_type, std::uintmax_t>;
+/// By what a change of a file is seen: its time, its size, and which file it is, as one that takes
+/// its place can be of the same moment. Zeros if there is none.
+using FileStamp = std::tuple<std::int64_t, std::int64_t, std::int64_t, ino_t>;
 
 FileStamp stampOf(const std::string& file)
 {
-    std::error_code gone;
-    const auto changed = std::filesystem::last_write_time(file, gone);
-    return {changed, std::filesystem::file_size(file, gone)};
+    struct stat facts = {};
+    if (::stat(file.c_str(), &facts) != 0) return {};
+    return {facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec, facts.st_size, facts.st_ino};
 }
 
 /// Follows the file until Ctrl-C. What is wrong with it meanwhile is told, and waits to be mended;
