@@ -79,7 +79,8 @@ std::string agesOf(const Drawing::Edge& edge)
     return text;
 }
 
-/// What the bands mean, and the ages: the contexts from left to right, and the colours that occur.
+/// What the bands mean, and the ages: the contexts from left to right, and the colours that occur;
+/// and what dashes mean, if there are any.
 std::string legendOf(const Drawing& drawing, bool withAges)
 {
     std::string contexts;
@@ -94,6 +95,8 @@ std::string legendOf(const Drawing& drawing, bool withAges)
             }))
             states += std::string("<td width=\"14\" height=\"7\" fixedsize=\"true\" bgcolor=\"") +
                       colourOf(state) + "\"></td><td>" + Drawing::wordOf(state) + "</td>";
+    if (std::ranges::any_of(drawing.edges, &Drawing::Edge::isShared))
+        states += "<td>dashed: shared inputs</td>";
     return std::string("<<table border=\"0\" cellborder=\"0\" cellspacing=\"3\"><tr><td>bands") +
            (withAges ? " and ages: " : ": ") + contexts + "</td>" + states + "</tr></table>>";
 }
@@ -103,7 +106,7 @@ std::string legendOf(const Drawing& drawing, bool withAges)
 std::string dotTextOf(const Drawing& drawing, bool withAges)
 {
     std::string text = "digraph network {\n"
-                       "  graph [rankdir=LR, nodesep=0.35, ranksep=0.7, labelloc=b, "
+                       "  graph [rankdir=LR, nodesep=0.35, ranksep=1.0, labelloc=b, "
                        "fontname=\"DejaVu Sans\", fontsize=9, label=" +
                        legendOf(drawing, withAges) +
                        "];\n"

@@ -88,9 +88,10 @@ TEST_F(GraphCommand, DrawsPixelsFinelyEnoughForPrint)
     EXPECT_NE(svg.find("scale(1 1)"), std::string::npos) << "nothing is cut";
 }
 
-TEST_F(GraphCommand, TellsWhatTheColoursAndTheAgesMean)
+TEST_F(GraphCommand, TellsWhatColoursAgesAndDashesMean)
 {
     EXPECT_NE(drawn("b.dot").find(">bands: good | wrong<"), std::string::npos);
+    EXPECT_NE(drawn("b.dot").find(">dashed: shared inputs<"), std::string::npos);
     EXPECT_NE(drawn("b.dot", "--ages").find(">bands and ages: good | wrong<"), std::string::npos);
 }
 
