@@ -16,11 +16,13 @@
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/VValueBase.h>
 #include <zelm/network/TypeName.h>
+#include <zelm/network/ValueJson.h>
 
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -98,13 +100,20 @@ void printOverview(const Json& overview)
     }
 }
 
+/// A value as a network file tells it; the text alone of what is no number, truth or text.
+Json shortJsonOf(const Quorl::VValueBase& value)
+{
+    const std::optional<Json> json = jsonOf(value);
+    return json && json->is_primitive() ? *json : Json(value.Text());
+}
+
 /// A slot as it is when its object has just been made.
 Json slotAsJson(const VSlot& slot)
 {
     Json entry{{"slot", slot.Name}, {"type", typeNameOf(slot.getType())}};
     if (!slot.Parameter) return entry;
     const auto value = slot.Parameter->DefaultValue();
-    entry["initial"] = value ? value->Text() : std::string();
+    entry["initial"] = value ? shortJsonOf(*value) : Json();
     entry["per context"] = slot.Parameter->isLocal();
     const Json preferences = preferencesAsJson(slot.Parameter->preferences);
     if (!preferences.is_null()) entry["preferences"] = preferences;
@@ -161,6 +170,13 @@ Json factsOf(VCreatorBase& creator)
     return facts;
 }
 
+/// Nothing for what is not there.
+std::string bareText(const Json& json)
+{
+    if (json.is_null()) return "";
+    return json.is_string() ? json.get<std::string>() : json.dump();
+}
+
 /// What is not usual with a slot, in brackets.
 std::string remarksOn(const Json& slot)
 {
@@ -181,7 +197,8 @@ void printSlots(const char* title, const Json& slots)
     if (slots.empty()) return;
     Table table({Table::Left, Table::Left, Table::Left, Table::Left});
     for (const Json& slot : slots)
-        table.add({slot["slot"], slot["type"], slot.value("initial", ""), remarksOn(slot)});
+        table.add(
+            {slot["slot"], slot["type"], bareText(slot.value("initial", Json())), remarksOn(slot)});
     Output::print(std::string("\n") + title + "\n" + table.text());
 }
 
@@ -189,10 +206,8 @@ void printCreator(const Json& facts)
 {
     for (const auto& [key, value] : facts.items())
         if (!value.is_array())
-            Output::printLine(Output::padded(key, 14) + (value.is_string()
-                                                             ? value.get<std::string>()
-                                                         : value.is_object() ? wordsOf(value)
-                                                                             : value.dump()));
+            Output::printLine(Output::padded(key, 14) +
+                              (value.is_object() ? wordsOf(value) : bareText(value)));
     printSlots("Inputs", facts.value("inputs", Json::array()));
     printSlots("Outputs", facts.value("outputs", Json::array()));
 }

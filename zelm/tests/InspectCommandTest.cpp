@@ -67,7 +67,8 @@ TEST_F(InspectCommand, TellsOfOneCreatorAndTheSlotsOfItsObjects)
     EXPECT_EQ(json()["category"], "Test");
     const Json left = entryOf(json()["inputs"], "slot", "left");
     EXPECT_EQ(left["type"], "double");
-    EXPECT_EQ(left["initial"], "1");
+    EXPECT_EQ(left["initial"], 1.0);
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "note")["initial"], "");
     EXPECT_EQ(left["per context"], true);
     EXPECT_EQ(left["expert level"], 0);
     EXPECT_EQ(entryOf(json()["outputs"], "slot", "sum")["type"], "double");
