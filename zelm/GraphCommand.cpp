@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <memory>
@@ -107,6 +108,9 @@ void draw(const GraphOrder& order, const Settings& settings)
         Output::printJson(drawing.json());
     else
         Output::printLine(order.picture);
+    for (const Outcome& outcome : outcomes)
+        for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
+    if (std::ranges::any_of(outcomes, &Outcome::hasFailed)) throw CLI::RuntimeError(Failed);
 }
 
 } // namespace

@@ -112,14 +112,7 @@ public:
     void complain() const
     {
         for (const Outcome& outcome : outcomes_)
-        {
-            if (!outcome.failure.empty())
-                Output::complain(outcome.context + ": " + outcome.failure);
-            if (outcome.isCancelled) Output::complain(outcome.context + ": interrupted");
-            for (const Run& run : outcome.runs)
-                if (run.hasFailed && outcome.failure.empty() && !outcome.isCancelled)
-                    Output::complain(outcome.context + ": " + run.object + " has failed");
-        }
+            for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
         if (!saveFailure_.empty()) Output::complain(saveFailure_);
     }
 
