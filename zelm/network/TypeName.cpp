@@ -11,10 +11,9 @@ namespace
 
 constexpr const char* kString = "string";
 
-const std::string& kernelString()
+std::string kernelString()
 {
-    static const std::string name = Tolmen::Typename(typeid(std::string));
-    return name;
+    return Tolmen::Typename(typeid(std::string));
 }
 
 bool isOfName(char sign)
