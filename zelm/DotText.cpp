@@ -60,7 +60,7 @@ std::string bandOf(const std::vector<Drawing::State>& states)
 
 std::string labelOf(const Drawing::Node& node)
 {
-    std::string rows = "<tr><td colspan=\"2\"><b>" + escaped(node.name) +
+    std::string rows = "<tr><td colspan=\"2\" cellpadding=\"6\"><b>" + escaped(node.name) +
                        "</b><br/><font point-size=\"9\" color=\"#606060\">" +
                        escaped(node.creator) + "</font></td></tr><hr/>";
     for (std::size_t row = 0; row < std::max(node.inputs.size(), node.outputs.size()); ++row)
@@ -79,8 +79,9 @@ std::string agesOf(const Drawing::Edge& edge)
     return text;
 }
 
-/// What the bands mean: the contexts from left to right, and the colours that occur.
-std::string legendOf(const Drawing& drawing)
+/// What the bands mean, and the ages: the contexts from left to right, and the colours that occur;
+/// and what dashes mean, if there are any.
+std::string legendOf(const Drawing& drawing, bool withAges)
 {
     std::string contexts;
     for (const std::string& context : drawing.contexts)
@@ -94,8 +95,10 @@ std::string legendOf(const Drawing& drawing)
             }))
             states += std::string("<td width=\"14\" height=\"7\" fixedsize=\"true\" bgcolor=\"") +
                       colourOf(state) + "\"></td><td>" + Drawing::wordOf(state) + "</td>";
-    return "<<table border=\"0\" cellborder=\"0\" cellspacing=\"3\"><tr><td>bands: " + contexts +
-           "</td>" + states + "</tr></table>>";
+    if (std::ranges::any_of(drawing.edges, &Drawing::Edge::isShared))
+        states += "<td>dashed: shared inputs</td>";
+    return std::string("<<table border=\"0\" cellborder=\"0\" cellspacing=\"3\"><tr><td>bands") +
+           (withAges ? " and ages: " : ": ") + contexts + "</td>" + states + "</tr></table>>";
 }
 
 } // namespace
@@ -103,9 +106,9 @@ std::string legendOf(const Drawing& drawing)
 std::string dotTextOf(const Drawing& drawing, bool withAges)
 {
     std::string text = "digraph network {\n"
-                       "  graph [rankdir=LR, nodesep=0.35, ranksep=0.7, labelloc=b, "
+                       "  graph [rankdir=LR, nodesep=0.35, ranksep=1.0, labelloc=b, "
                        "fontname=\"DejaVu Sans\", fontsize=9, label=" +
-                       legendOf(drawing) +
+                       legendOf(drawing, withAges) +
                        "];\n"
                        "  node [shape=plain, fontname=\"DejaVu Sans\", fontsize=11];\n"
                        "  edge [fontname=\"DejaVu Sans\", fontsize=8, arrowsize=0.6, "

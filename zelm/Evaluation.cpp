@@ -120,6 +120,18 @@ bool Outcome::hasFailed() const
     return !failure.empty() || isCancelled || std::ranges::any_of(runs, &Run::hasFailed);
 }
 
+std::vector<std::string> failuresOf(const Outcome& outcome)
+{
+    const std::string where = outcome.context + ": ";
+    std::vector<std::string> failures;
+    if (!outcome.failure.empty()) failures.push_back(where + outcome.failure);
+    if (outcome.isCancelled) failures.push_back(where + "interrupted");
+    if (!failures.empty()) return failures; // by which others can have failed
+    for (const Run& run : outcome.runs)
+        if (run.hasFailed) failures.push_back(where + run.object + " has failed");
+    return failures;
+}
+
 Evaluation::Evaluation(const RefPtr<LoadedNetwork>& network) : network_(network)
 {
     for (const RefPtr<VObject>& object : network_->liveObjects())

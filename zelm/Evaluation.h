@@ -33,6 +33,9 @@ struct Outcome
     bool hasFailed() const;
 };
 
+/// What failed, in one line each, which begin with the context.
+std::vector<std::string> failuresOf(const Outcome& outcome);
+
 /// Whether something that feeds an object is younger than it is in a context. An update that
 /// succeeds makes its object as young as what feeds it; one that fails leaves its age.
 bool isStale(const Quorl::VObject& object, const RefPtr<Quorl::ValuePool>& context);

@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <memory>
@@ -35,11 +36,17 @@ struct GraphOrder
     bool isRun = false;
 };
 
+/// In dots an inch: enough for print; for SVG the points that Graphviz counts in.
+std::string resolutionOf(const std::string& format)
+{
+    return format == "png" ? "-Gdpi=192" : "-Gdpi=72";
+}
+
 /// Runs Graphviz to its end. \return whether it worked.
 bool runDot(const std::string& format, const std::string& from, const std::string& to)
 {
-    std::array<std::string, 5> words{"dot", "-T" + format, from, "-o", to};
-    std::array<char*, 6> arguments{};
+    std::array<std::string, 6> words{"dot", "-T" + format, resolutionOf(format), from, "-o", to};
+    std::array<char*, 7> arguments{};
     for (std::size_t at = 0; at < words.size(); ++at) arguments[at] = words[at].data();
     pid_t child = 0;
     if (::posix_spawnp(&child, "dot", nullptr, nullptr, arguments.data(), environ) != 0)
@@ -101,6 +108,9 @@ void draw(const GraphOrder& order, const Settings& settings)
         Output::printJson(drawing.json());
     else
         Output::printLine(order.picture);
+    for (const Outcome& outcome : outcomes)
+        for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
+    if (std::ranges::any_of(outcomes, &Outcome::hasFailed)) throw CLI::RuntimeError(Failed);
 }
 
 } // namespace

@@ -9,13 +9,11 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/values/ValuePool.h>
 #include <zelm/network/NetworkBuilder.h>
-#include <zelm/network/NetworkLoader.h>
 #include <zelm/network/NetworkReader.h>
 #include <zelm/network/NetworkSaver.h>
 #include <zelm/network/NetworkUpdate.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace Zelm
 {
@@ -42,7 +40,7 @@ RefPtr<LoadedNetwork> load(const std::string& file)
 
 } // namespace
 
-HostNetwork::HostNetwork(const std::string& file, const Settings& settings)
+HostNetwork::HostNetwork(const std::string& file, const Settings& settings, NetworkReading reading)
     : file_(file), notifier_(new HostNotifier)
 {
     Modules modules(settings);
@@ -50,7 +48,8 @@ HostNetwork::HostNetwork(const std::string& file, const Settings& settings)
     modules.open();
     modules.complain();
     notifier_->activate();
-    loader_ = RefPtr<Quorl::VLoader>(new NetworkLoader);
+    loader_ = RefPtr<NetworkLoader>(new NetworkLoader);
+    if (reading == NetworkReading::Again) loader_->keepDocument();
     NetworkSaver::enter();
     open();
 }
@@ -58,20 +57,20 @@ HostNetwork::HostNetwork(const std::string& file, const Settings& settings)
 void HostNetwork::open()
 {
     network_ = load(file_);
-    document_ = readNetworkFile(file_);
+    document_ = loader_->document();
     isAsDocument_ = true;
     if (network_->contexts.empty()) addContext(*network_, "default");
 }
 
 bool HostNetwork::reread()
 {
-    NetworkDocument now = readNetworkFile(file_);
+    const auto now = std::make_shared<const NetworkDocument>(readNetworkFile(file_));
     if (isAsDocument_)
     {
         isAsDocument_ = false;
-        const bool isUpdated = updateNetwork(*network_, document_, now);
+        const bool isUpdated = updateNetwork(*network_, *document_, *now);
         isAsDocument_ = true;
-        document_ = std::move(now);
+        document_ = now;
         if (isUpdated) return false;
     }
     isAsDocument_ = false; // until it is made

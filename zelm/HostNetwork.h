@@ -2,15 +2,23 @@
 
 #include "Settings.h"
 
-#include <quorl/modules/VLoader.h>
 #include <quorl/services/VActionNotifier.h>
 #include <zelm/network/LoadedNetwork.h>
+#include <zelm/network/NetworkLoader.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace Zelm
 {
+
+/// Whether a file will be read again, to follow its changes.
+enum class NetworkReading
+{
+    Once,
+    Again,
+};
 
 /// A network file, opened by this program: its modules, its objects, and whoever listens to them.
 /// Has contexts, one called "default" if the file tells none. One at a time in a process.
@@ -18,7 +26,8 @@ class HostNetwork
 {
 public:
     /// \throws UsageError if this is no network file, NetworkError for what is wrong with it.
-    HostNetwork(const std::string& file, const Settings& settings);
+    HostNetwork(const std::string& file, const Settings& settings,
+                NetworkReading reading = NetworkReading::Once);
     HostNetwork(const HostNetwork&) = delete;
     HostNetwork& operator=(const HostNetwork&) = delete;
     ~HostNetwork();
@@ -28,6 +37,7 @@ public:
 
     /// Reads the file again. What has changed in values is set in place; where more has changed,
     /// the network is made anew.
+    /// \pre it was opened to be read again.
     /// \return whether it was made anew.
     /// \throws NetworkError for what is wrong now; the network then stays, and is made anew the
     /// next time.
@@ -43,10 +53,10 @@ private:
     void open();
 
     const std::string file_;
-    NetworkDocument document_; // as it was read last
-    bool isAsDocument_ = true; // no update has failed half-way
+    std::shared_ptr<const NetworkDocument> document_; // as it was read last, if it is followed
+    bool isAsDocument_ = true;                        // no update has failed half-way
     RefPtr<Quorl::VActionNotifier> notifier_;
-    RefPtr<Quorl::VLoader> loader_;
+    RefPtr<NetworkLoader> loader_;
     RefPtr<LoadedNetwork> network_;
 };
 

@@ -3,8 +3,6 @@
 #include "Interruption.h"
 #include "Output.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <string>
 
@@ -13,11 +11,13 @@ namespace Zelm
 
 void HostNotifier::warn(const std::string& text)
 {
+    clearProgress();
     Output::complain("warning: " + text);
 }
 
 void HostNotifier::warn(const WarnInfo& info)
 {
+    clearProgress();
     Output::complain("warning: " + info.origin + ": " + info.text +
                      (info.details.empty() ? "" : ": " + info.details));
 }
@@ -27,15 +27,21 @@ bool HostNotifier::progress(unsigned long /*id*/, const std::string& text, int c
     constexpr auto kInterval = std::chrono::milliseconds(50);
     const auto now = std::chrono::steady_clock::now();
     const bool isDone = current >= total;
-    if (::isatty(STDERR_FILENO) && (isDone || now - last_ >= kInterval))
+    if (isDone)
+        clearProgress();
+    else if (now - last_ >= kInterval && Output::isTerminal(stderr))
     {
         last_ = now;
-        const std::string line =
-            isDone ? std::string()
-                   : text + " " + std::to_string(current) + "/" + std::to_string(total);
-        std::fprintf(stderr, "\r\033[K%s", line.c_str());
+        isProgressShown_ = true;
+        std::fprintf(stderr, "\r\033[K%s %d/%d", text.c_str(), current, total);
     }
     return !Interruption::isWanted();
+}
+
+void HostNotifier::clearProgress()
+{
+    if (isProgressShown_) std::fputs("\r\033[K", stderr);
+    isProgressShown_ = false;
 }
 
 } // namespace Zelm

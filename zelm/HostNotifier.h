@@ -19,6 +19,9 @@ public:
     bool progress(unsigned long id, const std::string& text, int current, int total) override;
 
 private:
+    void clearProgress();
+
+    bool isProgressShown_ = false;
     std::chrono::steady_clock::time_point last_; // when it told how far work has come
 };
 

@@ -3,9 +3,10 @@
 #include "Failure.h"
 #include "Modules.h"
 #include "Output.h"
+#include "Preferences.h"
 #include "Providers.h"
+#include "Table.h"
 
-#include <quorl/foundation/Typename.h>
 #include <quorl/kit/Network.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -14,11 +15,14 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/VValueBase.h>
+#include <zelm/network/TypeName.h>
+#include <zelm/network/ValueJson.h>
 
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,21 +91,32 @@ void printOverview(const Json& overview)
     {
         Output::printLine("\n" +
                           (category.empty() ? std::string("Creators of no category") : category));
+        Table table({Table::Left, Table::Left});
         for (const Json& creator : creators)
-            Output::printLine(
-                "  " + Output::padded(creator["creator"], 24) +
-                (creator["state"] == "cached" ? "(in the cache)" : creator.value("summary", "")));
+            table.add({creator["creator"], creator["state"] == "cached"
+                                               ? "(in the cache)"
+                                               : creator.value("summary", "")});
+        Output::print(table.text());
     }
+}
+
+/// A value as a network file tells it; the text alone of what is no number, truth or text.
+Json shortJsonOf(const Quorl::VValueBase& value)
+{
+    const std::optional<Json> json = jsonOf(value);
+    return json && json->is_primitive() ? *json : Json(value.Text());
 }
 
 /// A slot as it is when its object has just been made.
 Json slotAsJson(const VSlot& slot)
 {
-    Json entry{{"slot", slot.Name}, {"type", Tolmen::Typename(slot.getType())}};
+    Json entry{{"slot", slot.Name}, {"type", typeNameOf(slot.getType())}};
     if (!slot.Parameter) return entry;
     const auto value = slot.Parameter->DefaultValue();
-    entry["initial"] = value ? value->Text() : std::string();
+    entry["initial"] = value ? shortJsonOf(*value) : Json();
     entry["per context"] = slot.Parameter->isLocal();
+    const Json preferences = preferencesAsJson(slot.Parameter->preferences);
+    if (!preferences.is_null()) entry["preferences"] = preferences;
     return entry;
 }
 
@@ -109,7 +124,7 @@ struct Outputs final : Quorl::VOutputIterator
 {
     bool apply(const std::type_info& /*type*/, const RefPtr<VSlot>& slot) override
     {
-        list.push_back({{"slot", slot->Name}, {"type", Tolmen::Typename(slot->getType())}});
+        list.push_back({{"slot", slot->Name}, {"type", typeNameOf(slot->getType())}});
         return true;
     }
 
@@ -149,23 +164,42 @@ Json factsOf(VCreatorBase& creator)
     addText("description", VCreatorBase::Description);
     addText("author", VCreatorBase::AuthorName);
     addText("applications", VCreatorBase::Applications);
+    const Json preferences = preferencesAsJson(creator.preferences);
+    if (!preferences.is_null()) facts["preferences"] = preferences;
     addSlots(creator, facts);
     return facts;
+}
+
+/// Nothing for what is not there.
+std::string bareText(const Json& json)
+{
+    if (json.is_null()) return "";
+    return json.is_string() ? json.get<std::string>() : json.dump();
+}
+
+/// What is not usual with a slot, in brackets.
+std::string remarksOn(const Json& slot)
+{
+    std::string remarks;
+    const auto add = [&](const std::string& remark) {
+        remarks += (remarks.empty() ? "" : ", ") + remark;
+    };
+    if (slot.value("per context", false)) add("in each context");
+    if (slot.value("expert level", 0) != 0) add("expert level " + slot["expert level"].dump());
+    Json others = slot.value("preferences", Json::object());
+    others.erase("local"); // makes it so in each context
+    if (!others.empty()) add("prefers " + wordsOf(others));
+    return remarks.empty() ? "" : "(" + remarks + ")";
 }
 
 void printSlots(const char* title, const Json& slots)
 {
     if (slots.empty()) return;
-    Output::printLine(std::string("\n") + title);
+    Table table({Table::Left, Table::Left, Table::Left, Table::Left});
     for (const Json& slot : slots)
-    {
-        std::string line = "  " + Output::padded(slot["slot"], 16) +
-                           Output::padded(slot["type"], 20) + slot.value("initial", "");
-        if (slot.value("per context", false)) line += "  (in each context)";
-        if (slot.value("expert level", 0) != 0)
-            line += "  (expert level " + slot["expert level"].dump() + ")";
-        Output::printLine(line);
-    }
+        table.add(
+            {slot["slot"], slot["type"], bareText(slot.value("initial", Json())), remarksOn(slot)});
+    Output::print(std::string("\n") + title + "\n" + table.text());
 }
 
 void printCreator(const Json& facts)
@@ -173,7 +207,7 @@ void printCreator(const Json& facts)
     for (const auto& [key, value] : facts.items())
         if (!value.is_array())
             Output::printLine(Output::padded(key, 14) +
-                              (value.is_string() ? value.get<std::string>() : value.dump()));
+                              (value.is_object() ? wordsOf(value) : bareText(value)));
     printSlots("Inputs", facts.value("inputs", Json::array()));
     printSlots("Outputs", facts.value("outputs", Json::array()));
 }
@@ -181,10 +215,14 @@ void printCreator(const Json& facts)
 void printProviders(const Json& facts)
 {
     Output::printLine(facts["type"].get<std::string>() + " is provided by");
+    Table table({Table::Left, Table::Left, Table::Left, Table::Left});
     for (const Json& provider : facts["providers"])
-        Output::printLine(
-            "  " + Output::padded(provider["creator"], 24) + "score " + provider["score"].dump() +
-            (provider["wins"] ? "  wins: " + facts["reason"].get<std::string>() : std::string()));
+        table.add({provider["creator"], "score " + provider["score"].dump(),
+                   provider["wins"] ? "wins: " + facts["reason"].get<std::string>() : "",
+                   provider.contains("preferences")
+                       ? "(offers " + wordsOf(provider["preferences"]) + ")"
+                       : ""});
+    Output::print(table.text());
     if (facts["providers"].empty()) Output::printLine("  nobody");
 }
 
@@ -224,8 +262,9 @@ void addInspectCommand(CLI::App& program, const Settings& settings)
         "inspect", "Tells of the modules and creators, or of one creator, or who provides a type.");
     const auto name = std::make_shared<std::string>();
     command->fallthrough();
-    command->add_option("NAME", *name, "a creator, as Grid/Hillshade, or a type, as double");
-    command->footer("\nExamples:\n  zelm inspect\n  zelm inspect Grid/Hillshade --json");
+    command->add_option("NAME", *name, "a creator, as Grid/Hillshade, or a type, as Maps::Field");
+    command->footer("\nExamples:\n  zelm inspect\n  zelm inspect Grid/Hillshade --json\n"
+                    "  zelm inspect Maps::Field");
     command->callback([name, &settings] { inspect(*name, settings); });
 }
 

@@ -10,7 +10,9 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 /// Starts the project of a module: one object, a network that tests it, and how it is built.
 namespace Zelm
@@ -85,7 +87,7 @@ constexpr const char* kReadMe = R"(# @Class@
 
 A module for Zelm. With Quorl installed in ~/quorl:
 
-    cmake -B build -DCMAKE_PREFIX_PATH=~/quorl
+    cmake -G Ninja -B build -DCMAKE_PREFIX_PATH=~/quorl
     cmake --build build
     ctest --test-dir build
     ~/quorl/bin/zelm inspect @Class@/Sum --modules build
@@ -100,6 +102,20 @@ std::string replaced(std::string text, const std::string& mark, const std::strin
     return text;
 }
 
+/// Words, each between blanks, that a project cannot have for itself: the keywords of C++, targets
+/// of CMake, and namespaces that a module sees (its class begins with a capital letter).
+constexpr std::string_view kTaken =
+    " alignas alignof and and_eq asm auto bitand bitor bool break case catch char char8_t"
+    " char16_t char32_t class compl concept const const_cast consteval constexpr constinit"
+    " continue co_await co_return co_yield decltype default delete do double dynamic_cast else"
+    " enum explicit export extern false float for friend goto if inline int long mutable"
+    " namespace new noexcept not not_eq nullptr operator or or_eq private protected public"
+    " register reinterpret_cast requires return short signed sizeof static static_assert"
+    " static_cast struct switch template this thread_local throw true try typedef typeid"
+    " typename union unsigned using virtual void volatile wchar_t while xor xor_eq"
+    " all clean edit_cache help install package rebuild_cache test"
+    " quorl tolmen ";
+
 std::string classNameOf(std::string stem)
 {
     stem.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(stem.front())));
@@ -109,7 +125,7 @@ std::string classNameOf(std::string stem)
 void checkName(const std::string& name)
 {
     const auto isWordly = [](unsigned char sign) {
-        return sign < 0x80 && (std::isalnum(sign) != 0 || sign == '_');
+        return sign < 0x80 && (std::islower(sign) != 0 || std::isdigit(sign) != 0 || sign == '_');
     };
     const bool isWord = !name.empty() && std::ranges::all_of(name, isWordly) &&
                         std::islower(static_cast<unsigned char>(name.front())) != 0;
@@ -117,9 +133,13 @@ void checkName(const std::string& name)
         throw UsageError("new-plugin " + name +
                          ": a name of small letters, digits and underscores is expected, which "
                          "begins with a letter");
+    if (kTaken.find(" " + name + " ") != std::string_view::npos)
+        throw UsageError("new-plugin " + name +
+                         ": this is a word of C++, CMake or Quorl; another name is expected");
 }
 
-void makeProject(const std::string& name, const fs::path& folder)
+/// \return the files that were written.
+std::vector<std::string> makeProject(const std::string& name, const fs::path& folder)
 {
     checkName(name);
     if (fs::exists(folder) && !(fs::is_directory(folder) && fs::is_empty(folder)))
@@ -132,17 +152,25 @@ void makeProject(const std::string& name, const fs::path& folder)
                                                          {className + ".cpp", kSource},
                                                          {name + ".json", kNetwork},
                                                          {"README.md", kReadMe}};
+    std::vector<std::string> written;
     for (const auto& [file, text] : files)
     {
-        writeWholeFile((folder / file).string(),
+        written.push_back((folder / file).string());
+        writeWholeFile(written.back(),
                        replaced(replaced(text, "@stem@", name), "@Class@", className));
-        Output::printLine((folder / file).string());
     }
+    return written;
+}
+
+void tell(const Settings& settings, const std::string& name, const std::vector<std::string>& files)
+{
+    if (settings.asJson) return Output::printJson({{"module", name}, {"files", files}});
+    for (const std::string& file : files) Output::printLine(file);
 }
 
 } // namespace
 
-void addNewPluginCommand(CLI::App& program, const Settings& /*settings*/)
+void addNewPluginCommand(CLI::App& program, const Settings& settings)
 {
     CLI::App* const command = program.add_subcommand(
         "new-plugin", "Starts the project of a module, which builds and tests itself.");
@@ -151,8 +179,9 @@ void addNewPluginCommand(CLI::App& program, const Settings& /*settings*/)
     command->add_option("NAME", words->first, "of the module")->required();
     command->add_option("DIR", words->second, "the folder of the project; otherwise the name");
     command->footer("\nExample:\n  zelm new-plugin summit ~/modules/summit");
-    command->callback([words] {
-        makeProject(words->first, words->second.empty() ? words->first : words->second);
+    command->callback([words, &settings] {
+        const auto& [name, folder] = *words;
+        tell(settings, name, makeProject(name, folder.empty() ? name : folder));
     });
 }
 

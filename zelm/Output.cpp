@@ -24,9 +24,7 @@ constexpr const char* kPlain = "\033[0m";
 bool isInColour(std::FILE* stream)
 {
     const char* const refusal = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return ::isatty(::fileno(stream)) && !(refusal && *refusal) && terminal &&
-           std::strcmp(terminal, "dumb") != 0;
+    return isTerminal(stream) && !(refusal && *refusal);
 }
 
 std::string coloured(const char* colour, const std::string& text, std::FILE* stream)
@@ -35,6 +33,12 @@ std::string coloured(const char* colour, const std::string& text, std::FILE* str
 }
 
 } // namespace
+
+bool isTerminal(std::FILE* stream)
+{
+    const char* const kind = std::getenv("TERM");
+    return ::isatty(::fileno(stream)) && kind && std::strcmp(kind, "dumb") != 0;
+}
 
 void moveDiagnosticsAside()
 {

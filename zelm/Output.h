@@ -2,6 +2,7 @@
 
 #include <zelm/network/Json.h>
 
+#include <cstdio>
 #include <string>
 
 /// What the program prints. The kernel's diagnostics go to standard output by interface, and so
@@ -12,6 +13,9 @@ namespace Zelm::Output
 
 /// From now on descriptor 1 is standard error. To be called first of all.
 void moveDiagnosticsAside();
+
+/// Whether a stream is shown by a terminal that knows more than lines of text.
+bool isTerminal(std::FILE* stream);
 
 /// Prints on what was standard output.
 void print(const std::string& text);

@@ -1,11 +1,14 @@
 #include "Providers.h"
 
+#include "Preferences.h"
+
 #include <quorl/foundation/TypeInfo.h>
 #include <quorl/foundation/Typename.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreatorBase.h>
 #include <quorl/registry/VInputCreator.h>
 #include <quorl/slots/VSlot.h>
+#include <zelm/network/TypeName.h>
 
 #include <functional>
 #include <map>
@@ -21,7 +24,7 @@ using Quorl::VObject;
 using Quorl::VSlot;
 using Quorl::WeakPtr;
 
-using Types = std::map<std::string, Tolmen::TypeInfo>;
+using Types = std::map<std::string, Tolmen::TypeInfo>; // by the names of the kernel
 
 struct OutputTypes final : Quorl::VOutputIterator
 {
@@ -68,8 +71,10 @@ struct Scores final : Quorl::VInputCreatorIterator
     /// Nothing is preferred here, so that each scores 1.
     bool apply(const WeakPtr<Quorl::VInputCreatorBase>& creator) override
     {
-        list.push_back(
-            {{"creator", creator->getName()}, {"score", 1.0}, {"wins", creator == winner}});
+        Json entry{{"creator", creator->getName()}, {"score", 1.0}, {"wins", creator == winner}};
+        const Json preferences = preferencesAsJson(creator->preferences);
+        if (!preferences.is_null()) entry["preferences"] = preferences;
+        list.push_back(entry);
         return true;
     }
 
@@ -82,12 +87,12 @@ struct Scores final : Quorl::VInputCreatorIterator
 std::optional<Json> providersOf(const std::string& type)
 {
     const Types types = knownTypes();
-    const auto known = types.find(type);
+    const auto known = types.find(kernelTypeName(type));
     if (known == types.end()) return std::nullopt;
     const std::type_info& info = known->second.get();
     Scores scores(Quorl::findBestVInputCreator(info, {}));
     Quorl::iterateVInputCreators(info, scores);
-    return Json{{"type", type},
+    return Json{{"type", typeNameOf(info)},
                 {"providers", scores.list},
                 {"reason", scores.list.size() > 1 ? "of equal scores the first registered"
                                                   : "there is no other"}};

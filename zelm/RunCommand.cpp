@@ -11,16 +11,19 @@
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -30,7 +33,6 @@ namespace
 {
 
 using Quorl::ValuePool;
-using Quorl::VObject;
 
 struct Order
 {
@@ -47,8 +49,14 @@ class Session
 public:
     Session(const Order& order, const HostNetwork& network)
         : order_(order), host_(network), network_(network.handle()), evaluation_(network_),
-          contexts_(order.choice.contextsOf(*network_))
+          contexts_(order.choice.contextsOf(*network_)), saves_(network_->frame.saves)
     {
+        for (const std::string& words : order.saves)
+        {
+            const auto [object, file] = halvesOf("--save", words, "OBJECT=FILE");
+            objectOf(*network_, "--save", object);
+            saves_.push_back({object, file, Json::object(), {}});
+        }
     }
 
     void setInputs() const { order_.choice.setInputs(*network_, contexts_); }
@@ -77,36 +85,35 @@ public:
         }
     }
 
+    /// Saves one after the other, up to the first that cannot be saved.
     void save()
     {
-        std::vector<SaveEntry> wanted = network_->frame.saves;
-        for (const std::string& words : order_.saves)
+        try
         {
-            const auto [object, file] = halvesOf("--save", words, "OBJECT=FILE");
-            wanted.push_back({object, file, Json::object(), {}});
+            for (const SaveEntry& entry : saves_)
+            {
+                saveObject(*network_->object(entry.object), entry.file);
+                saved_.push_back(entry.file);
+            }
         }
-        for (const SaveEntry& entry : wanted)
+        catch (const NetworkError& error)
         {
-            saveObject(*objectOf(*network_, "--save", entry.object), entry.file);
-            saved_.push_back(entry.file);
+            saveFailure_ = error.what();
         }
     }
 
-    bool hasFailed() const { return std::ranges::any_of(outcomes_, &Outcome::hasFailed); }
+    bool hasFailed() const
+    {
+        return !saveFailure_.empty() || std::ranges::any_of(outcomes_, &Outcome::hasFailed);
+    }
     const std::vector<Outcome>& outcomes() const { return outcomes_; }
     const std::vector<std::string>& saved() const { return saved_; }
 
     void complain() const
     {
         for (const Outcome& outcome : outcomes_)
-        {
-            if (!outcome.failure.empty())
-                Output::complain(outcome.context + ": " + outcome.failure);
-            if (outcome.isCancelled) Output::complain(outcome.context + ": interrupted");
-            for (const Run& run : outcome.runs)
-                if (run.hasFailed && outcome.failure.empty() && !outcome.isCancelled)
-                    Output::complain(outcome.context + ": " + run.object + " has failed");
-        }
+            for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
+        if (!saveFailure_.empty()) Output::complain(saveFailure_);
     }
 
 private:
@@ -115,8 +122,10 @@ private:
     const RefPtr<LoadedNetwork> network_;
     const Evaluation evaluation_;
     const std::vector<RefPtr<ValuePool>> contexts_;
+    std::vector<SaveEntry> saves_; // of the file, then of the order
     std::vector<Outcome> outcomes_;
     std::vector<std::string> saved_;
+    std::string saveFailure_; // empty if there is none
 };
 
 double milliseconds(double seconds)
@@ -192,19 +201,24 @@ bool evaluate(const Order& order, const Settings& settings, const HostNetwork& n
     return !session.hasFailed();
 }
 
-/// By what a change of a file is seen.
-std::pair<std::filesystem::file_time_type, std::uintmax_t> stampOf(const std::string& file)
+/// By what a change of a file is seen: its time, its size, and which file it is, as one that takes
+/// its place can be of the same moment. Zeros if there is none.
+using FileStamp = std::tuple<std::int64_t, std::int64_t, std::int64_t, ino_t>;
+
+FileStamp stampOf(const std::string& file)
 {
-    std::error_code gone;
-    const auto changed = std::filesystem::last_write_time(file, gone);
-    return {changed, std::filesystem::file_size(file, gone)};
+    struct stat facts = {};
+    if (::stat(file.c_str(), &facts) != 0) return {};
+    return {facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec, facts.st_size, facts.st_ino};
 }
 
-/// Follows the file until Ctrl-C. What is wrong with it meanwhile is told, and waits to be mended.
-void watch(const Order& order, const Settings& settings, HostNetwork& network)
+/// Follows the file until Ctrl-C. What is wrong with it meanwhile is told, and waits to be mended;
+/// so does an order that does not fit the file any more.
+/// \param stamp of the file as it was before it was read for the first time.
+void watch(const Order& order, const Settings& settings, HostNetwork& network, FileStamp stamp)
 {
     constexpr std::chrono::milliseconds kInterval(50);
-    auto stamp = stampOf(order.file);
+    bool isNew = false; // what the order sets has to be set
     for (; !Interruption::isWanted(); std::this_thread::sleep_for(kInterval))
     {
         const auto now = stampOf(order.file);
@@ -212,10 +226,11 @@ void watch(const Order& order, const Settings& settings, HostNetwork& network)
         stamp = now;
         try
         {
-            const bool isNew = network.reread();
+            isNew |= network.reread();
             evaluate(order, settings, network, isNew);
+            isNew = false;
         }
-        catch (const NetworkError& error)
+        catch (const std::runtime_error& error)
         {
             Output::complain(error.what());
         }
@@ -225,11 +240,13 @@ void watch(const Order& order, const Settings& settings, HostNetwork& network)
 
 void run(const Order& order, const Settings& settings)
 {
-    HostNetwork network(order.file, settings);
+    const FileStamp stamp = stampOf(order.file);
+    HostNetwork network(order.file, settings,
+                        order.isWatching ? NetworkReading::Again : NetworkReading::Once);
     const bool hasSucceeded = evaluate(order, settings, network, true);
     Output::finish();
     if (order.isWatching)
-        watch(order, settings, network);
+        watch(order, settings, network, stamp);
     else if (!hasSucceeded)
         throw CLI::RuntimeError(Failed);
 }

@@ -12,6 +12,8 @@
 #include <zelm/why/Predictor.h>
 #include <zelm/why/Recorder.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -77,11 +79,7 @@ private:
     void note(const Outcome& outcome)
     {
         heed(outcome.context);
-        if (!outcome.failure.empty()) failures_.push_back(outcome.context + ": " + outcome.failure);
-        if (!outcome.failure.empty()) return;
-        for (const Run& run : outcome.runs)
-            if (run.hasFailed)
-                failures_.push_back(outcome.context + ": " + run.object + " has failed");
+        std::ranges::copy(failuresOf(outcome), std::back_inserter(failures_));
     }
 
     void note(const Account& account, const std::string& context)

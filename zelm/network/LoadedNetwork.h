@@ -28,6 +28,7 @@ public:
         std::string name;
         RefPtr<Quorl::ValuePool> pool;
         RefPtr<Quorl::VValueBase> value;
+        Json kept; ///< keys that nobody here knows
     };
 
     ~LoadedNetwork() override;

@@ -1,9 +1,9 @@
 #include "NetworkBuilder.h"
 
 #include "ObjectRecord.h"
+#include "TypeName.h"
 #include "ValueJson.h"
 
-#include <quorl/foundation/Typename.h>
 #include <quorl/kit/Network.h>
 #include <quorl/modules/VLoaderInfo.h>
 #include <quorl/objects/VObject.h>
@@ -226,6 +226,9 @@ private:
         RefPtr<ObjectRecord> record(new ObjectRecord);
         record->kept = entry.kept;
         for (const InputValue& value : entry.values) record->told.insert(value.input);
+        for (const Connection& connection : entry.inputs)
+            if (!connection.kept.empty())
+                record->keptOfInputs.emplace(connection.input, connection.kept);
         object.iterate_inputs(std::function<bool(VSlot&, int)>([&](const VSlot& slot, int) {
             const RefPtr<VValueBase> value =
                 slot.Parameter ? slot.Parameter->DefaultValue() : RefPtr<VValueBase>();
@@ -277,8 +280,8 @@ private:
     {
         const std::type_info& offered = source.Parameter->getType(member);
         if (place.getType() != offered)
-            throw NetworkError("this takes " + Tolmen::Typename(place.getType()) + ", not " +
-                               Tolmen::Typename(offered));
+            throw NetworkError("this takes " + typeNameOf(place.getType()) + ", not " +
+                               typeNameOf(offered));
         if (place.Parameter->ConnectibilityMismatch(*source.Parameter) != 0 ||
             !object.allowParameterReplacement(source.Parameter, place.Parameter, place.Name, level))
             throw NetworkError("the object does not take this connection");
@@ -299,7 +302,7 @@ private:
             located(value.place, ownerOf(entry), "named." + value.name, [&] {
                 const auto made = valueFromJson(value.type, value.datum);
                 pool->registerValue(value.name, made);
-                network_->named.push_back({value.name, pool, made});
+                network_->named.push_back({value.name, pool, made, value.kept});
             });
     }
 

@@ -3,9 +3,9 @@
 #include "LoadedNetwork.h"
 #include "NetworkBuilder.h"
 #include "ObjectRecord.h"
+#include "TypeName.h"
 #include "ValueJson.h"
 
-#include <quorl/foundation/Typename.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/registry/VCreationPreferences.h>
 #include <quorl/registry/VCreatorBase.h>
@@ -208,11 +208,15 @@ private:
         if (!source || !end)
             throw NetworkError("", {}, "object " + inQuotes(object_->getName()),
                                "inputs." + slot.Name, "no file can tell where this comes from");
-        Connection connection{slot.Name, source->getName(), end->Name, Connection::End::Any, "",
-                              {}};
+        Connection connection;
+        connection.input = slot.Name;
+        connection.object = source->getName();
+        connection.slot = end->Name;
         if (slot.Member != end->Member) connection.member = slot.Member;
+        if (record_ && record_->keptOfInputs.contains(slot.Name))
+            connection.kept = record_->keptOfInputs.at(slot.Name);
         const bool isClear = isOutput || !source->getOutput(end->Name);
-        const bool needsEnd = !isClear || !connection.member.empty();
+        const bool needsEnd = !isClear || !connection.member.empty() || !connection.kept.empty();
         if (needsEnd) connection.end = isOutput ? Connection::End::Output : Connection::End::Input;
         return connection;
     }
@@ -259,7 +263,7 @@ ContextEntry describeContext(const RefPtr<ValuePool>& pool,
             if (named.pool == pool)
                 if (const auto datum = jsonOf(*named.value))
                     entry.named.push_back(
-                        {named.name, Tolmen::Typename(named.value->getType()), *datum, {}});
+                        {named.name, typeNameOf(named.value->getType()), *datum, named.kept, {}});
         for (const ContextEntry& frame : network->frame.contexts)
             if (frame.name == pool->name && entry.kept.empty()) entry.kept = frame.kept;
     }

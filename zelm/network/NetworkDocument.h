@@ -36,6 +36,7 @@ struct Connection
     std::string slot;   ///< of that object
     End end = End::Any;
     std::string member; ///< of the value; empty means the whole
+    Json kept = Json::object();
     Place place;
 };
 
@@ -65,6 +66,7 @@ struct NamedValue
     std::string name;
     std::string type; ///< the readable name, as "double"
     Json datum;
+    Json kept = Json::object();
     Place place;
 };
 

@@ -8,6 +8,7 @@
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBase.h>
 
+#include <memory>
 #include <utility>
 
 namespace Zelm
@@ -22,8 +23,8 @@ using Quorl::VObject;
 class NetworkCreator final : public VCreatorBase
 {
 public:
-    explicit NetworkCreator(NetworkDocument document)
-        : VCreatorBase("Networks/" + document.file, 0, {}, false, nullptr),
+    explicit NetworkCreator(std::shared_ptr<const NetworkDocument> document)
+        : VCreatorBase("Networks/" + document->file, 0, {}, false, nullptr),
           document_(std::move(document))
     {
     }
@@ -32,13 +33,13 @@ public:
     RefPtr<VObject> create(const std::string& /*wantedName*/,
                            const Tolmen::Intercube& info) override
     {
-        return buildNetwork(document_, info)->object(mainObjectOf(document_));
+        return buildNetwork(*document_, info)->object(mainObjectOf(*document_));
     }
 
     Quorl::VAcceptInfoList accept(const RefPtr<VObject>& /*parent*/) override { return {}; }
 
 private:
-    const NetworkDocument document_;
+    const std::shared_ptr<const NetworkDocument> document_;
 };
 
 } // namespace
@@ -56,9 +57,10 @@ RefPtr<Quorl::VManagedObject> NetworkLoader::load(LoadSuccess& success, const st
 {
     try
     {
-        NetworkDocument document = readNetworkFile(file);
-        if (document.objects.empty()) throw NetworkError(file + ": there are no objects in it");
-        return RefPtr<VCreatorBase>(new NetworkCreator(std::move(document)));
+        const auto document = std::make_shared<const NetworkDocument>(readNetworkFile(file));
+        if (document->objects.empty()) throw NetworkError(file + ": there are no objects in it");
+        if (keepsDocument_) document_ = document;
+        return RefPtr<VCreatorBase>(new NetworkCreator(document));
     }
     catch (const NetworkError& error)
     {

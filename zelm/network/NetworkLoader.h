@@ -1,7 +1,10 @@
 #pragma once
 
+#include "NetworkDocument.h"
+
 #include <quorl/modules/VLoader.h>
 
+#include <memory>
 #include <string>
 
 namespace Zelm
@@ -24,6 +27,16 @@ public:
     /// thrown by the creator that this gives, as a `NetworkError`.
     RefPtr<Quorl::VManagedObject> load(LoadSuccess& success, const std::string& file,
                                        const std::string& name) override;
+
+    /// From now on the document that was read last is kept, for who compares it with a later one.
+    void keepDocument() { keepsDocument_ = true; }
+
+    /// \return null if none is kept.
+    const std::shared_ptr<const NetworkDocument>& document() const { return document_; }
+
+private:
+    bool keepsDocument_ = false;
+    std::shared_ptr<const NetworkDocument> document_;
 };
 
 } // namespace Zelm

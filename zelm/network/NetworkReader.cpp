@@ -186,8 +186,7 @@ void readLongConnection(const Part& part, Connection& connection)
         part.refuse(R"(either the key "output" or the key "input" is expected here)");
     connection.end = output ? Connection::End::Output : Connection::End::Input;
     connection.slot = output ? output->name() : input->name();
-    if (!members.rest().empty())
-        part.refuse("the key " + inQuotes(members.rest().begin().key()) + " does not belong here");
+    connection.kept = members.rest();
 }
 
 std::vector<Connection> readConnections(const Part& part)
@@ -232,7 +231,8 @@ std::vector<NamedValue> readNamedValues(const Part& part)
         const Part value = part.at(member);
         Members members(value);
         const std::string type = members.need("type").name();
-        named.push_back({member.key, type, readDatum(members.need("value")), value.place()});
+        const Json datum = readDatum(members.need("value"));
+        named.push_back({member.key, type, datum, members.rest(), value.place()});
     }
     return named;
 }

@@ -76,11 +76,20 @@ bool hasPoint(const std::string& name)
 Json ofConnection(const Connection& connection)
 {
     const bool isShort = connection.end == Connection::End::Any && connection.member.empty() &&
-                         !hasPoint(connection.object) && !hasPoint(connection.slot);
+                         connection.kept.empty() && !hasPoint(connection.object) &&
+                         !hasPoint(connection.slot);
     if (isShort) return connection.object + "." + connection.slot;
     Json json = {{"object", connection.object}};
     json[connection.end == Connection::End::Input ? "input" : "output"] = connection.slot;
     if (!connection.member.empty()) json["member"] = connection.member;
+    append(json, connection.kept);
+    return json;
+}
+
+Json ofNamed(const NamedValue& value)
+{
+    Json json = {{"type", value.type}, {"value", value.datum}};
+    append(json, value.kept);
     return json;
 }
 
@@ -134,8 +143,7 @@ void writeLines(std::string& text, std::string_view indent, char open, char clos
 void writeContext(std::string& text, const ContextEntry& context)
 {
     Json head = {{"name", context.name}};
-    for (const NamedValue& value : context.named)
-        head["named"][value.name] = {{"type", value.type}, {"value", value.datum}};
+    for (const NamedValue& value : context.named) head["named"][value.name] = ofNamed(value);
     append(head, context.kept);
     writeInline(text, head);
     if (context.values.empty()) return;

@@ -18,6 +18,7 @@ class ObjectRecord final : public Tolmen::Interface<ObjectRecord>
 {
 public:
     Json kept;                                            ///< keys that nobody here knows
+    std::map<std::string, Json> keptOfInputs;             ///< the same, of connections
     std::map<std::string, Json> initial;                  ///< what the inputs were when it was made
     std::set<std::string> told;                           ///< inputs with a value in the file
     std::set<std::pair<std::string, std::string>> toldIn; ///< context and input

@@ -1,8 +1,8 @@
 #include "ValueJson.h"
 
 #include "NetworkError.h"
+#include "TypeName.h"
 
-#include <quorl/foundation/Typename.h>
 #include <quorl/values/VTypedValueBase.h>
 #include <quorl/values/VValueCreator.h>
 
@@ -160,7 +160,7 @@ bool isTold(const VValueBase& value, const std::string& text)
 void setFromTextForm(VValueBase& value, const std::string& text)
 {
     const auto refused = [&](const std::string& why) {
-        throw NetworkError(inQuotes(text) + " is no " + Tolmen::Typename(value.getType()) + why);
+        throw NetworkError(inQuotes(text) + " is no " + typeNameOf(value.getType()) + why);
     };
     try
     {
@@ -188,7 +188,7 @@ std::optional<Json> jsonOf(const VValueBase& constant)
     if (!isText && !isTold(value, text)) return std::nullopt;
     needUtf8(text);
     if (isText) return json;
-    return Json{{"type", Tolmen::Typename(value.getType())}, {"text", text}};
+    return Json{{"type", typeNameOf(value.getType())}, {"text", text}};
 }
 
 void setFromJson(VValueBase& value, const Json& json)
@@ -207,10 +207,10 @@ void setFromJson(VValueBase& value, const Json& json)
     if (withNumber(value, setNumber) || withTruth(value, setTruth) || withText(value, setText))
         return;
 
-    const std::string type = Tolmen::Typename(value.getType());
+    const std::string type = typeNameOf(value.getType());
     if (json.is_string()) return setFromTextForm(value, json.get<std::string>());
     if (!json.is_object()) refuse("the text of a " + type, json);
-    if (json.at("type") != type)
+    if (kernelTypeName(json.at("type").get<std::string>()) != kernelTypeName(type))
         throw NetworkError("a " + type + " is expected here, not a " +
                            json.at("type").get<std::string>());
     setFromTextForm(value, json.at("text").get<std::string>());
@@ -229,15 +229,16 @@ void setFromText(VValueBase& value, const std::string& text)
 
 RefPtr<VValueBase> valueFromJson(const std::string& type, const Json& json)
 {
+    const std::string kernelName = kernelTypeName(type);
     bool isTaken = false;
     RefPtr<VValueBase> value;
     try
     {
-        value = Quorl::VValueCreator::create(type, "", isTaken);
+        value = Quorl::VValueCreator::create(kernelName, "", isTaken);
     }
     catch (const std::exception&) // a type may refuse the empty text so
     {
-        value = Quorl::VValueCreator::create(type, "0", isTaken);
+        value = Quorl::VValueCreator::create(kernelName, "0", isTaken);
     }
     if (!value) throw NetworkError("there is no type " + inQuotes(type));
     setFromJson(*value, json);

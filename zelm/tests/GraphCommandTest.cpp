@@ -20,10 +20,11 @@ class GraphCommand : public HostFixture
 protected:
     GraphCommand() { writeBytes(folder / "a.json", kNetwork); }
 
+    /// The picture, which is drawn even though one object fails if the network is run.
     std::string drawn(const std::string& picture, const std::string& options = "")
     {
         zelm("graph a.json -o " + picture + " " + options);
-        EXPECT_EQ(status, 0) << err;
+        EXPECT_EQ(status, options.find("--run") == std::string::npos ? 0 : 1) << err;
         return bytesOf(folder / picture);
     }
 
@@ -43,6 +44,13 @@ TEST_F(GraphCommand, TellsTheStatesOfAllContexts)
     EXPECT_EQ(statesOf("--run"), R"({"good":"fresh","wrong":"fresh"})"
                                  R"({"good":"fresh","wrong":"failed"})"
                                  R"({"good":"fresh","wrong":"stale"})");
+}
+
+TEST_F(GraphCommand, TellsWhatFails)
+{
+    drawn("b.json", "--run");
+    EXPECT_NE(err.find("zelm: wrong: bad has failed\n"), std::string::npos) << err;
+    EXPECT_EQ(err.find("good: "), std::string::npos) << err;
 }
 
 TEST_F(GraphCommand, TellsConnectionsAndSharedInputs)
@@ -74,6 +82,25 @@ TEST_F(GraphCommand, DrawsPicturesAndLeavesNothingElse)
     EXPECT_EQ(drawn("b.png", "--ages").substr(1, 3), "PNG");
     EXPECT_NE(drawn("b.svg", "--ages --run").find("<svg"), std::string::npos);
     EXPECT_EQ(folder.count(), 3U);
+}
+
+TEST_F(GraphCommand, DrawsPixelsFinelyEnoughForPrint)
+{
+    const std::string header = drawn("b.png").substr(16, 4); // the width, highest byte first
+    const std::string svg = drawn("b.svg");
+    const int points = std::stoi(svg.substr(svg.find("<svg width=\"") + 12));
+    const int pixels =
+        static_cast<unsigned char>(header[2]) * 256 + static_cast<unsigned char>(header[3]);
+
+    EXPECT_GT(pixels, 2 * points) << "at 72 points an inch";
+    EXPECT_NE(svg.find("scale(1 1)"), std::string::npos) << "nothing is cut";
+}
+
+TEST_F(GraphCommand, TellsWhatColoursAgesAndDashesMean)
+{
+    EXPECT_NE(drawn("b.dot").find(">bands: good | wrong<"), std::string::npos);
+    EXPECT_NE(drawn("b.dot").find(">dashed: shared inputs<"), std::string::npos);
+    EXPECT_NE(drawn("b.dot", "--ages").find(">bands and ages: good | wrong<"), std::string::npos);
 }
 
 TEST_F(GraphCommand, TellsWhyAPictureCannotBeDrawn)

@@ -67,13 +67,35 @@ TEST_F(InspectCommand, TellsOfOneCreatorAndTheSlotsOfItsObjects)
     EXPECT_EQ(json()["category"], "Test");
     const Json left = entryOf(json()["inputs"], "slot", "left");
     EXPECT_EQ(left["type"], "double");
-    EXPECT_EQ(left["initial"], "1");
+    EXPECT_EQ(left["initial"], 1.0);
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "note")["initial"], "");
     EXPECT_EQ(left["per context"], true);
     EXPECT_EQ(left["expert level"], 0);
     EXPECT_EQ(entryOf(json()["outputs"], "slot", "sum")["type"], "double");
     zelm("inspect Test/Later");
     EXPECT_NE(out.find("Tests;More tests"), std::string::npos) << out;
     EXPECT_NE(out.find("\nInputs\n  finer "), std::string::npos) << out;
+}
+
+TEST_F(InspectCommand, TellsWhatSlotsPrefer)
+{
+    zelm("inspect Test/Sum --json");
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "left")["preferences"].dump(), R"({"local":1.0})");
+    EXPECT_FALSE(entryOf(json()["inputs"], "slot", "scale").contains("preferences")) << out;
+
+    zelm("inspect Test/Sum");
+    EXPECT_NE(out.find("(in each context)"), std::string::npos) << out;
+    EXPECT_EQ(out.find("prefers"), std::string::npos) << out;
+}
+
+TEST_F(InspectCommand, TellsTextsByTheNameThatPeopleKnow)
+{
+    zelm("inspect Test/Failing --json");
+    EXPECT_EQ(entryOf(json()["inputs"], "slot", "way")["type"], "string");
+
+    zelm("inspect string --json");
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(json()["type"], "string");
 }
 
 TEST_F(InspectCommand, TellsWhoProvidesAType)

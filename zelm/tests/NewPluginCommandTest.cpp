@@ -29,6 +29,28 @@ TEST_F(NewPluginCommand, StartsAProject)
         EXPECT_EQ(bytesOf(entry.path()).find("@stem@"), std::string::npos) << entry.path();
 }
 
+TEST_F(NewPluginCommand, TellsItsFilesAsJson)
+{
+    zelm("new-plugin summit --json");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(json()["module"], "summit");
+    EXPECT_EQ(json()["files"].dump(), R"(["summit/CMakeLists.txt","summit/Summit.cpp",)"
+                                      R"("summit/summit.json","summit/README.md"])");
+}
+
+TEST_F(NewPluginCommand, RefusesNamesThatTheProjectCannotHave)
+{
+    for (const char* name : {"class", "alignas", "xor_eq", "test", "quorl", "tolmen"})
+    {
+        zelm(std::string("new-plugin ") + name);
+        expectComplaint(2, std::string("new-plugin ") + name + ": this is a word of C++");
+        EXPECT_EQ(folder.count(), 0U) << name;
+    }
+    zelm("new-plugin classes");
+    EXPECT_EQ(status, 0) << err;
+}
+
 TEST_F(NewPluginCommand, StartsItWhereItIsTold)
 {
     zelm("new-plugin summit deep/down");

@@ -147,6 +147,27 @@ TEST_F(RunCommand, SavesObjectsWholeOrNotAtAll)
     EXPECT_EQ(folder.count(), 3U);
 }
 
+TEST_F(RunCommand, TellsWhatRanWhateverIsSaved)
+{
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])",
+               "--json --save a=one.txt --save a=two.bad --save a=three.txt");
+
+    expectComplaint(1, "two.bad: a cannot be saved here");
+    EXPECT_EQ(ranOf(json()["requests"][0]), "a:updated");
+    EXPECT_EQ(json()["saved"].dump(), R"(["one.txt"])");
+}
+
+TEST_F(RunCommand, ReadsTheFileOnce)
+{
+    writeBytes(folder / "b.json", std::string(R"({"zelm-network": 1, )") + kSums + "}");
+    runCommand("mkfifo " + (folder / "a.json").string() + " && { timeout 10 cat " +
+               (folder / "b.json").string() + " >" + (folder / "a.json").string() + " & } && " +
+               commandOf("run a.json"));
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(out.substr(0, 11), "one: second") << out;
+}
+
 TEST_F(RunCommand, TakesTurnsInWhichWorkArrives)
 {
     runNetwork(R"("objects": [{"name": "a", "creator": "Test/Later"}])", "--json --turns 2");
@@ -236,6 +257,45 @@ TEST_F(RunCommand, FollowsTheFileAndRunsWhatAChangeTouches)
     EXPECT_EQ(ran[1], "hillshade:updated picture:updated");
     EXPECT_EQ(ran[2].substr(0, 14), "reader:updated") << "it is made anew after a mistake";
     EXPECT_NE(err.find("a number is expected here, not \"east\""), std::string::npos) << err;
+}
+
+/// What is edited while the first evaluation is under way is not missed, and an order that does not
+/// fit the file any more waits for one that it fits.
+TEST_F(RunCommand, FollowsTheFileFromTheBeginningWhateverBecomesOfIt)
+{
+    const auto write = [&](const char* file, const std::string& context, const char* left) {
+        writeBytes(folder / file,
+                   R"({"zelm-network": 1, "objects": [
+            {"name": "slow", "creator": "Test/Slow"}, {"name": "sum", "creator": "Test/Sum",
+             "values": {"left": )" +
+                       std::string(left) +
+                       R"(}}], "request": ["slow", "sum"], "contexts": [{"name": ")" + context +
+                       R"("}]})");
+    };
+    write("a.json", "one", "1");
+    write("early.json", "one", "2");
+    write("other.json", "two", "2");
+    write("back.json", "one", "3");
+    writeBytes(folder / "script",
+               "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
+               "set -e\n" ZELM_PROGRAM
+               " run a.json --watch --json --context one --set sum.right=5 >told 2>wrong &\n"
+               "trap 'kill $! 2>/dev/null || true' EXIT\n"
+               "until [ -e begun ]; do kill -0 $!; sleep 0.01; done\n"
+               "mv early.json a.json; lines told 2\n"
+               "mv other.json a.json; lines wrong 1\n"
+               "mv back.json a.json; lines told 3\n"
+               "kill -INT $!; wait $!; cat told; cat wrong >&2\n");
+    runCommand("cd " + folder.path().string() +
+               " && ZELM_CACHE=none ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " sh script");
+
+    ASSERT_EQ(status, 0) << err;
+    EXPECT_EQ(err, "zelm: --context one: the network has no such context\n");
+    std::istringstream lines(out);
+    std::vector<std::string> ran;
+    for (std::string line; std::getline(lines, line);)
+        ran.push_back(ranOf(Json::parse(line)["requests"][1]));
+    EXPECT_EQ(ran, std::vector<std::string>(3, "sum:updated")) << out;
 }
 
 TEST_F(RunCommand, DrawsTheGeoid)

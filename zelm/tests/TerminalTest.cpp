@@ -90,6 +90,19 @@ TEST_F(Terminal, IsShownHowFarLongWorkHasCome)
 
     EXPECT_NE(text.find("\r\033[Kdefault: a 0/2"), std::string::npos) << text;
     EXPECT_NE(text.find("\r\033[K", text.find("default: a 0/2")), std::string::npos) << "it goes";
+    EXPECT_EQ(shown("run a.json", "TERM=dumb").find(kEscape), std::string::npos);
+}
+
+TEST_F(Terminal, IsShownWarningsOnLinesOfTheirOwn)
+{
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Warning"}])");
+    EXPECT_EQ(err, "zelm: warning: it will rain\n");
+
+    const std::string text = shown("run a.json");
+
+    EXPECT_NE(text.find("\r\033[Kdefault: a 0/1\r\033[K\033[1;31mzelm:\033[0m warning:"),
+              std::string::npos)
+        << text;
 }
 
 } // namespace

@@ -107,7 +107,42 @@ public:
     }
 };
 
+/// Warns, and does nothing else.
+class Warning final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+
+    bool update(Quorl::VRequest& /*request*/, double /*precision*/) override
+    {
+        Quorl::VActionNotifier::Warning("it will rain");
+        return true;
+    }
+
+private:
+    const InputSlot<double> input_{*this, "input", 0.0, perContext()};
+};
+
+/// Takes its time, and tells that it has begun by a file "begun".
+class Slow final : public Quorl::VObject
+{
+public:
+    using VObject::VObject;
+
+    bool update(Quorl::VRequest& /*request*/, double /*precision*/) override
+    {
+        std::ofstream("begun") << "begun\n";
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return true;
+    }
+
+private:
+    const InputSlot<double> input_{*this, "input", 0.0, perContext()};
+};
+
 Quorl::VCreator<Failing> failing("Test/Failing");
+Quorl::VCreator<Slow> slow("Test/Slow");
+Quorl::VCreator<Warning> warning("Test/Warning");
 Quorl::VCreator<Endless> endless("Test/Endless");
 Quorl::VCreator<Savable> savable("Test/Savable");
 Quorl::VCreator<Later> later("Test/Later", {.summary = "Is done later",

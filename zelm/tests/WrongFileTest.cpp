@@ -45,6 +45,8 @@ nothing
 :1:89: object "a", key "inputs.left": there is no object "b" in this file
 {"zelm-network": 1, "objects": [{"name": "a", "creator": "Test/Sum", "inputs": {"left": "a.product"}}]}
 :1:89: object "a", key "inputs.left": "a" has no output "product"; it has sum
+{"zelm-network": 1, "objects": [{"name": "a", "creator": "Test/Sum", "inputs": {"note": "a.sum"}}]}
+:1:89: object "a", key "inputs.note": this takes string, not double
 {"zelm-network": 1, "objects": [{"name": "a", "creator": "Test/Sum", "inputs": {"left": "asum"}}]}
 :1:89: object "a", key "inputs.left": "object.slot" is expected here; names with points in them are told as {"object": ..., "output": ...}
 {"zelm-network": 1, "objects": [{"name": "a", "creator": "Test/Sum"}], "contexts": [{"name": "one"}, {"name": "one"}]}

@@ -145,7 +145,7 @@ TEST_F(WrongUsage, OfTheOtherCommands)
 {
     const std::string name = ": a name of small letters, digits and underscores is expected, which "
                              "begins with a letter";
-    for (const char* wrong : {"Big", "1st", "a-b", "../a"})
+    for (const char* wrong : {"Big", "bIg", "1st", "a-b", "../a"})
     {
         const std::string line = "new-plugin " + std::string(wrong) + name;
         expect({line.substr(0, line.find(':')).c_str(), 2, line.c_str()});
@@ -167,13 +167,21 @@ TEST_F(WrongUsage, OfTheOtherCommands)
         expect(call);
 }
 
-/// These have evaluated the network before they fail, and told of it.
-TEST_F(WrongUsage, OfSaving)
+/// Nothing is evaluated in vain.
+TEST_F(WrongUsage, OfWhatCannotBeSaved)
 {
-    writeBytes(folder / "a.json", kNetwork);
     for (const Call& call : {
              Call{"run a.json --save a", 2, "--save a: OBJECT=FILE is expected"},
              Call{"run a.json --save c=c.txt", 2, "--save c: the network has no such object"},
+         })
+        expect(call);
+}
+
+/// These have evaluated the network before they fail, and tell of it.
+TEST_F(WrongUsage, OfFilesOfSaving)
+{
+    writeBytes(folder / "a.json", kNetwork);
+    for (const Call& call : {
              Call{"run a.json --save a=a.txt", 1, "a cannot be saved as a.txt; it has no savers"},
              Call{"run a.json --save s=s.png", 1,
                   "s cannot be saved as s.png; it can be saved as .bad, .txt"},
@@ -186,6 +194,7 @@ TEST_F(WrongUsage, OfSaving)
         zelm(call.arguments);
         EXPECT_EQ(status, call.code) << call.arguments;
         EXPECT_EQ(err, std::string("zelm: ") + call.line + "\n") << call.arguments;
+        EXPECT_EQ(out.substr(0, 6), "one: s") << call.arguments;
         EXPECT_EQ(folder.count(), 1U) << call.arguments;
     }
 }

@@ -40,7 +40,7 @@ constexpr const char* kSums = R"({
     {"name": "kinds", "creator": "Test/Inputs", "preferences": ["a", "b"], "values": {"bool": true, "colour": {"type": "Zelm::Colour", "text": "1 2 3"}, "double": 0.1, "text": "ä\n"}}
   ],
   "contexts": [
-    {"name": "one", "named": {"step": {"type": "double", "value": 0.25}}, "note": [1], "values": {
+    {"name": "one", "named": {"step": {"type": "double", "value": 0.25, "unit": "mm"}, "who": {"type": "string", "value": "me"}}, "note": [1], "values": {
       "first": {"left": 10.0}
     }},
     {"name": "two", "values": {
@@ -136,6 +136,20 @@ TEST_F(NetworkRoundTrip, SavesWhatItHasLoaded)
                         std::string(kSums).find(R"({"object": "first", "output": "sum"})"), 36,
                         R"("first.sum")"));
     EXPECT_EQ(saved(), once);
+}
+
+TEST_F(NetworkRoundTrip, SavesKeysThatNobodyKnowsWhereverTheyStand)
+{
+    const std::string inputs =
+        R"("inputs": {"left": {"object": "first", "output": "sum", "since": 1995}, )"
+        R"("scale": {"object": "first", "input": "scale", "why": "one for both"}})";
+    std::string text = kSums;
+    const auto begin = text.find(R"("inputs")");
+    text.replace(begin, text.find('}', text.find('}', begin) + 1) + 1 - begin, inputs);
+    load(text);
+
+    ASSERT_TRUE(network) << reason;
+    EXPECT_EQ(saved(), text);
 }
 
 TEST_F(NetworkRoundTrip, SavesTheSameBytesAfterLoadingThemAndAfterRunning)

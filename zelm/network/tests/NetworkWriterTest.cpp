@@ -23,10 +23,10 @@ constexpr const char* kCanonical = R"({
   "title": "Hills",
   "objects": [
     {"name": "source", "creator": "Test/Source", "module": "test.zelm", "preferences": ["local"], "values": {"x": 1.5, "t": "a\"b"}},
-    {"name": "sink", "creator": "Test/Sink", "preferences": {"fast": 0.25}, "inputs": {"a": "source.x", "b": {"object": "source", "output": "y.z"}, "c": {"object": "source", "input": "x", "member": "re"}}, "at": [1, {"b": 0, "a": null}]}
+    {"name": "sink", "creator": "Test/Sink", "preferences": {"fast": 0.25}, "inputs": {"a": "source.x", "b": {"object": "source", "output": "y.z", "note": "by hand"}, "c": {"object": "source", "input": "x", "member": "re"}}, "at": [1, {"b": 0, "a": null}]}
   ],
   "contexts": [
-    {"name": "one", "named": {"step": {"type": "double", "value": 0.5}}, "values": {
+    {"name": "one", "named": {"step": {"type": "double", "value": 0.5, "unit": "mm"}}, "values": {
       "source": {"x": "inf"},
       "sink": {"d": {"type": "Colour", "text": "1 2 3"}}
     }},

@@ -132,6 +132,7 @@ TEST(ValueJson, MakesValuesOfTypesByName)
 {
     EXPECT_EQ(valueFromJson("double", 0.5)->Text(), "0.5");
     EXPECT_EQ(valueFromJson("unsigned int", 3)->Text(), "3");
+    EXPECT_EQ(valueFromJson("string", "a b")->Text(), VValue<std::string>("a b").Text());
     EXPECT_EQ(complaintOf([] { valueFromJson("Nothing", 0.5); }), "there is no type \"Nothing\"");
 }
 
