@@ -17,18 +17,42 @@ namespace
 
 constexpr const char* kSetForm = "object.slot=text";
 
-void setIn(const std::string& set, const VObject& object, const std::string& input,
-           const RefPtr<ValuePool>& context, const std::string& text)
+/// "object.slot=text" for one network.
+struct Setting
 {
-    try
+    Setting(const LoadedNetwork& network, const std::string& set) : words(set)
     {
-        setInputText(object, input, context, text);
+        const auto [target, value] = halvesOf("--set", set, kSetForm);
+        const auto point = target.rfind('.');
+        if (point == std::string::npos)
+            throw UsageError("--set " + set + ": " + kSetForm + " is expected");
+        object = objectOf(network, "--set", target.substr(0, point));
+        input = target.substr(point + 1);
+        text = value;
     }
-    catch (const NetworkError& error)
+
+    bool holdsIn(const RefPtr<ValuePool>& context) const
     {
-        throw UsageError("--set " + set + ": " + error.what());
+        return hasInputText(*object, input, context, text);
     }
-}
+
+    void applyTo(const RefPtr<ValuePool>& context) const
+    {
+        try
+        {
+            setInputText(*object, input, context, text);
+        }
+        catch (const NetworkError& error)
+        {
+            throw UsageError("--set " + words + ": " + error.what());
+        }
+    }
+
+    const std::string& words;
+    RefPtr<VObject> object;
+    std::string input;
+    std::string text;
+};
 
 } // namespace
 
@@ -71,13 +95,19 @@ void Choice::setInputs(const LoadedNetwork& network,
 {
     for (const std::string& set : sets)
     {
-        const auto [target, text] = halvesOf("--set", set, kSetForm);
-        const auto point = target.rfind('.');
-        if (point == std::string::npos)
-            throw UsageError("--set " + set + ": " + kSetForm + " is expected");
-        const auto object = objectOf(network, "--set", target.substr(0, point));
+        const Setting setting(network, set);
+        for (const RefPtr<ValuePool>& context : pools) setting.applyTo(context);
+    }
+}
+
+void Choice::restoreInputs(const LoadedNetwork& network,
+                           const std::vector<RefPtr<ValuePool>>& pools) const
+{
+    for (const std::string& set : sets)
+    {
+        const Setting setting(network, set);
         for (const RefPtr<ValuePool>& context : pools)
-            setIn(set, *object, target.substr(point + 1), context, text);
+            if (!setting.holdsIn(context)) setting.applyTo(context);
     }
 }
 

@@ -27,6 +27,11 @@ struct Choice
     /// Gives inputs their values in these contexts.
     void setInputs(const LoadedNetwork& network,
                    const std::vector<RefPtr<Quorl::ValuePool>>& pools) const;
+
+    /// The same where they have others by now, as after an edit of the file. Makes nothing younger
+    /// that is as it was set.
+    void restoreInputs(const LoadedNetwork& network,
+                       const std::vector<RefPtr<Quorl::ValuePool>>& pools) const;
 };
 
 /// Adds an option that takes one word, and may be repeated.

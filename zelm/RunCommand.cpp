@@ -60,6 +60,7 @@ public:
     }
 
     void setInputs() const { order_.choice.setInputs(*network_, contexts_); }
+    void restoreInputs() const { order_.choice.restoreInputs(*network_, contexts_); }
 
     /// Requests what the order or the file says, in all contexts.
     void evaluate()
@@ -189,7 +190,10 @@ void printAsJson(const Order& order, const Session& session)
 bool evaluate(const Order& order, const Settings& settings, const HostNetwork& network, bool isNew)
 {
     Session session(order, network);
-    if (isNew) session.setInputs();
+    if (isNew)
+        session.setInputs();
+    else
+        session.restoreInputs();
     session.evaluate();
     session.takeTurns();
     if (!session.hasFailed()) session.save();

@@ -375,6 +375,16 @@ void setInputText(const VObject& object, const std::string& input, const RefPtr<
     tell(*slot, value, context);
 }
 
+bool hasInputText(const VObject& object, const std::string& input, const RefPtr<ValuePool>& context,
+                  const std::string& text)
+{
+    const RefPtr<VValueBase> value = valueOf(object, *inputOf(object, input), context);
+    const RefPtr<VValueBase> wanted = value->copy();
+    if (!wanted) return false;
+    setFromText(*wanted, text);
+    return jsonOf(*wanted) == jsonOf(*value);
+}
+
 bool isOwnInput(const VObject& object, const VSlot& slot)
 {
     if (!slot.Parameter || slot.Parameter->source) return false;

@@ -34,6 +34,10 @@ void setInput(const Quorl::VObject& object, const std::string& input,
 void setInputText(const Quorl::VObject& object, const std::string& input,
                   const RefPtr<Quorl::ValuePool>& context, const std::string& text);
 
+/// Whether an input has that value already, as far as a file can tell.
+bool hasInputText(const Quorl::VObject& object, const std::string& input,
+                  const RefPtr<Quorl::ValuePool>& context, const std::string& text);
+
 /// Whether an input shows a parameter of its own object, so that it has a value of its own.
 bool isOwnInput(const Quorl::VObject& object, const Quorl::VSlot& slot);
 

@@ -46,6 +46,32 @@ protected:
         expectComplaint(code, words);
         EXPECT_EQ(out, "") << words;
     }
+
+    /// Follows a.json while the shell takes these steps, of which `lines FILE N` waits for so many
+    /// lines: of "told", where each evaluation is one, or of "wrong".
+    void watchMeanwhile(const std::string& options, const std::string& steps)
+    {
+        writeBytes(
+            folder / "script",
+            "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
+            "set -e\n" ZELM_PROGRAM " run a.json --watch --json " +
+                options +
+                " >told 2>wrong &\n"
+                "trap 'kill $! 2>/dev/null || true' EXIT\n" +
+                steps + "kill -INT $!; wait $!; cat told; cat wrong >&2\n");
+        runCommand("cd " + folder.path().string() +
+                   " && ZELM_CACHE=none ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " sh script");
+    }
+
+    /// What ran under one request of each evaluation.
+    std::vector<std::string> ranInTurn(std::size_t request = 0) const
+    {
+        std::istringstream lines(out);
+        std::vector<std::string> ran;
+        for (std::string line; std::getline(lines, line);)
+            ran.push_back(ranOf(Json::parse(line)["requests"][request]));
+        return ran;
+    }
 };
 
 TEST_F(RunCommand, TellsWhatRanInEachContext)
@@ -236,22 +262,13 @@ TEST_F(RunCommand, FollowsTheFileAndRunsWhatAChangeTouches)
     writeBytes(folder / "wrong.json", text);
     replace(R"("azimuth": "east")", R"("altitude": 30)");
     writeBytes(folder / "raised.json", text);
-    writeBytes(folder / "script",
-               "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
-               "set -e\n" ZELM_PROGRAM " run a.json --watch --json >told 2>wrong &\n"
-               "trap 'kill $! 2>/dev/null || true' EXIT\n"
-               "lines told 1\n"
-               "mv turned.json a.json; lines told 2\n"
-               "mv wrong.json a.json; lines wrong 1\n"
-               "mv raised.json a.json; lines told 3\n"
-               "kill -INT $!; wait $!; cat told; cat wrong >&2\n");
-    runCommand("cd " + folder.path().string() + " && ZELM_CACHE=none ZELM_PLUGIN_PATH= sh script");
+    watchMeanwhile("", "lines told 1\n"
+                       "mv turned.json a.json; lines told 2\n"
+                       "mv wrong.json a.json; lines wrong 1\n"
+                       "mv raised.json a.json; lines told 3\n");
 
     ASSERT_EQ(status, 0) << err;
-    std::istringstream lines(out);
-    std::vector<std::string> ran;
-    for (std::string line; std::getline(lines, line);)
-        ran.push_back(ranOf(Json::parse(line)["requests"][0]));
+    const std::vector<std::string> ran = ranInTurn();
     ASSERT_EQ(ran.size(), 3U) << out;
     EXPECT_EQ(ran[0].substr(0, 14), "reader:updated");
     EXPECT_EQ(ran[1], "hillshade:updated picture:updated");
@@ -276,26 +293,36 @@ TEST_F(RunCommand, FollowsTheFileFromTheBeginningWhateverBecomesOfIt)
     write("early.json", "one", "2");
     write("other.json", "two", "2");
     write("back.json", "one", "3");
-    writeBytes(folder / "script",
-               "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
-               "set -e\n" ZELM_PROGRAM
-               " run a.json --watch --json --context one --set sum.right=5 >told 2>wrong &\n"
-               "trap 'kill $! 2>/dev/null || true' EXIT\n"
-               "until [ -e begun ]; do kill -0 $!; sleep 0.01; done\n"
-               "mv early.json a.json; lines told 2\n"
-               "mv other.json a.json; lines wrong 1\n"
-               "mv back.json a.json; lines told 3\n"
-               "kill -INT $!; wait $!; cat told; cat wrong >&2\n");
-    runCommand("cd " + folder.path().string() +
-               " && ZELM_CACHE=none ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " sh script");
+    watchMeanwhile("--context one --set sum.right=5",
+                   "until [ -e begun ]; do kill -0 $!; sleep 0.01; done\n"
+                   "mv early.json a.json; lines told 2\n"
+                   "mv other.json a.json; lines wrong 1\n"
+                   "mv back.json a.json; lines told 3\n");
 
     ASSERT_EQ(status, 0) << err;
     EXPECT_EQ(err, "zelm: --context one: the network has no such context\n");
-    std::istringstream lines(out);
-    std::vector<std::string> ran;
-    for (std::string line; std::getline(lines, line);)
-        ran.push_back(ranOf(Json::parse(line)["requests"][1]));
-    EXPECT_EQ(ran, std::vector<std::string>(3, "sum:updated")) << out;
+    EXPECT_EQ(ranInTurn(1), std::vector<std::string>(3, "sum:updated")) << out;
+}
+
+TEST_F(RunCommand, KeepsWhatIsSetWhateverTheFileSays)
+{
+    const auto write = [&](const char* file, const std::string& members) {
+        writeBytes(folder / file, R"({"zelm-network": 1, "objects": [
+            {"name": "a", "creator": "Test/Failing", "values": )" +
+                                      members + "}]}");
+    };
+    write("a.json", R"({"way": "false", "value": 1})");
+    write("other.json", R"({"way": "false", "value": 2})");
+    write("same.json", R"({"way": "false", "value": 2.0})");
+    write("way.json", R"({"way": "throw", "value": 2})");
+    watchMeanwhile("--set a.way=", "lines told 1\n"
+                                   "mv other.json a.json; lines told 2\n"
+                                   "mv same.json a.json; lines told 3\n"
+                                   "mv way.json a.json; lines told 4\n");
+
+    ASSERT_EQ(status, 0) << err;
+    EXPECT_EQ(ranInTurn(), (std::vector<std::string>{"a:updated", "a:updated", "", "a:updated"}))
+        << "nothing is younger that is as it was set";
 }
 
 TEST_F(RunCommand, DrawsTheGeoid)
