@@ -27,7 +27,11 @@ std::int64_t theQuestions = 0;
 class CountingValue final : public VValue<double>
 {
 public:
-    Ageable& age() override { return VValue<double>::age(); }
+    Ageable& age() override
+    {
+        ++theQuestions;
+        return VValue<double>::age();
+    }
     const Ageable& age() const override
     {
         ++theQuestions;
@@ -72,7 +76,7 @@ public:
     void changeFirst() { nodes_.front()->touchInputSetAge(); }
     std::size_t updates() { return network_.takeLog().size(); }
     std::size_t objects() const { return nodes_.size(); }
-    const VObject& first() const { return *nodes_.front(); }
+    VObject& first() const { return *nodes_.front(); }
 
 private:
     Network network_;
@@ -162,6 +166,17 @@ TEST_P(Growth, OfARequestAfterAChangeIsLinear)
 
         EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_GT(network.updates(), 0U);
+    });
+}
+
+TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
+{
+    atEachSize([](Growing& network) {
+        network.first().getState({});
+        EXPECT_GT(network.questionsOfRequest(), 1);
+        network.questionsOfRequest();
+
+        EXPECT_EQ(network.questionsOfRequest(), 1) << "no plan is made in vain";
     });
 }
 
