@@ -6,6 +6,7 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -120,6 +121,7 @@ void Repeats::notice()
     const bool isShapeKept = shape_ == Tolmen::Watch::shape();
     const bool isConnectionKept = !(request_.NewestConnection < newestConnection_);
     if (!isShapeKept || !isConnectionKept) ++era_;
+    if (newestConnection_ < request_.NewestConnection) ++connections_;
     shape_ = Tolmen::Watch::shape();
     newestConnection_ = request_.NewestConnection;
     if (request_.Id == id_ && request_.Pool == pool_) return;
@@ -140,7 +142,7 @@ bool Repeats::isSettled(const VObject& object)
 {
     notice();
     const Met* const met = metAt(object);
-    return met && met->settled == era_ && isSilent(request_) &&
+    return met && met->settled == era_ && met->told >= connections_ && isSilent(request_) &&
            (met->foreignCode == foreignCode_ || (met->isKept && met->alarms == watch_.alarms()));
 }
 
@@ -166,7 +168,13 @@ Tolmen::Watch* Repeats::watchFor(Place place)
     return graph_.first(place) != place && foreignCode_ != 0 ? &watch_ : nullptr;
 }
 
-void Repeats::settle(Place place, bool isKept)
+std::uint32_t Repeats::connections()
+{
+    notice();
+    return connections_;
+}
+
+void Repeats::settle(Place place, bool isKept, std::uint32_t told)
 {
     if (!isSilent(request_)) return;
     notice();
@@ -174,6 +182,7 @@ void Repeats::settle(Place place, bool isKept)
     met.settled = era_;
     met.foreignCode = foreignCode_;
     met.alarms = watch_.alarms();
+    met.told = told;
     met.isKept = isKept;
 }
 
@@ -240,10 +249,19 @@ void Repeats::forget(const VObject& object)
     }
 }
 
+void Finding::tells(const Ageable& validator)
+{
+    sees(&validator);
+    told_ = std::min(told_, repeats_.connections());
+}
+
 void Finding::heard(const VObject& source)
 {
     isSettled_ = isSettled_ && repeats_.isSettled(source);
-    isKept_ = isKept_ && isSettled_ && repeats_.metAt(source)->isKept;
+    if (!isSettled_) return;
+    const Repeats::Met& met = *repeats_.metAt(source);
+    isKept_ = isKept_ && met.isKept;
+    told_ = std::min(told_, met.told);
 }
 
 void Finding::ranForeignCode()
@@ -254,7 +272,7 @@ void Finding::ranForeignCode()
 
 void Finding::isIdle()
 {
-    if (isSettled_) repeats_.settle(place_, isKept_);
+    if (isSettled_) repeats_.settle(place_, isKept_, told_);
 }
 
 } // namespace Quorl

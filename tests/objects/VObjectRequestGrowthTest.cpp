@@ -1,3 +1,4 @@
+#include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VObject.h>
 #include <tests/support/Node.h>
 
@@ -177,6 +178,35 @@ TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
         network.questionsOfRequest();
 
         EXPECT_EQ(network.questionsOfRequest(), 1) << "no plan is made in vain";
+    });
+}
+
+TEST_P(Growth, OfUnchangedRequestsIsLinearBehindAValidatorThatHasEnded)
+{
+    atEachSize([](Growing& network) {
+        RefPtr<VConnectionValidator> validator(new VConnectionValidator);
+        network.first().insertConnectionValidator(validator);
+        network.questionsOfRequest();
+        network.questionsOfRequest();
+        validator = RefPtr<VConnectionValidator>();
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+    });
+}
+
+TEST_P(Growth, OfRequestsIsLinearWithAValidator)
+{
+    atEachSize([](Growing& network) {
+        const RefPtr<VConnectionValidator> validator(new VConnectionValidator);
+        network.first().insertConnectionValidator(validator);
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        network.changeFirst();
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(validator->Taint, network.first().ID);
     });
 }
 
