@@ -159,6 +159,9 @@ public:
     /// A validator has heard of the newest connection.
     void tells(const Ageable& validator);
 
+    /// Something on which the result depends, and that code of others may change unseen.
+    void seesUnwatched() { isKept_ = false; }
+
     void heard(const VObject& source);         ///< its answer
     void hasMoreToDo() { isSettled_ = false; } ///< at each further visit
     void ranForeignCode();

@@ -215,7 +215,7 @@ bool Visit::conclude()
 void Visit::considerState()
 {
     const RefPtr<VStateCreatorBase::State> state = object_.stateIn(request_.Pool);
-    if (object_.areStatesLent()) finding_.hasMoreToDo(); // one may be replaced without a word
+    if (object_.areStatesLent()) finding_.seesUnwatched(); // who has one replaces it unseen
     finding_.sees(object_.watchedStates());
     if (state) finding_.sees(static_cast<const Ageable*>(&*state));
     if (!state || *state < Ageable(1) || !(*state < age_)) return;
