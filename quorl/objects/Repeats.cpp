@@ -203,16 +203,18 @@ void Repeats::visitTwice(Place place)
     }
 }
 
+/// What may fail comes first, so that nobody is accounted for twice.
 void Repeats::realize()
 {
     if (latent_.empty()) return;
-    ++accounts_;
     const VisitTally tally(graph_, latent_);
-    for (const Place first : tally.places()) realize(tally, first);
+    if (id_) id_->log_.reserve(tally.places().size());
     if (tally.areSeveralLevels())
         chain_->Changes.owe(std::make_shared<LevelCourse>(graph_, latent_),
                             {0, static_cast<Place>(graph_.size())});
     latent_.clear();
+    ++accounts_;
+    for (const Place first : tally.places()) realize(tally, first);
 }
 
 void Repeats::realize(const VisitTally& tally, Place first)
