@@ -67,10 +67,11 @@ public:
 
     /// \return how many questions a request at the last object asked, for each input of the
     /// network.
-    double questionsOfRequest()
+    double questionsOfRequest() { return questionsOfRequest(nodes_.size() - 1); }
+    double questionsOfRequest(std::size_t object)
     {
         theQuestions = 0;
-        ask(nodes_.back());
+        ask(nodes_[object]);
         return static_cast<double>(theQuestions) / inputs_;
     }
 
@@ -231,6 +232,43 @@ TEST(Ladder, OfManyObjectsIsEvaluated)
     EXPECT_EQ(network.updates(), 0U);
     EXPECT_EQ(network.first().Executor.Max->MaxLevel, static_cast<int>(kObjects) - 1);
     EXPECT_EQ(network.first().Executor.Max->Changes, std::numeric_limits<std::int32_t>::max());
+}
+
+/// Requests begin at many objects downstream of one chain, whose plans are more than are kept.
+class ManyPlans : public testing::Test
+{
+protected:
+    static constexpr std::size_t kLength = 2000;
+    static constexpr std::size_t kEnds = 540;
+
+    ManyPlans()
+    {
+        network.add({});
+        while (network.objects() < kLength) network.add({network.objects() - 1});
+        for (std::size_t at = 0; at < kEnds; ++at) network.add({kLength - 1});
+        for (std::size_t at = 0; at < kEnds; ++at)
+            for (int request = 0; request < 2; ++request) network.questionsOfRequest(end(at));
+    }
+
+    static std::size_t end(std::size_t number) { return kLength + number; }
+
+    Growing network;
+};
+
+TEST_F(ManyPlans, MakeRoomForNewerOnes)
+{
+    EXPECT_EQ(network.questionsOfRequest(end(kEnds - 1)), 0) << "the last plan stands";
+    EXPECT_EQ(network.questionsOfRequest(end(kEnds / 2)), 0) << "others, too";
+    EXPECT_GT(network.questionsOfRequest(end(0)), 0) << "the first one has gone";
+}
+
+TEST_F(ManyPlans, ThatAreVoidMakeRoomForThatOfAnotherNetwork)
+{
+    Growing other;
+    addDoubleChain(other, kLength);
+    for (int request = 0; request < 3; ++request) other.questionsOfRequest();
+
+    EXPECT_EQ(other.questionsOfRequest(), 0);
 }
 
 /// One object takes the ends of many chains.
