@@ -178,7 +178,7 @@ TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
         EXPECT_GT(network.questionsOfRequest(), 1);
         network.questionsOfRequest();
 
-        EXPECT_EQ(network.questionsOfRequest(), 1) << "no plan is made in vain";
+        EXPECT_LE(network.questionsOfRequest(), 1) << "no plan is made in vain";
     });
 }
 
