@@ -19,8 +19,16 @@ LevelLog::~LevelLog() = default;
 
 void LevelLog::add(const Part& part)
 {
-    parts_.push_back({part, records_.size()});
     if (parts_.size() >= kMostParts) enterAll();
+    parts_.push_back({part, records_.size()});
+}
+
+void LevelLog::reserve(std::size_t visits)
+{
+    if (records_.size() + visits > most_) enterAll();
+    const std::size_t wanted = records_.size() + visits;
+    if (wanted > records_.capacity()) records_.reserve(std::max(wanted, 2 * records_.capacity()));
+    most_ = std::max(most_, wanted);
 }
 
 const LevelLog::Table& LevelLog::table() const
@@ -31,19 +39,24 @@ const LevelLog::Table& LevelLog::table() const
 }
 
 /// Those that wait are not many more than those that are known, so each is entered at little cost.
+/// Where it ends early, it goes on the next time.
 void LevelLog::enterAll() const
 {
-    std::size_t place = 0;
-    for (const PlacedPart& part : parts_)
+    for (PlacedPart& part : parts_)
     {
-        for (; place < part.place; ++place) enter(records_[place], 0);
-        for (std::size_t at = part.begin; at < part.end; ++at)
-            enter((*part.records)[at], part.deeper);
+        enterUpTo(part.place);
+        for (; part.begin < part.end; ++part.begin) enter((*part.records)[part.begin], part.deeper);
     }
-    for (; place < records_.size(); ++place) enter(records_[place], 0);
+    enterUpTo(records_.size());
     records_.clear();
+    entered_ = 0;
     parts_.clear();
     most_ = std::max(kMostRecords, table_.size());
+}
+
+void LevelLog::enterUpTo(std::size_t place) const
+{
+    for (; entered_ < place; ++entered_) enter(records_[entered_], 0);
 }
 
 /// Of several callers at one extreme level the first stays.

@@ -15,6 +15,8 @@ namespace Quorl
 /// The depths at which an evaluation reached objects, which are told by their numbers. A walk notes
 /// each step, and the table is hardly ever asked for: it is made then, of what was noted since.
 ///
+/// Where memory runs out, what was noted stays noted, once.
+///
 /// Threads: several may ask for the table of an evaluation that has ended.
 class QUORL_API LevelLog
 {
@@ -45,9 +47,12 @@ public:
     /// Notes one visit of an object, or many, of which the bounds and their callers are known.
     void add(std::int32_t object, const Level& visits)
     {
-        records_.push_back({object, visits});
         if (records_.size() >= most_) enterAll();
+        records_.push_back({object, visits});
     }
+
+    /// Makes room: so many visits, or sums of them, are noted next without a failure.
+    void reserve(std::size_t visits);
 
     /// Notes a part of an evaluation that is known.
     struct Part
@@ -69,13 +74,15 @@ private:
     };
 
     void enterAll() const;
+    void enterUpTo(std::size_t place) const;
     void enter(const Record& record, std::int32_t deeper) const;
 
     // In the order of the evaluation, which decides whose caller stays
 
     mutable Records records_;
-    mutable std::vector<PlacedPart> parts_;
-    mutable std::size_t most_; // records that wait
+    mutable std::size_t entered_ = 0;       // of them, where memory has run out meanwhile
+    mutable std::vector<PlacedPart> parts_; // the same: what has been entered of one is left out
+    mutable std::size_t most_;              // records that wait
     mutable Table table_;
     mutable std::mutex mutex_;
 };

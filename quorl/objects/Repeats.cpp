@@ -6,6 +6,7 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -120,6 +121,7 @@ void Repeats::notice()
     const bool isShapeKept = shape_ == Tolmen::Watch::shape();
     const bool isConnectionKept = !(request_.NewestConnection < newestConnection_);
     if (!isShapeKept || !isConnectionKept) ++era_;
+    if (newestConnection_ < request_.NewestConnection) ++connections_;
     shape_ = Tolmen::Watch::shape();
     newestConnection_ = request_.NewestConnection;
     if (request_.Id == id_ && request_.Pool == pool_) return;
@@ -140,7 +142,7 @@ bool Repeats::isSettled(const VObject& object)
 {
     notice();
     const Met* const met = metAt(object);
-    return met && met->settled == era_ && isSilent(request_) &&
+    return met && met->settled == era_ && met->told >= connections_ && isSilent(request_) &&
            (met->foreignCode == foreignCode_ || (met->isKept && met->alarms == watch_.alarms()));
 }
 
@@ -166,7 +168,13 @@ Tolmen::Watch* Repeats::watchFor(Place place)
     return graph_.first(place) != place && foreignCode_ != 0 ? &watch_ : nullptr;
 }
 
-void Repeats::settle(Place place, bool isKept)
+std::uint32_t Repeats::connections()
+{
+    notice();
+    return connections_;
+}
+
+void Repeats::settle(Place place, bool isKept, std::uint32_t told)
 {
     if (!isSilent(request_)) return;
     notice();
@@ -174,6 +182,7 @@ void Repeats::settle(Place place, bool isKept)
     met.settled = era_;
     met.foreignCode = foreignCode_;
     met.alarms = watch_.alarms();
+    met.told = told;
     met.isKept = isKept;
 }
 
@@ -194,16 +203,18 @@ void Repeats::visitTwice(Place place)
     }
 }
 
+/// What may fail comes first, so that nobody is accounted for twice.
 void Repeats::realize()
 {
     if (latent_.empty()) return;
-    ++accounts_;
     const VisitTally tally(graph_, latent_);
-    for (const Place first : tally.places()) realize(tally, first);
+    if (id_) id_->log_.reserve(tally.places().size());
     if (tally.areSeveralLevels())
         chain_->Changes.owe(std::make_shared<LevelCourse>(graph_, latent_),
                             {0, static_cast<Place>(graph_.size())});
     latent_.clear();
+    ++accounts_;
+    for (const Place first : tally.places()) realize(tally, first);
 }
 
 void Repeats::realize(const VisitTally& tally, Place first)
@@ -240,10 +251,19 @@ void Repeats::forget(const VObject& object)
     }
 }
 
+void Finding::tells(const Ageable& validator)
+{
+    sees(&validator);
+    told_ = std::min(told_, repeats_.connections());
+}
+
 void Finding::heard(const VObject& source)
 {
     isSettled_ = isSettled_ && repeats_.isSettled(source);
-    isKept_ = isKept_ && isSettled_ && repeats_.metAt(source)->isKept;
+    if (!isSettled_) return;
+    const Repeats::Met& met = *repeats_.metAt(source);
+    isKept_ = isKept_ && met.isKept;
+    told_ = std::min(told_, met.told);
 }
 
 void Finding::ranForeignCode()
@@ -254,7 +274,7 @@ void Finding::ranForeignCode()
 
 void Finding::isIdle()
 {
-    if (isSettled_) repeats_.settle(place_, isKept_);
+    if (isSettled_) repeats_.settle(place_, isKept_, told_);
 }
 
 } // namespace Quorl

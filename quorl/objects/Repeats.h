@@ -10,6 +10,7 @@
 #include <quorl/objects/WalkGraph.h>
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace Quorl
@@ -21,6 +22,9 @@ namespace Quorl
 /// nothing to do in all that is upstream of it, and nothing has changed since), a further visit
 /// changes nothing but tallies, levels and traces. It is latent then: put on a list, and worked out
 /// with all others when the walk ends or when somebody reads what it concerns.
+///
+/// An object with validators is one that tells them of the newest connection that the request has
+/// met: when that has become newer, it is not settled any more.
 ///
 /// What may have changed since is known like this. As long as no code of others has run, nothing
 /// has. After that, an object is walked once more, and what that visit sees is kept under a watch;
@@ -78,6 +82,8 @@ public:
 private:
     friend class Finding;
 
+    static constexpr std::uint32_t kNobody = std::numeric_limits<std::uint32_t>::max();
+
     struct Met
     {
         // By place
@@ -86,6 +92,7 @@ private:
         std::uint32_t foreignCode = 0;
         std::uint32_t alarms = 0;
         std::uint32_t upstreamTwice = 0; // the same, for two visits to all that is upstream
+        std::uint32_t told = kNobody;    // validators here and upstream, of so many connections
         bool isKept = false;
 
         // By first place, that is by object
@@ -108,7 +115,8 @@ private:
     void notice();
     const Met* metAt(const VObject& object) const;
     void enter(Place place);
-    void settle(Place place, bool isKept);
+    std::uint32_t connections();
+    void settle(Place place, bool isKept, std::uint32_t told);
     Tolmen::Watch* watchFor(Place place);
     void visitTwice(Place place);
     void realize(const VisitTally& tally, Place first);
@@ -126,7 +134,8 @@ private:
     std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for
     std::uint32_t era_ = 1;      // another one when what visits have left behind may have changed
     std::uint64_t shape_;
-    Ageable newestConnection_; // that the request has met
+    Ageable newestConnection_;      // that the request has met
+    std::uint32_t connections_ = 1; // rises with that
     bool isTicketKept_ = true;
     Repeats* const outer_; // of the same thread
 };
@@ -147,6 +156,12 @@ public:
         if (watch_) watch_->keep(place);
     }
 
+    /// A validator has heard of the newest connection.
+    void tells(const Ageable& validator);
+
+    /// Something on which the result depends, and that code of others may change unseen.
+    void seesUnwatched() { isKept_ = false; }
+
     void heard(const VObject& source);         ///< its answer
     void hasMoreToDo() { isSettled_ = false; } ///< at each further visit
     void ranForeignCode();
@@ -158,6 +173,7 @@ private:
     Repeats& repeats_;
     const Repeats::Place place_;
     Tolmen::Watch* const watch_ = repeats_.watchFor(place_); // null if there is no need
+    std::uint32_t told_ = Repeats::kNobody;
     bool isSettled_ = true;
     bool isKept_ = watch_ != nullptr;
 };

@@ -4,6 +4,7 @@
 #include <quorl/objects/Repeats.h>
 
 #include <algorithm>
+#include <mutex>
 
 namespace Tolmen
 {
@@ -16,6 +17,8 @@ namespace
 {
 
 constexpr std::size_t kMostDebts = 8; // each is as large as what was walked
+
+constinit std::mutex theReaders; // of all sums, which are hardly ever read
 
 } // namespace
 
@@ -57,6 +60,7 @@ RequestExecutor::ReckonedSum& RequestExecutor::ReckonedSum::operator=(std::int32
 RequestExecutor::ReckonedSum::operator std::int32_t() const
 {
     Repeats::realizeAll();
+    const std::lock_guard lock(theReaders);
     settle();
     return value_;
 }

@@ -42,6 +42,8 @@ public:
 
     /// The same for a sum, to which walks add. What they add may take them too long to work out:
     /// then that is done, too, when somebody reads it.
+    ///
+    /// Threads: several may read that of an evaluation that has ended.
     class QUORL_API ReckonedSum
     {
     public:

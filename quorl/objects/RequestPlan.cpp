@@ -50,8 +50,7 @@ RequestPlan::~RequestPlan()
 
 bool RequestPlan::isValid() const
 {
-    return isComplete_ && shape_ == Tolmen::Watch::shape() &&
-           variables_ == Tolmen::Watch::variables();
+    return shape_ == Tolmen::Watch::shape() && variables_ == Tolmen::Watch::variables();
 }
 
 // Made of a walk
@@ -64,7 +63,6 @@ void RequestPlan::addStep(const WalkGraph& graph, Place place, const RefPtr<Valu
         inputs_.push_back(&graph.object(way.place())->age(pool));
     if (const RefPtr<VStateCreatorBase::State>& state = object.stateIn(pool))
         states_.push_back({place, &*state});
-    if (object.areStatesLent()) isComplete_ = false;
     steps_.push_back({&object, &object.age(pool), &object.ConnectionAge(),
                       static_cast<std::uint32_t>(inputs_.size()), place});
 }

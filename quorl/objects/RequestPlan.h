@@ -33,7 +33,8 @@ class RequestPlan
 public:
     using Place = WalkGraph::Place;
 
-    /// \param graph of a walk in which each object has one place, that of the beginning first.
+    /// \param graph of a walk in which each object has one place, that of the beginning first; none
+    /// has a state that is lent.
     RequestPlan(const WalkGraph& graph, const RefPtr<ValuePool>& pool);
     ~RequestPlan();
     RequestPlan(const RequestPlan&) = delete;
@@ -98,7 +99,6 @@ private:
     const WeakPtr<ValuePool> pool_;
     const std::uint64_t shape_;
     const std::uint64_t variables_;
-    bool isComplete_ = true;
     std::vector<Step> steps_;
     std::vector<const Ageable*> inputs_;
     std::vector<State> states_;

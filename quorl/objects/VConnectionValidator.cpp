@@ -1,5 +1,6 @@
 #include <quorl/objects/VConnectionValidator.h>
 
+#include <quorl/foundation/Watch.h>
 #include <quorl/objects/VRequest.h>
 
 namespace Tolmen
@@ -11,7 +12,12 @@ namespace Quorl
 {
 
 VConnectionValidator::VConnectionValidator() = default;
-VConnectionValidator::~VConnectionValidator() = default;
+
+/// Walks spare what has no validator more than what has one.
+VConnectionValidator::~VConnectionValidator()
+{
+    if (isEntered_) Tolmen::Watch::shapeChanges();
+}
 
 void VConnectionValidator::taintFromRequest(const VRequest& request)
 {

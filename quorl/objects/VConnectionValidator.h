@@ -25,6 +25,11 @@ public:
     void taintFromRequest(const VRequest& request);
 
     std::int32_t Taint = 0; ///< number of the object that last reported a change
+
+private:
+    friend class VConnectionValidatorList;
+
+    bool isEntered_ = false; // in one of these, at some time
 };
 
 } // namespace Quorl

@@ -3,6 +3,8 @@
 #include <quorl/foundation/Watch.h>
 #include <quorl/objects/VConnectionValidator.h>
 
+#include <algorithm>
+
 namespace Quorl
 {
 
@@ -14,18 +16,26 @@ void VConnectionValidatorList::insertConnectionValidator(
 {
     Tolmen::Watch::shapeChanges();
     validators_.insert(validator);
+    if (validator) validator->isEntered_ = true;
+}
+
+bool VConnectionValidatorList::hasConnectionValidators() const
+{
+    return std::ranges::any_of(validators_,
+                               [](const auto& validator) { return static_cast<bool>(validator); });
 }
 
 void VConnectionValidatorList::taintConnectionValidators(long object) const
 {
-    for (const WeakPtr<VConnectionValidator>& validator : validators_)
-        if (validator) validator->Taint = static_cast<std::int32_t>(object);
+    showConnectionValidators([&](VConnectionValidator& validator) {
+        validator.Taint = static_cast<std::int32_t>(object);
+    });
 }
 
 void VConnectionValidatorList::taintFromRequest(const VRequest& request)
 {
-    for (const WeakPtr<VConnectionValidator>& validator : validators_)
-        if (validator) validator->taintFromRequest(request);
+    showConnectionValidators(
+        [&](VConnectionValidator& validator) { validator.taintFromRequest(request); });
 }
 
 } // namespace Quorl

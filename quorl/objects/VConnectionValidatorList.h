@@ -24,7 +24,16 @@ public:
     /// A connection of the object with that number (reduced to 32 bits) has changed. Ages stand.
     void taintConnectionValidators(long object) const;
 
-    bool hasConnectionValidators() const { return !validators_.empty(); }
+    /// Whether one of them is alive.
+    bool hasConnectionValidators() const;
+
+    /// Shows each that is alive.
+    template <class Show>
+    void showConnectionValidators(Show&& show) const
+    {
+        for (const WeakPtr<VConnectionValidator>& validator : validators_)
+            if (validator) show(*validator);
+    }
 
     /// As `VConnectionValidator::taintFromRequest`, for all.
     void taintFromRequest(const VRequest& request);

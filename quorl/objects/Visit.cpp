@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/Cache.h>
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/objects/VObjectIsOutOfMemory.h>
 #include <quorl/slots/VParameter.h>
@@ -202,8 +203,7 @@ bool Visit::conclude()
     considerState();
     trace_.poolIsMissing();
     considerConnections();
-    if (object_.hasConnectionValidators()) finding_.hasMoreToDo();
-    object_.taintFromRequest(request_);
+    tellValidators();
     if (reason_ || mustUpdate()) return runUpdate();
     finding_.isIdle();
     trace_.notUpdated();
@@ -215,6 +215,7 @@ bool Visit::conclude()
 void Visit::considerState()
 {
     const RefPtr<VStateCreatorBase::State> state = object_.stateIn(request_.Pool);
+    if (object_.areStatesLent()) finding_.seesUnwatched(); // who has one replaces it unseen
     finding_.sees(object_.watchedStates());
     if (state) finding_.sees(static_cast<const Ageable*>(&*state));
     if (!state || *state < Ageable(1) || !(*state < age_)) return;
@@ -229,6 +230,14 @@ void Visit::considerConnections()
     if (!(ageBefore_ < connectionBefore_)) return;
     raiseAge(newestInput_, object_.ConnectionAge());
     reason_.connectionsHaveChanged();
+}
+
+/// Told once more, they hear nothing new as long as the request meets no newer connection.
+void Visit::tellValidators()
+{
+    object_.taintFromRequest(request_);
+    object_.showConnectionValidators(
+        [&](const VConnectionValidator& validator) { finding_.tells(validator); });
 }
 
 bool Visit::mustUpdate()

@@ -59,6 +59,7 @@ private:
 
     void considerState();
     void considerConnections();
+    void tellValidators();
     bool mustUpdate();
     bool runUpdate();
 

@@ -10,11 +10,13 @@ namespace Quorl
 namespace
 {
 
-/// Whether each visit asks the object for more than its ages.
+/// Whether each visit asks the object for more than its ages, or for one that others may replace
+/// unseen.
 bool hasASay(const VObject& object)
 {
     return OwnOperations::hasHasRequest(object) || OwnOperations::hasIgnoreInput(object) ||
-           OwnOperations::hasMustUpdate(object) || object.hasConnectionValidators();
+           OwnOperations::hasMustUpdate(object) || object.hasConnectionValidators() ||
+           object.areStatesLent();
 }
 
 } // namespace

@@ -33,7 +33,7 @@ constexpr Weight kCalm[] = {
     {Move::DropSlot, 1},        {Move::WriteExecutor, 1}, {Move::WriteTrace, 1},
     {Move::Leave, 1},           {Move::Validator, 1},     {Move::Graph, 1},
     {Move::Release, 1},         {Move::Classes, 1},       {Move::WriteSlot, 1},
-    {Move::Listen, 1}};
+    {Move::Listen, 1},          {Move::WriteLentState, 1}};
 
 constexpr Weight kWild[] = {{Move::Repeat, 24},
                             {Move::Request, 24},
@@ -51,6 +51,7 @@ constexpr Weight kWild[] = {{Move::Repeat, 24},
                             {Move::WriteConnection, 4},
                             {Move::TouchState, 2},
                             {Move::WriteState, 3},
+                            {Move::WriteLentState, 1},
                             {Move::Ready, 4},
                             {Move::Locality, 4},
                             {Move::Classes, 3},
@@ -83,7 +84,8 @@ constexpr Weight kActs[] = {{Move::Look, 12},           {Move::Touch, 8},
                             {Move::Verbosity, 1},       {Move::Listen, 1},
                             {Move::Validator, 1},       {Move::ChangeTicket, 2},
                             {Move::Cancel, 3},          {Move::Throw, 4},
-                            {Move::Request, 8},         {Move::Graph, 2}};
+                            {Move::Request, 8},         {Move::Graph, 2},
+                            {Move::WriteLentState, 3}};
 
 /// Makes up one history.
 class Author

@@ -39,6 +39,7 @@ struct MoveKinds
         WriteConnection,   ///< the connection age of object `a`
         TouchState,        ///< of object `a` in pool `b`
         WriteState,        ///< the same: its age, or whether there is one
+        WriteLentState,    ///< the same, by a handle that was lent once
         Ready,             ///< whether object `a` is
         Locality,          ///< of parameter `a`
         Classes,           ///< object `a` takes inputs of class `b`, or does not any more
@@ -79,6 +80,7 @@ struct MoveKinds
                                              "WriteConnection",
                                              "TouchState",
                                              "WriteState",
+                                             "WriteLentState",
                                              "Ready",
                                              "Locality",
                                              "Classes",

@@ -215,6 +215,7 @@ Move Network::broughtTo(const VRequest& request, Move act) const
         case Move::WriteParameterAge:
         case Move::TouchState:
         case Move::WriteState:
+        case Move::WriteLentState:
             if (act.b % 2 == 0)
                 act.b = static_cast<int>(std::ranges::find(pools_, request.Pool) - pools_.begin());
             return act;

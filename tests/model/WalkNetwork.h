@@ -10,8 +10,10 @@
 #include <quorl/slots/VValueParameter.h>
 #include <quorl/values/ValuePool.h>
 
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace QuorlTest::Walks
@@ -54,6 +56,8 @@ public:
     void notePoll(int pollsLeft) { transcript_.note("poll", pollsLeft); }
 
 private:
+    using State = Quorl::RefPtr<Quorl::VStateCreatorBase::State>;
+
     /// What an object does in a hook.
     struct Act
     {
@@ -90,6 +94,7 @@ private:
     void writeTrace(const Move& move);
     void writeExecutor(const Move& move);
     void writeState(const Move& move);
+    void writeLentState(const Move& move);
     void changeLocality(const Move& move);
     void changeTicket(const Move& move, Quorl::VRequest& ticket);
     Quorl::Ageable anyAge(int from, const Quorl::Ageable& present) const;
@@ -133,6 +138,7 @@ private:
     std::vector<int> slotOwners_;
     std::vector<Quorl::RefPtr<Quorl::VConnectionValidator>> validators_;
     std::vector<Quorl::RefPtr<Quorl::ValuePool>> pools_;
+    std::map<std::pair<int, int>, State*> lentStates_; // by objects and pools
     std::vector<Quorl::WeakPtr<Quorl::VRequest::ID>> evaluations_;
     std::vector<std::vector<int>> sources_; // of objects, as they are wired
     std::unique_ptr<Quorl::VRequest> lastTicket_;

@@ -163,6 +163,9 @@ bool Network::performOnAges(const Move& move)
         case Move::WriteState:
             if (found) writeState(move);
             break;
+        case Move::WriteLentState:
+            if (found) writeLentState(move);
+            break;
         default: return false;
     }
     return true;
@@ -193,11 +196,31 @@ void Network::writeState(const Move& move)
     {
         case 0: found.setState(where, {}); break;
         case 1: found.setState(where, found.newState()); break;
-        case 2: found.removeState(where); break;
+        case 2:
+            lentStates_.erase({within(move.a, objects_.size()), within(move.b, pools_.size())});
+            found.removeState(where);
+            break;
         default: {
             Ageable& age = *found.myState(where);
             age = anyAge(move.c / 5, age);
         }
+    }
+}
+
+/// Nobody else hears of it.
+void Network::writeLentState(const Move& move)
+{
+    const VObject& found = *object(move.a);
+    State*& lent = lentStates_[{within(move.a, objects_.size()), within(move.b, pools_.size())}];
+    if (!lent) lent = &found.getState(pool(move.b));
+    if (move.c % 4 == 0)
+        *lent = State();
+    else
+    {
+        const State replacement = found.newState();
+        Ageable& age = *replacement;
+        age = anyAge(move.c / 4, age);
+        *lent = replacement;
     }
 }
 

@@ -3,6 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <latch>
+#include <string>
+#include <thread>
+#include <vector>
+
 /// How deep a request finds each object, and what it answers on a second path to one.
 namespace Quorl
 {
@@ -109,6 +116,46 @@ TEST(VObjectRequest, HandsItsDepthDown)
     EXPECT_EQ(a->Executor.Level, 1);
     EXPECT_EQ(a->Executor.Max, b->Executor.Max);
     EXPECT_EQ(b->Executor.Max->MaxLevel, 1);
+}
+
+/// Each takes from the two before it, so that depths become others many times.
+RefPtr<Node> endOfLadder(Network& network)
+{
+    constexpr std::size_t kObjects = 40;
+    std::vector<RefPtr<Node>> nodes;
+    while (nodes.size() < kObjects)
+    {
+        const RefPtr<Node> node = network.node("object " + std::to_string(nodes.size()));
+        for (std::size_t back = 1; back <= std::min<std::size_t>(nodes.size(), 2); ++back)
+            network.connect(nodes[nodes.size() - back], node, std::to_string(back));
+        nodes.push_back(node);
+    }
+    return nodes.back();
+}
+
+TEST(RequestExecutorThreads, ReadHowOftenDepthsHaveChangedInAnEvaluationThatHasEnded)
+{
+    constexpr int kRounds = 50;
+    constexpr int kReaders = 4;
+    for (int round = 0; round < kRounds; ++round)
+    {
+        Network network;
+        const RefPtr<Node> end = endOfLadder(network);
+        for (int evaluation = 0; evaluation < 3; ++evaluation) ask(end, makePool());
+        const auto& changes = end->Executor.Max->Changes;
+        std::vector<std::int32_t> answers(kReaders);
+        std::latch begin(kReaders);
+        {
+            std::vector<std::jthread> readers;
+            for (std::int32_t& answer : answers)
+                readers.emplace_back([&] {
+                    begin.arrive_and_wait();
+                    answer = changes;
+                });
+        }
+
+        EXPECT_EQ(answers, std::vector<std::int32_t>(kReaders, changes));
+    }
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VObject.h>
 #include <tests/support/Node.h>
 
@@ -27,7 +28,11 @@ std::int64_t theQuestions = 0;
 class CountingValue final : public VValue<double>
 {
 public:
-    Ageable& age() override { return VValue<double>::age(); }
+    Ageable& age() override
+    {
+        ++theQuestions;
+        return VValue<double>::age();
+    }
     const Ageable& age() const override
     {
         ++theQuestions;
@@ -62,17 +67,18 @@ public:
 
     /// \return how many questions a request at the last object asked, for each input of the
     /// network.
-    double questionsOfRequest()
+    double questionsOfRequest() { return questionsOfRequest(nodes_.size() - 1); }
+    double questionsOfRequest(std::size_t object)
     {
         theQuestions = 0;
-        ask(nodes_.back());
+        ask(nodes_[object]);
         return static_cast<double>(theQuestions) / inputs_;
     }
 
     void changeFirst() { nodes_.front()->touchInputSetAge(); }
     std::size_t updates() { return network_.takeLog().size(); }
     std::size_t objects() const { return nodes_.size(); }
-    const VObject& first() const { return *nodes_.front(); }
+    VObject& first() const { return *nodes_.front(); }
 
 private:
     Network network_;
@@ -165,6 +171,46 @@ TEST_P(Growth, OfARequestAfterAChangeIsLinear)
     });
 }
 
+TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
+{
+    atEachSize([](Growing& network) {
+        network.first().getState({});
+        EXPECT_GT(network.questionsOfRequest(), 1);
+        network.questionsOfRequest();
+
+        EXPECT_LE(network.questionsOfRequest(), 1) << "no plan is made in vain";
+    });
+}
+
+TEST_P(Growth, OfUnchangedRequestsIsLinearBehindAValidatorThatHasEnded)
+{
+    atEachSize([](Growing& network) {
+        RefPtr<VConnectionValidator> validator(new VConnectionValidator);
+        network.first().insertConnectionValidator(validator);
+        network.questionsOfRequest();
+        network.questionsOfRequest();
+        validator = RefPtr<VConnectionValidator>();
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+    });
+}
+
+TEST_P(Growth, OfRequestsIsLinearWithAValidator)
+{
+    atEachSize([](Growing& network) {
+        const RefPtr<VConnectionValidator> validator(new VConnectionValidator);
+        network.first().insertConnectionValidator(validator);
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        network.changeFirst();
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(validator->Taint, network.first().ID);
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Shapes, Growth,
                          testing::Values(std::pair("Layers", std::pair(&addLayers, 12U)),
                                          std::pair("Ladder", std::pair(&addLadder, 40U)),
@@ -186,6 +232,43 @@ TEST(Ladder, OfManyObjectsIsEvaluated)
     EXPECT_EQ(network.updates(), 0U);
     EXPECT_EQ(network.first().Executor.Max->MaxLevel, static_cast<int>(kObjects) - 1);
     EXPECT_EQ(network.first().Executor.Max->Changes, std::numeric_limits<std::int32_t>::max());
+}
+
+/// Requests begin at many objects downstream of one chain, whose plans are more than are kept.
+class ManyPlans : public testing::Test
+{
+protected:
+    static constexpr std::size_t kLength = 2000;
+    static constexpr std::size_t kEnds = 540;
+
+    ManyPlans()
+    {
+        network.add({});
+        while (network.objects() < kLength) network.add({network.objects() - 1});
+        for (std::size_t at = 0; at < kEnds; ++at) network.add({kLength - 1});
+        for (std::size_t at = 0; at < kEnds; ++at)
+            for (int request = 0; request < 2; ++request) network.questionsOfRequest(end(at));
+    }
+
+    static std::size_t end(std::size_t number) { return kLength + number; }
+
+    Growing network;
+};
+
+TEST_F(ManyPlans, MakeRoomForNewerOnes)
+{
+    EXPECT_EQ(network.questionsOfRequest(end(kEnds - 1)), 0) << "the last plan stands";
+    EXPECT_EQ(network.questionsOfRequest(end(kEnds / 2)), 0) << "others, too";
+    EXPECT_GT(network.questionsOfRequest(end(0)), 0) << "the first one has gone";
+}
+
+TEST_F(ManyPlans, ThatAreVoidMakeRoomForThatOfAnotherNetwork)
+{
+    Growing other;
+    addDoubleChain(other, kLength);
+    for (int request = 0; request < 3; ++request) other.questionsOfRequest();
+
+    EXPECT_EQ(other.questionsOfRequest(), 0);
 }
 
 /// One object takes the ends of many chains.

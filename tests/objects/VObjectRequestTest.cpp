@@ -403,6 +403,39 @@ TEST(VObjectRequest, UpdatesForAStateThatWasTouchedBeforeTheObjectRan)
     EXPECT_FALSE(ask(object, pool));
 }
 
+TEST(VObjectRequest, SeesAStateThatIsReplacedInTheWalkByWhomItWasLentTo)
+{
+    Network network;
+    const auto kept = network.node("kept");
+    const auto first = network.node("first");
+    const auto writer = network.node("writer");
+    const auto root = network.node("root");
+    const auto pool = makePool();
+    kept->input("in");
+    const auto inputOfFirst = first->input("in");
+    const auto inputOfWriter = writer->input("in");
+    network.connect(kept, root, "1");
+    network.connect(first, root, "2");
+    network.connect(kept, root, "3"); // once more, since code has run: kept under a watch
+    network.connect(writer, root, "4");
+    network.connect(kept, root, "5");
+    ask(root, pool);
+    network.takeLog();
+
+    RefPtr<VStateCreatorBase::State>& lent = kept->getState(pool);
+    const RefPtr<VStateCreatorBase::State> modifiedOnce(new VStateCreatorBase::State);
+    static_cast<Ageable&>(*modifiedOnce) = Ageable(1);
+    writer->whenUpdated = [&](VRequest&) {
+        lent = modifiedOnce;
+        return true;
+    };
+    touchInput(inputOfFirst, pool);
+    touchInput(inputOfWriter, pool);
+    ask(root, pool);
+
+    EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"first", "writer", "kept", "root"}));
+}
+
 TEST(VObjectRequest, RunsWithoutAPoolOnTheObjectsOwnAge)
 {
     Network network;
