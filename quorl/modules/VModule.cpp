@@ -59,6 +59,7 @@ VModule::VModule(const string& modulePath)
     VManagedObject::CurrentLoadModule = path;
     // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
     if (isCompatible()) load();
+    // What the static initialisers around this load register from now on is of their module.
     if (const VModule* const outer = LoadScope::inStaticInitialisers())
         VManagedObject::CurrentLoadModule = outer->path;
 }
