@@ -6,7 +6,7 @@
 namespace Quorl
 {
 
-bool PlannedParts::hold(const VObject& object, VRequest& request)
+bool PlannedParts::beginsIdlePart(const VObject& object, VRequest& request)
 {
     if (!plan_ || !isUsable(request) || !plan_->isStep(next_, object)) return false;
     const Place end = plan_->endOfPart(next_);

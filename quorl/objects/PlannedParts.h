@@ -8,7 +8,7 @@ namespace Quorl
 
 /// Goes along a plan with a walk, since not all of the plan holds, and spares it the parts that do.
 ///
-///     if (parts.hold(object, request)) parts.repeat(request);
+///     if (parts.beginsIdlePart(object, request)) parts.repeat(request);
 ///     else parts.enter(object);
 class PlannedParts
 {
@@ -19,8 +19,8 @@ public:
     explicit PlannedParts(const RequestPlan* plan = nullptr) : plan_(plan) {}
 
     /// Whether an object, where the walk has come to, begins a part in which there is nothing to
-    /// do.
-    bool hold(const VObject& object, VRequest& request);
+    /// do. The request has met its newest connection then.
+    bool beginsIdlePart(const VObject& object, VRequest& request);
 
     /// Does what the walk would do there.
     void repeat(const VRequest& request);

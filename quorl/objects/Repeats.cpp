@@ -6,7 +6,6 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -44,7 +43,7 @@ Repeats::Place Repeats::meet(VObject& object)
 
 Repeats::Place Repeats::lead(VObject& source, Place asker)
 {
-    if (hasMet(source))
+    if (metAt(source))
     {
         const Place place = meet(source);
         owe(place, asker, false);
@@ -63,7 +62,7 @@ void Repeats::passOver(const VObject& source, Place asker)
     visitTwice(place);
 }
 
-void Repeats::tell(VObject& source, Place asker) const
+void Repeats::tell(VObject& source, Place asker)
 {
     const Depth depth = depthBelow(asker);
     request_.Id->log_.add(
@@ -102,11 +101,6 @@ Repeats::Depth Repeats::depthBelow(Place asker) const
         if (met.owedSince == accounts_) return {met.owedLevel + 1, &chain_};
     }
     return {object.Executor.knownLevel() + 1, &object.Executor.Max};
-}
-
-bool Repeats::hasMet(const VObject& object) const
-{
-    return graph_.placeOf(object) != WalkGraph::kNowhere;
 }
 
 const Repeats::Met* Repeats::metAt(const VObject& object) const
@@ -249,32 +243,6 @@ void Repeats::forget(const VObject& object)
         walk->realize();
         walk->graph_.forgetObject(place);
     }
-}
-
-void Finding::tells(const Ageable& validator)
-{
-    sees(&validator);
-    told_ = std::min(told_, repeats_.connections());
-}
-
-void Finding::heard(const VObject& source)
-{
-    isSettled_ = isSettled_ && repeats_.isSettled(source);
-    if (!isSettled_) return;
-    const Repeats::Met& met = *repeats_.metAt(source);
-    isKept_ = isKept_ && met.isKept;
-    told_ = std::min(told_, met.told);
-}
-
-void Finding::ranForeignCode()
-{
-    hasMoreToDo();
-    repeats_.foreignCodeRan();
-}
-
-void Finding::isIdle()
-{
-    if (isSettled_) repeats_.settle(place_, isKept_, told_);
 }
 
 } // namespace Quorl

@@ -23,8 +23,8 @@ namespace Quorl
 /// changes nothing but tallies, levels and traces. It is latent then: put on a list, and worked out
 /// with all others when the walk ends or when somebody reads what it concerns.
 ///
-/// An object with validators is one that tells them of the newest connection that the request has
-/// met: when that has become newer, it is not settled any more.
+/// An object tells its validators of the newest connection that the request has met: what has some
+/// upstream is settled only until the request meets a newer one.
 ///
 /// What may have changed since is known like this. As long as no code of others has run, nothing
 /// has. After that, an object is walked once more, and what that visit sees is kept under a watch;
@@ -49,8 +49,8 @@ public:
     /// The same to a source that the visit at `asker` asks.
     Place lead(VObject& source, Place asker);
 
-    /// The same to a source that will not be met here: another walk visits it.
-    void tell(VObject& source, Place asker) const;
+    /// Tells a source, and the log, how deep it is where the visit at `asker` asks it.
+    void tell(VObject& source, Place asker);
 
     /// A visit is not paid. \pre the source is settled.
     void passOver(const VObject& source, Place asker);
@@ -109,7 +109,6 @@ private:
         const RefPtr<RequestExecutor::MaxRequestExecutor>* chain;
     };
 
-    bool hasMet(const VObject& object) const;
     Depth depthBelow(Place asker) const;
     void owe(Place place, Place asker, bool isDeep);
     void notice();
@@ -138,44 +137,6 @@ private:
     std::uint32_t connections_ = 1; // rises with that
     bool isTicketKept_ = true;
     Repeats* const outer_; // of the same thread
-};
-
-/// What a visit that is paid finds out for those behind it.
-class Finding
-{
-public:
-    Finding(Repeats& repeats, Repeats::Place place) : repeats_(repeats), place_(place) {}
-
-    Repeats::Place place() const { return place_; }
-
-    void enters() { repeats_.enter(place_); }
-
-    /// A place of memory on which the result depends.
-    void sees(const void* place)
-    {
-        if (watch_) watch_->keep(place);
-    }
-
-    /// A validator has heard of the newest connection.
-    void tells(const Ageable& validator);
-
-    /// Something on which the result depends, and that code of others may change unseen.
-    void seesUnwatched() { isKept_ = false; }
-
-    void heard(const VObject& source);         ///< its answer
-    void hasMoreToDo() { isSettled_ = false; } ///< at each further visit
-    void ranForeignCode();
-
-    /// The object had nothing to do.
-    void isIdle();
-
-private:
-    Repeats& repeats_;
-    const Repeats::Place place_;
-    Tolmen::Watch* const watch_ = repeats_.watchFor(place_); // null if there is no need
-    std::uint32_t told_ = Repeats::kNobody;
-    bool isSettled_ = true;
-    bool isKept_ = watch_ != nullptr;
 };
 
 } // namespace Quorl

@@ -22,7 +22,7 @@ bool RequestPlans::repeat(VRequest& request)
     if (!kept_) return false;
     Repeats::upsetAll();
     parts_ = PlannedParts(kept_->find(request.Pool));
-    if (!parts_.hold(root_, request)) return false;
+    if (!parts_.beginsIdlePart(root_, request)) return false;
     parts_.repeat(request);
     return true;
 }

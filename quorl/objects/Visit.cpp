@@ -53,7 +53,7 @@ Visit::~Visit() = default;
 bool Visit::begin()
 {
     trace_.begin(precision_);
-    if (OwnOperations::hasHasRequest(object_)) finding_.ranForeignCode();
+    if (OwnOperations::hasHasRequest(object_)) finding_.noteForeignCode();
     if (object_.hasRequest(request_))
     {
         trace_.recursionStopped();
@@ -68,9 +68,9 @@ bool Visit::begin()
         trace_.occupied();
         return false;
     }
-    finding_.enters();
-    finding_.sees(&age_);
-    finding_.sees(&object_.ConnectionAge());
+    finding_.noteEntry();
+    finding_.notePlace(&age_);
+    finding_.notePlace(&object_.ConnectionAge());
     deeper_.emplace();
     inputs_.emplace(object_, VObject::kAllLevels);
     return true;
@@ -100,7 +100,7 @@ VObject* Visit::nextSource()
 
 bool Visit::takesPart(const RefPtr<VSlot>& slot)
 {
-    if (OwnOperations::hasIgnoreInput(object_)) finding_.ranForeignCode();
+    if (OwnOperations::hasIgnoreInput(object_)) finding_.noteForeignCode();
     return object_.takesPart(slot);
 }
 
@@ -108,18 +108,7 @@ bool Visit::takesPart(const RefPtr<VSlot>& slot)
 bool Visit::considerInput(const VSlot& slot)
 {
     parameter_ = slot.Parameter;
-    const Ageable& parameterAgeNow = parameter_->age(request_.Pool);
-    const Ageable parameterAge = parameterAgeNow;
-    finding_.sees(&parameterAgeNow);
-    if (parameter_->local) finding_.sees(parameter_->self.referer);
-    if (parameterAge > age_)
-    {
-        trace_.inputIsNewer(slot, parameterAge);
-        reason_.inputIsNewer(slot.Name);
-        raiseAge(newestInput_, parameterAge);
-    }
-    trace_.inputAge(slot, parameterAge, newestInput_);
-
+    const Ageable parameterAge = considerParameter(slot);
     source_ = parameter_->source;
     if (!source_)
     {
@@ -128,8 +117,25 @@ bool Visit::considerInput(const VSlot& slot)
     }
     trace_.sourceIsOlderThanInput(slot, parameterAge, *source_);
     if (isToBeAsked(*source_)) return true;
-    finding_.hasMoreToDo();
+    finding_.noteMoreToDo();
     return false;
+}
+
+/// \return the age at which it was looked at.
+Ageable Visit::considerParameter(const VSlot& slot)
+{
+    const Ageable& ageNow = parameter_->age(request_.Pool);
+    const Ageable parameterAge = ageNow;
+    finding_.notePlace(&ageNow);
+    if (parameter_->local) finding_.notePlace(parameter_->self.referer);
+    if (parameterAge > age_)
+    {
+        trace_.inputIsNewer(slot, parameterAge);
+        reason_.inputIsNewer(slot.Name);
+        raiseAge(newestInput_, parameterAge);
+    }
+    trace_.inputAge(slot, parameterAge, newestInput_);
+    return parameterAge;
 }
 
 void Visit::considerPureInput(const VSlot& slot, const Ageable& parameterAge)
@@ -150,7 +156,7 @@ bool Visit::isToBeAsked(const VObject& source)
         trace_.sourceIsNotReady(source);
         return false;
     }
-    if (OwnOperations::hasHasRequest(source)) finding_.ranForeignCode();
+    if (OwnOperations::hasHasRequest(source)) finding_.noteForeignCode();
     if (source.hasRequest(request_))
     {
         trace_.cycleStopped(source);
@@ -162,7 +168,7 @@ bool Visit::isToBeAsked(const VObject& source)
 void Visit::hearAnswer(bool wasModified)
 {
     const VSlot& slot = *inputs_->slot();
-    finding_.heard(*source_);
+    finding_.noteAnswer(*source_);
     if (wasModified)
     {
         const Ageable& parameterAge = parameter_->age(request_.Pool);
@@ -186,7 +192,7 @@ void Visit::hearAnswer(bool wasModified)
 void Visit::leaveInput()
 {
     if (isLast(source_) || isLast(parameter_))
-        finding_.ranForeignCode(); // what ends may do anything
+        finding_.noteForeignCode(); // what ends may do anything
     source_ = RefPtr<VObject>();
     parameter_ = RefPtr<VParameter>();
 }
@@ -205,7 +211,7 @@ bool Visit::conclude()
     considerConnections();
     tellValidators();
     if (reason_ || mustUpdate()) return runUpdate();
-    finding_.isIdle();
+    finding_.noteIdle();
     trace_.notUpdated();
     return false;
 }
@@ -215,9 +221,9 @@ bool Visit::conclude()
 void Visit::considerState()
 {
     const RefPtr<VStateCreatorBase::State> state = object_.stateIn(request_.Pool);
-    if (object_.areStatesLent()) finding_.seesUnwatched(); // who has one replaces it unseen
-    finding_.sees(object_.watchedStates());
-    if (state) finding_.sees(static_cast<const Ageable*>(&*state));
+    if (object_.areStatesLent()) finding_.noteUnwatched(); // who has one replaces it unseen
+    finding_.notePlace(object_.watchedStates());
+    if (state) finding_.notePlace(static_cast<const Ageable*>(&*state));
     if (!state || *state < Ageable(1) || !(*state < age_)) return;
     reason_.stateIsOld();
     trace_.stateIsOld(*state);
@@ -237,13 +243,13 @@ void Visit::tellValidators()
 {
     object_.taintFromRequest(request_);
     object_.showConnectionValidators(
-        [&](const VConnectionValidator& validator) { finding_.tells(validator); });
+        [&](const VConnectionValidator& validator) { finding_.noteTold(validator); });
 }
 
 bool Visit::mustUpdate()
 {
     if (!OwnOperations::hasMustUpdate(object_)) return false;
-    finding_.ranForeignCode();
+    finding_.noteForeignCode();
     return object_.must_update(request_, precision_);
 }
 
@@ -251,7 +257,7 @@ bool Visit::mustUpdate()
 /// is newer than it then.
 bool Visit::runUpdate()
 {
-    finding_.ranForeignCode();
+    finding_.noteForeignCode();
     if (VObject::VERBOSE_REQUEST != 0)
         trace_.updating(newestInput_, static_cast<bool>(reason_), reason_.text());
     const Ageable ageAtUpdate = age_;

@@ -5,7 +5,7 @@
 #include <quorl/foundation/Counter.h>
 #include <quorl/foundation/Profiler.h>
 #include <quorl/foundation/RefPtr.h>
-#include <quorl/objects/Repeats.h>
+#include <quorl/objects/Finding.h>
 #include <quorl/objects/RequestTrace.h>
 #include <quorl/objects/UpdateReason.h>
 #include <quorl/slots/InputCursor.h>
@@ -53,6 +53,7 @@ public:
 private:
     bool takesPart(const RefPtr<VSlot>& slot);
     bool considerInput(const VSlot& slot);
+    Ageable considerParameter(const VSlot& slot);
     void considerPureInput(const VSlot& slot, const Ageable& parameterAge);
     bool isToBeAsked(const VObject& source);
     void leaveInput();

@@ -78,7 +78,7 @@ void Walk::ask(VObject& source)
         repeats_.passOver(source, asker.place());
         asker.hearAnswer(false);
     }
-    else if (plans_.parts().hold(source, request_))
+    else if (plans_.parts().beginsIdlePart(source, request_))
     {
         repeats_.tell(source, asker.place());
         plans_.parts().repeat(request_);
