@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -138,6 +139,30 @@ void checkName(const std::string& name)
                          ": this is a word of C++, CMake or Quorl; another name is expected");
 }
 
+using NamedTexts = std::vector<std::pair<std::string, std::string>>;
+
+/// Writes all files or none. \return their paths.
+std::vector<std::string> writeFiles(const fs::path& folder, const NamedTexts& files)
+{
+    std::vector<std::string> written;
+    try
+    {
+        for (const auto& [name, text] : files)
+        {
+            const std::string path = (folder / name).string();
+            writeWholeFile(path, text);
+            written.push_back(path);
+        }
+    }
+    catch (...)
+    {
+        std::error_code isLeft;
+        for (const std::string& path : written) fs::remove(path, isLeft);
+        throw;
+    }
+    return written;
+}
+
 /// \return the files that were written.
 std::vector<std::string> makeProject(const std::string& name, const fs::path& folder)
 {
@@ -148,18 +173,13 @@ std::vector<std::string> makeProject(const std::string& name, const fs::path& fo
     fs::create_directories(folder, failure);
     if (failure) throw std::runtime_error(folder.string() + ": " + failure.message());
     const std::string className = classNameOf(name);
-    const std::pair<std::string, const char*> files[] = {{"CMakeLists.txt", kBuild},
-                                                         {className + ".cpp", kSource},
-                                                         {name + ".json", kNetwork},
-                                                         {"README.md", kReadMe}};
-    std::vector<std::string> written;
-    for (const auto& [file, text] : files)
-    {
-        written.push_back((folder / file).string());
-        writeWholeFile(written.back(),
-                       replaced(replaced(text, "@stem@", name), "@Class@", className));
-    }
-    return written;
+    const auto filled = [&](const char* text) {
+        return replaced(replaced(text, "@stem@", name), "@Class@", className);
+    };
+    return writeFiles(folder, {{"CMakeLists.txt", filled(kBuild)},
+                               {className + ".cpp", filled(kSource)},
+                               {name + ".json", filled(kNetwork)},
+                               {"README.md", filled(kReadMe)}});
 }
 
 void tell(const Settings& settings, const std::string& name, const std::vector<std::string>& files)

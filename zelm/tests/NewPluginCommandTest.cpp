@@ -70,5 +70,17 @@ TEST_F(NewPluginCommand, LeavesAloneWhatIsThere)
     expectComplaint(1, "/proc/a");
 }
 
+TEST_F(NewPluginCommand, LeavesNoHalfOfAProject)
+{
+    // Blocks of 512 bytes: only the first file fits.
+    runCommand("cd " + folder.path().string() +
+               " && trap '' XFSZ && ulimit -f 1 && " ZELM_PROGRAM " new-plugin summit");
+
+    expectComplaint(1, "summit/Summit.cpp: this cannot be written: File too large");
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "summit"));
+    zelm("new-plugin summit");
+    EXPECT_EQ(status, 0) << err << "it can be begun again";
+}
+
 } // namespace
 } // namespace Zelm
