@@ -48,7 +48,7 @@ void BM_ChangeLeaf(benchmark::State& state)
 {
     const Topology topology = shape(size...);
     Network network(topology);
-    network.request();
+    network.result();
     const double before = network.result(); // the second request may prepare those behind it
     const std::int64_t updates = network.updates();
     double leaf = 0;
