@@ -43,6 +43,20 @@ public:
         }
     }
 
+    void reopen(std::int64_t count)
+    {
+        pools.clear();
+        open(count);
+    }
+
+    /// Opens contexts in which everything is computed and prepared.
+    void settle(std::int64_t count)
+    {
+        open(count);
+        requestAll();
+        requestAll();
+    }
+
     void setLeaves(const RefPtr<ValuePool>& pool, double datum)
     {
         for (std::size_t chain = 0; chain < kChainsOfContexts; ++chain)
@@ -74,8 +88,7 @@ void BM_FirstRequests(benchmark::State& state)
     for (auto _ : state)
     {
         state.PauseTiming();
-        contexts.pools.clear();
-        contexts.open(state.range(0));
+        contexts.reopen(state.range(0));
         state.ResumeTiming();
         contexts.requestAll();
     }
@@ -89,8 +102,7 @@ void BM_SecondRequests(benchmark::State& state)
     for (auto _ : state)
     {
         state.PauseTiming();
-        contexts.pools.clear();
-        contexts.open(state.range(0));
+        contexts.reopen(state.range(0));
         contexts.requestAll();
         const std::int64_t updates = contexts.network.updates();
         state.ResumeTiming();
@@ -104,9 +116,7 @@ void BM_SecondRequests(benchmark::State& state)
 void BM_RequestsUnchanged(benchmark::State& state)
 {
     Contexts contexts;
-    contexts.open(state.range(0));
-    contexts.requestAll();
-    contexts.requestAll();
+    contexts.settle(state.range(0));
     const std::int64_t updates = contexts.network.updates();
     for (auto _ : state) contexts.requestAll();
     if (contexts.network.updates() != updates)
@@ -118,9 +128,7 @@ void BM_RequestsUnchanged(benchmark::State& state)
 void BM_RequestsAfterChange(benchmark::State& state)
 {
     Contexts contexts;
-    contexts.open(state.range(0));
-    contexts.requestAll();
-    contexts.requestAll();
+    contexts.settle(state.range(0));
     const std::int64_t updates = contexts.network.updates();
     for (auto _ : state)
         for (std::size_t number = 0; number < contexts.pools.size(); ++number)

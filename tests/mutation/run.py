@@ -29,6 +29,7 @@ RESULTS = WORK / "results.json"
 EXPLAINED = pathlib.Path(__file__).with_name("explained.toml")
 FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
            "kit", "platform")
+TARGETS = [f"{name}_test" for name in (*FOLDERS, "model")]
 MODEL_CASES = "max_success=300 max_size=60"
 
 
@@ -54,14 +55,10 @@ def prepare():
                     "-DCMAKE_CXX_FLAGS=-O1", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
                     "-DQUORL_BUILD_HOST=OFF", "-DQUORL_BUILD_EXAMPLES=OFF",
                     "-DQUORL_BUILD_BENCHMARKS=OFF"], check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", BUILD, "--target", *targets(FOLDERS)], check=True)
+    subprocess.run(["cmake", "--build", BUILD, "--target", *TARGETS], check=True)
     broken = [name for name in (*FOLDERS, "model") if not passes_test(name)]
     if broken:
         sys.exit("the tests fail without any mutant: " + ", ".join(broken))
-
-
-def targets(folders):
-    return [f"{folder}_test" for folder in folders] + ["model_test"]
 
 
 def passes(folder):
@@ -85,7 +82,7 @@ def result_of(name, mutant):
     folder = pathlib.PurePath(name).parts[1]
     try:
         source.write_text(mutant.applied(text), encoding="utf-8")
-        if not run(["cmake", "--build", BUILD, "--target", *targets(FOLDERS)], timeout=1200):
+        if not run(["cmake", "--build", BUILD, "--target", *TARGETS], timeout=1200):
             return "invalid"
         return "survived" if passes(folder) else "killed"
     finally:
