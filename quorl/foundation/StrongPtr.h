@@ -44,6 +44,7 @@ public:
         this->refBoth();
     }
 
+    /// From a watched field as from the handle in it.
     template <class S, template <class, class> class H>
     StrongPtr(const Watched<H<S, B>>& source) : StrongPtr(source.value())
     {

@@ -29,6 +29,7 @@ public:
     /// From the object itself; null gives the null handle.
     WeakPtrImpl(const ReferenceBase<B>* object) : WeakPtrImpl(Bare{}, object) { takeWeakShare(); }
 
+    /// From a watched field as from the handle in it.
     template <class S, template <class, class> class H>
     WeakPtrImpl(const Watched<H<S, B>>& source) : WeakPtrImpl(source.value())
     {
