@@ -121,11 +121,14 @@ void BM_WriteTextToStream(benchmark::State& state)
     });
 }
 
+/// \param format further arguments of `std::to_chars`; without any, it writes as few digits as
+/// bring the number back.
+template <auto... format>
 void BM_WriteTextToChars(benchmark::State& state)
 {
     writeText(state, [](double datum) {
         Buffer text;
-        *std::to_chars(text.data(), text.data() + text.size() - 1, datum).ptr = '\0';
+        *std::to_chars(text.data(), text.data() + text.size() - 1, datum, format...).ptr = '\0';
         return text;
     });
 }
@@ -284,7 +287,10 @@ BENCHMARK(BM_ReadTextFromChars)->Name("text to double/bare, from_chars");
 BENCHMARK(BM_WriteText)->Name("double to text/ours");
 BENCHMARK(BM_WriteTextSnprintf)->Name("double to text/snprintf");
 BENCHMARK(BM_WriteTextToStream)->Name("double to text/std::ostringstream");
-BENCHMARK(BM_WriteTextToChars)->Name("double to text/bare, to_chars");
+BENCHMARK(BM_WriteTextToChars<>)->Name("double to text/bare, to_chars");
+BENCHMARK(
+    BM_WriteTextToChars<std::chars_format::general, std::numeric_limits<double>::max_digits10>)
+    ->Name("double to text/bare, to_chars of 17 digits");
 BENCHMARK(BM_ValueThroughText)->Name("value from text and back/ours");
 BENCHMARK(BM_NumberThroughTextStandard)->Name("value from text and back/strtod and snprintf");
 BENCHMARK(BM_GetValue<false>)->Name("parameter get value, global/ours");

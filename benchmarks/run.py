@@ -4,13 +4,15 @@
     run.py [--document=FILE] FOLDER [OPTION...]
 
 FOLDER holds the programs. Options go to Google Benchmark, except that it is this script that repeats
-(--benchmark_repetitions=5) and writes what came out (--benchmark_out=FILE). Programs alternate, one
-repetition of each after the other, so that what slows a machine down for a while slows all of them;
-of the repetitions the median counts. A run of everything writes its table into docs/performance.md;
-one of a part does if --document names a file.
+(--benchmark_repetitions=5) and writes what came out (--benchmark_out=FILE). Each subject is measured in
+processes of its own, one of each program after the other: what slows a machine down for a while slows
+all of them, and none finds a heap that another subject has left. Of the repetitions the median counts. A
+run of everything writes its table into docs/performance.md; one of a part does if --document names a
+file.
 """
 
 import json
+import re
 import statistics
 import subprocess
 import sys
@@ -18,7 +20,7 @@ import tempfile
 from pathlib import Path
 
 import report
-from table import Table
+from table import Table, parse_name
 
 SOURCES = Path(__file__).resolve().parent
 DOCUMENT = SOURCES.parent / "docs" / "performance.md"
@@ -63,24 +65,44 @@ def programs_in(folder):
     return [folder / "quorl_benchmarks", *sorted((folder / "peers" / "programs").glob("quorl_peer_*"))]
 
 
-def run(program, options):
-    """What one repetition of a program measured, as Google Benchmark tells it."""
+def by_subject(programs, options):
+    """The names of the benchmarks that the options choose, as {subject: {program: [name]}}."""
+    chosen = {}
+    for program in programs:
+        command = [program, *options, "--benchmark_list_tests=true"]
+        listed = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        if listed.returncode != 0:
+            sys.exit(f"{program.name} failed ({listed.returncode}):\n{listed.stderr}")
+        for name in listed.stdout.splitlines():
+            chosen.setdefault(parse_name(name)[0], {}).setdefault(program, []).append(name)
+    return chosen
+
+
+def filter_of(names):
+    """The option that has Google Benchmark, which takes extended expressions, run just these."""
+    escaped = (re.sub(r"[][\\.*+?^${}()|]", r"\\\g<0>", name) for name in names)
+    return f"--benchmark_filter=^({'|'.join(escaped)})$"
+
+
+def run(program, options, names):
+    """What one repetition of some benchmarks of a program measured, as Google Benchmark tells it."""
     with tempfile.NamedTemporaryFile(suffix=".json") as out:
-        command = [program, f"--benchmark_out={out.name}", "--benchmark_out_format=json", *options]
+        command = [program, *options, filter_of(names)]
+        command += [f"--benchmark_out={out.name}", "--benchmark_out_format=json"]
         ended = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
         if ended.returncode != 0:
             sys.exit(f"{program.name} failed ({ended.returncode}):\n{ended.stderr}")
-        text = Path(out.name).read_text(encoding="utf-8")
-    # A program in which a filter finds nothing writes nothing.
-    return json.loads(text)["benchmarks"] if text.strip() else []
+        return json.loads(Path(out.name).read_text(encoding="utf-8"))["benchmarks"]
 
 
 def measure(programs, arguments):
     runs = []
+    chosen = by_subject(programs, arguments.passed_on)
     for repetition in range(1, arguments.repetitions + 1):
-        for program in programs:
-            print(f"   {repetition} of {arguments.repetitions}: {program.name}", file=sys.stderr)
-            runs += run(program, arguments.passed_on)
+        for subject, names_of in chosen.items():
+            print(f"   {repetition} of {arguments.repetitions}: {subject}", file=sys.stderr)
+            for program, names in names_of.items():
+                runs += run(program, arguments.passed_on, names)
     return runs
 
 
