@@ -3,13 +3,16 @@
 #include <quorl/foundation/StrongPtr.h>
 
 #include <cstdint>
+#include <new>
 #include <utility>
+#include <vector>
 
 namespace Tolmen
 {
 
-/// Puts one object into many strong handles, and drops what they held: the counts are changed once
-/// for all of them, and once for each run of handles that held the same.
+/// Puts one object into many strong handles: the counts are changed once for all of them, and once
+/// for each run of handles that held the same. That is dropped in the end, so that nothing ends
+/// while there are handles left to be put.
 template <class B>
 class ManyShares
 {
@@ -24,8 +27,9 @@ public:
     }
     ~ManyShares()
     {
-        drop(given_, left_);
-        drop(dropped_, droppedCount_);
+        drop({given_, left_});
+        for (const Shares& former : former_) drop(former);
+        drop(last_);
     }
     ManyShares(const ManyShares&) = delete;
     ManyShares& operator=(const ManyShares&) = delete;
@@ -45,25 +49,42 @@ public:
     }
 
 private:
+    struct Shares
+    {
+        Referer* referer = nullptr;
+        std::int32_t count = 0;
+    };
+
     void dropLater(Referer* referer)
     {
         if (!referer) return;
-        if (referer != dropped_)
-        {
-            drop(dropped_, droppedCount_);
-            dropped_ = referer;
-            droppedCount_ = 0;
-        }
-        ++droppedCount_;
+        if (referer != last_.referer) beginRun(referer);
+        ++last_.count;
+    }
+
+    void beginRun(Referer* referer)
+    {
+        if (last_.count > 0) keep(last_);
+        last_ = {referer, 0};
+    }
+
+    void keep(const Shares& shares) noexcept
+    try
+    {
+        former_.push_back(shares);
+    }
+    catch (const std::bad_alloc&)
+    {
+        drop(shares);
     }
 
     /// The last of the shares goes the usual way, for it may be the last of all.
-    static void drop(Referer* referer, std::int32_t count)
+    static void drop(const Shares& shares)
     {
-        if (count == 0) return;
-        if (count > 1) dropSome(*referer, count - 1);
+        if (shares.count == 0) return;
+        if (shares.count > 1) dropSome(*shares.referer, shares.count - 1);
         Handle last;
-        last.referer = referer;
+        last.referer = shares.referer;
     }
 
     /// Of what is dead there are weak shares alone.
@@ -77,8 +98,8 @@ private:
 
     Referer* const given_;
     std::int32_t left_;
-    Referer* dropped_ = nullptr;
-    std::int32_t droppedCount_ = 0;
+    Shares last_;                // of the handles that were put last
+    std::vector<Shares> former_; // of those before them; hardly ever any
 };
 
 } // namespace Tolmen

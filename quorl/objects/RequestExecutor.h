@@ -76,7 +76,7 @@ public:
     };
 
     /// What all executors of one chain share.
-    class QUORL_API MaxRequestExecutor : public Tolmen::ReferenceBase<MaxRequestExecutor>
+    class QUORL_API MaxRequestExecutor final : public Tolmen::ReferenceBase<MaxRequestExecutor>
     {
     public:
         MaxRequestExecutor();

@@ -68,6 +68,25 @@ TEST(ManyShares, EndsWhatTheHandlesHeldWithTheLastOfThem)
     EXPECT_FALSE(former);
 }
 
+TEST(ManyShares, EndsNothingBeforeAllHandlesArePut)
+{
+    Handles handles;
+    const RefPtr<Root> object(new Root);
+    int ended = 0;
+    for (RefPtr<Root>& handle : handles)
+    {
+        handle = RefPtr<Root>(new Root);
+        handle->whenDestroyed = [&] {
+            ++ended;
+            for (const RefPtr<Root>& each : handles) EXPECT_EQ(each, object);
+        };
+    }
+
+    putIntoAll(handles, object);
+
+    EXPECT_EQ(ended, 3);
+}
+
 TEST(ManyShares, GivesBackTheCountBlockOfWhatIsDead)
 {
     const RefPtr<Root> object(new Root);

@@ -107,5 +107,49 @@ TEST(VObjectRequest, IsAnsweredAsEverIfWhatItConcernsHasEnded)
     });
 }
 
+/// The identity of an evaluation that does something when it ends.
+class EndingID : public VRequest::ID
+{
+public:
+    explicit EndingID(std::function<void()> act) : act_(std::move(act)) {}
+    EndingID(const EndingID&) = delete;
+    EndingID& operator=(const EndingID&) = delete;
+    ~EndingID() override { act_(); }
+
+private:
+    std::function<void()> act_;
+};
+
+TEST(VObjectRequest, MayDropAnIdentityThatTakesObjectsWithIt)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto end = network.node("end");
+    const auto middle = network.node("middle");
+    RefPtr<Node> source(new Node("source", &network.log));
+    const WeakPtr<Node> observer = source;
+    network.connect(source, middle, "x");
+    network.connect(middle, end, "x");
+    askOften(end, pool);
+    {
+        VRequest request(pool, false);
+        request.Id = RefPtr<VRequest::ID>(new EndingID([observer] {
+            EXPECT_TRUE(observer);
+            observer->remove();
+        }));
+        end->init_request(request, 1.0);
+    }
+    askOften(source, pool); // so that only those behind it know the identity
+    source = {};
+    ask(end, pool);
+    EXPECT_TRUE(observer);
+    network.takeLog();
+
+    EXPECT_FALSE(ask(end, pool)) << "nothing was to be done when it was asked";
+
+    EXPECT_FALSE(observer);
+    EXPECT_EQ(network.takeLog(), std::vector<std::string>());
+}
+
 } // namespace
 } // namespace Quorl
