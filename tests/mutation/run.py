@@ -10,6 +10,8 @@ explained.toml. Results stay in build/mutation/results.json: a further run goes 
 import argparse
 import collections
 import contextlib
+import functools
+import io
 import json
 import os
 import pathlib
@@ -17,6 +19,7 @@ import random
 import signal
 import subprocess
 import sys
+import tarfile
 import tomllib
 
 from mutants import find_mutants, line_of
@@ -47,10 +50,27 @@ def run(command, timeout=None, **options):
                 os.killpg(process.pid, signal.SIGKILL)
 
 
+def copy_last_commit():
+    """Into TREE. What is there already keeps its time, so that little is built anew."""
+    archive = subprocess.run(["git", "archive", "HEAD"], cwd=ROOT, check=True, stdout=subprocess.PIPE)
+    copied = set()
+    with tarfile.open(fileobj=io.BytesIO(archive.stdout)) as files:
+        for member in filter(tarfile.TarInfo.isfile, files):
+            place, content = TREE / member.name, files.extractfile(member).read()
+            copied.add(place)
+            if place.is_file() and place.read_bytes() == content:
+                continue
+            place.parent.mkdir(parents=True, exist_ok=True)
+            place.write_bytes(content)
+            place.chmod(member.mode)
+    for place in TREE.rglob("*"):
+        if place.is_file() and place not in copied:
+            place.unlink()
+
+
 def prepare():
     """A copy of the last commit, built without mutants, whose tests pass."""
-    TREE.mkdir(parents=True, exist_ok=True)
-    subprocess.run(f"git archive HEAD | tar -x -C '{TREE}'", shell=True, cwd=ROOT, check=True)
+    copy_last_commit()
     subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
                     "-DCMAKE_CXX_FLAGS=-O1", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
                     "-DQUORL_BUILD_HOST=OFF", "-DQUORL_BUILD_EXAMPLES=OFF",
@@ -115,19 +135,23 @@ def described(name, mutant):
             "before": text[begin:end].strip(), "after": changed.strip()}
 
 
-def reasons():
-    """Why mutants that no test can or need notice survive, by file and change."""
+@functools.cache
+def explained():
+    """Mutants that no test can or need notice, by file and change."""
     known = tomllib.loads(EXPLAINED.read_text(encoding="utf-8"))["mutant"]
-    return {(entry["file"], entry["before"], entry["after"]): entry["why"] for entry in known}
+    return {(entry["file"], entry["before"], entry["after"]) for entry in known}
+
+
+def is_explained(entry):
+    return (entry["file"], entry["before"], entry["after"]) in explained()
 
 
 def report(results):
-    known = reasons()
     counts = collections.Counter()
     unexplained = []
     for entry in results.values():
         result = entry["result"]
-        if result == "survived" and (entry["file"], entry["before"], entry["after"]) in known:
+        if result == "survived" and is_explained(entry):
             result = "explained"
         counts[entry["file"].split("/")[1], result] += 1
         counts["all", result] += 1
@@ -158,7 +182,8 @@ def main():
             key = f"{name}:{mutant.begin}:{mutant.kind}:{entry['before']}"
             if key in results:
                 continue
-            results[key] = entry | {"result": result_of(name, mutant)}
+            result = "survived" if is_explained(entry) else result_of(name, mutant)
+            results[key] = entry | {"result": result}
             print(f"{results[key]['result']:9} {name}:{entry['line']} {mutant.kind}", flush=True)
             RESULTS.write_text(json.dumps(results, indent=1), encoding="utf-8")
     report(results)
