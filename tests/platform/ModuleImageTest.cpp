@@ -186,6 +186,21 @@ TEST_F(ModuleImageTest, EndsAtANoteThatReachesBeyondItsSegment)
         }
 }
 
+TEST_F(ModuleImageTest, TakesANoteThatEndsWithItsSegment)
+{
+    for (const std::string text : {"last", ""})
+    {
+        Image made;
+        const Elf64_Nhdr head{5, static_cast<std::uint32_t>(text.size()), 1};
+        made.notes.assign(sizeof head, '\0');
+        std::memcpy(made.notes.data(), &head, sizeof head);
+        made.notes += padded(std::string("ZELM\0", 5)) + text;
+        const ModuleImage image = imageOf(made.bytes());
+        EXPECT_TRUE(image.hasTexts());
+        EXPECT_EQ(image.text(1, 100), text);
+    }
+}
+
 TEST_F(ModuleImageTest, TakesNoNotesOfASegmentThatIsTooLarge)
 {
     Image made;

@@ -48,9 +48,7 @@ public:
             error_ = errno;
         else if (S_ISDIR(status.st_mode))
             error_ = EISDIR;
-        else if (!S_ISREG(status.st_mode))
-            error_ = ENOEXEC;
-        else
+        else if (S_ISREG(status.st_mode)) // others hold nothing
             size_ = static_cast<std::uint64_t>(status.st_size);
     }
     ReadOnlyFile(const ReadOnlyFile&) = delete;
