@@ -1,5 +1,6 @@
 #include <quorl/kit/ClassCreator.h>
 
+#include <quorl/modules/LoadScope.h>
 #include <quorl/modules/VLoaderInfo.h>
 #include <quorl/modules/VModule.h> // completes its handles
 #include <quorl/modules/VModules.h>
@@ -74,7 +75,7 @@ void keepModuleLoaded(const RefPtr<VObject>& object, const RefPtr<VModuleHold>& 
 ClassCreator::ClassCreator(const string& key, const CreatorTraits& traits)
     : VCreatorBase(propertiesOf(key, traits), traits.priority, traits.preferences, traits.isPinned,
                    traits.text),
-      accepts_(traits.accepts), provides_(traits.provides)
+      module_(LoadScope::innermost()), accepts_(traits.accepts), provides_(traits.provides)
 {
     for (const Tolmen::TypeInfo& type : provides_)
         registerVInput(type.get(), WeakPtr<VInputCreatorBase>(this));
@@ -102,10 +103,12 @@ RefPtr<VObject> ClassCreator::create(const string& wantedName, const Tolmen::Int
     return object;
 }
 
+/// The entry of a creator may tell the path of a former module, whose place it has taken.
 /// \return null if the creator is of no module.
 RefPtr<VModuleHold> ClassCreator::moduleHold() const
 {
-    const RefPtr<VModule> module = VModules::find(getLoadModule());
+    const RefPtr<VModule> module =
+        module_ ? RefPtr<VModule>(module_) : VModules::find(getLoadModule());
     return RefPtr<VModuleHold>(module ? new VModuleHold(module) : nullptr);
 }
 

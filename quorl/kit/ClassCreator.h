@@ -54,6 +54,7 @@ private:
 
     RefPtr<VModuleHold> moduleHold() const;
 
+    const WeakPtr<VModule> module_; // where its code is, if it was made while that was loaded
     const std::vector<Tolmen::TypeInfo> accepts_;
     const std::vector<Tolmen::TypeInfo> provides_;
 };

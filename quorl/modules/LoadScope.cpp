@@ -31,6 +31,11 @@ RefPtr<VModule> LoadScope::find(const string& path)
     return {};
 }
 
+WeakPtr<VModule> LoadScope::innermost()
+{
+    return theInnermost ? WeakPtr<VModule>(&theInnermost->module_) : WeakPtr<VModule>();
+}
+
 const VModule* LoadScope::inStaticInitialisers()
 {
     for (const LoadScope* scope = theInnermost; scope; scope = scope->outer_)

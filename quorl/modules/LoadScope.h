@@ -30,6 +30,9 @@ public:
     /// \return null if no code of a module of that path runs so.
     static RefPtr<VModule> find(const string& path);
 
+    /// The innermost module whose code runs so; null if there is none.
+    static WeakPtr<VModule> innermost();
+
     /// The innermost module whose static initialisers run; null if there is none.
     static const VModule* inStaticInitialisers();
 

@@ -1,5 +1,7 @@
 #include <quorl/registry/VManagedObject.h>
 
+#include <quorl/modules/LoadScope.h>
+#include <quorl/modules/VModule.h>
 #include <quorl/modules/VModules.h> // a name whose module is not loaded yet loads it
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMap.h>
@@ -145,7 +147,8 @@ RefPtr<VManagedObject> VManagedObject::find(const std::type_info& domain, const 
 
     const string module = entry->second->ModuleName; // loading may change the table
     std::printf("VCreatorBaseInfo: No Creator, need to load [%s]\n", module.c_str());
-    if (!LoadVModule(module))
+    const bool isOnItsWay = static_cast<bool>(LoadScope::find(module)); // which is what asks
+    if (isOnItsWay || !LoadVModule(module))
         std::printf("VCreatorBaseInfo: ERROR: Could not load [%s]!!\n", module.c_str());
     const RefPtr<VManagedObject> loaded = map->liveCreator(wantedName);
     if (!loaded)

@@ -278,6 +278,41 @@ TEST_F(VModulesTest, AFileIsLoadedOnceWhateverItsPathIsCalled)
     EXPECT_EQ(answerOf("Versioned/Answering"), "1");
 }
 
+TEST_F(VModulesTest, ReloadBringsTheCreatorsBackThoughAnotherPathHasTheFile)
+{
+    const string path = add("version1", "here/versioned.zelm");
+    LoadVModule(path);
+    LoadVModule("here/./versioned.zelm");
+
+    for (int time = 0; time < 2; ++time)
+    {
+        EXPECT_TRUE(ReloadVModule(path, removed));
+        EXPECT_EQ(answerOf("Versioned/Answering"), "1");
+    }
+    EXPECT_FALSE(creator("Versioned/Answering1"));
+}
+
+TEST_F(VModulesTest, AnObjectKeepsTheModuleWhoseCreatorTookTheNameOfAnother)
+{
+    const string former = add("version1", "former.zelm");
+    LoadVModule(former);
+    UnloadVModule(former, removed);
+    const string path = add("version2", "versioned.zelm");
+    LoadVModule(path);
+    EXPECT_EQ(creator("Versioned/Answering")->getLoadModule(), former) << "as it was registered";
+    RefPtr<VObject> object = creator("Versioned/Answering")->create("survivor", {});
+    const WeakPtr<VModule> module = VModules::find(path);
+    UnloadVModule(path, removed);
+
+    EXPECT_TRUE(module) << "held by the object";
+    VRequest request(RefPtr<ValuePool>(new ValuePool), false);
+    EXPECT_TRUE(object->init_request(request, 1.0)) << "its code is there";
+    object->VManagedObject::remove();
+    object = RefPtr<VObject>();
+    UnloadVModule(path, removed);
+    EXPECT_FALSE(module);
+}
+
 TEST_F(VModulesTest, AModuleIsNotLetGoOfByTheThreadThatHeldIt)
 {
     const string path = add("version1", "versioned.zelm");

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace Tolmen::Platform
@@ -97,6 +98,16 @@ TEST_F(SharedLibraryFile, StaysTheSameUnderASecondPathWhenTheFirstOwnerEnds)
     }
 
     EXPECT_EQ(SharedLibrary(path).symbol(kSymbol), before) << "not a copy";
+}
+
+TEST_F(SharedLibraryFile, IsMappedOnceMoreForThePathThatItWasFirstMappedFor)
+{
+    auto first = std::make_unique<SharedLibrary>(path);
+    const SharedLibrary second(folder / "./library.zelm");
+    const void* const before = second.symbol(kSymbol);
+    first.reset();
+
+    EXPECT_NE(SharedLibrary(path).symbol(kSymbol), before) << "what runs at first has to run again";
 }
 
 TEST(IsCode, KnowsFunctionsByWhereTheyBegin)

@@ -25,7 +25,8 @@ struct SharedLibrary::Image
 {
     std::string openPath; ///< by which the system knows it
     void* handle;         ///< the same for all owners
-    int owners;
+    bool isShared;        ///< was mapped already, for another path
+    int owners = 0;
 };
 
 namespace
@@ -99,10 +100,18 @@ void* open(const std::string& path)
     return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
+bool isPresent(void* handle)
+{
+    const auto& images = theLoaded().images;
+    return std::any_of(images.begin(), images.end(), [&](const auto& entry) {
+        return entry.second && entry.second->handle == handle;
+    });
+}
+
 std::shared_ptr<Image> imageAt(const std::string& openPath)
 {
     void* const handle = open(openPath);
-    return handle ? std::make_shared<Image>(Image{openPath, handle, 0}) : nullptr;
+    return handle ? std::make_shared<Image>(Image{openPath, handle, isPresent(handle)}) : nullptr;
 }
 
 /// An image of a copy that has no name in the file system.
@@ -128,16 +137,12 @@ std::shared_ptr<Image> load(const std::string& path)
     return found;
 }
 
-/// Whether the file of a path is mapped, though no present image is that.
-bool isStillThere(const std::string& path)
+bool isMapped(const std::string& path)
 {
     void* const handle = ::dlopen(pathForLoader(path).c_str(), RTLD_NOW | RTLD_NOLOAD);
     if (!handle) return false;
     ::dlclose(handle); // takes back the share that the question has taken
-    const auto& images = theLoaded().images;
-    return std::none_of(images.begin(), images.end(), [&](const auto& entry) {
-        return entry.second && entry.second->handle == handle;
-    });
+    return true;
 }
 
 std::string lastError()
@@ -171,7 +176,8 @@ SharedLibrary::~SharedLibrary()
     Loaded& loaded = theLoaded();
     const auto present = loaded.images.find(path_);
     if (present != loaded.images.end() && present->second == image_) loaded.images.erase(present);
-    if (isStillThere(path_)) loaded.residents.insert(path_);
+    // What runs when a file is mapped has run for this path, and is to run for the next one.
+    if (!image_->isShared && isMapped(path_)) loaded.residents.insert(path_);
 }
 
 void SharedLibrary::leaveBehind()

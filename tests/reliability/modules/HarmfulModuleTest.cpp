@@ -146,6 +146,14 @@ const Harm kLoaded[] = {
      .whenOpened = "",
      .creators = " Good/last",
      .whenUsed = "Good/last answers\n"},
+    {.module = "SeeksItsFormerCreator",
+     .whenOpened = "VCreatorBaseInfo: No Creator, need to load [./harm.zelm]\n"
+                   "VCreatorBaseInfo: ERROR: Could not load [./harm.zelm]!!\n"
+                   "VCreatorBaseInfo: Merde, module [./harm.zelm] could not provide requested "
+                   "Creator. This is not good. Really not good.\n"
+                   "not found\n",
+     .creators = kWithHarm,
+     .whenUsed = kAnswersAndHarm},
     {.module = "TakesANameThatIsTaken",
      .whenOpened = "",
      .creators = " Good/first Good/first1 Good/last",
