@@ -167,9 +167,11 @@ TEST_F(RunCommand, SavesObjectsWholeOrNotAtAll)
     runNetwork(members, "--save a=three.bad");
     expectComplaint(1, "three.bad: a cannot be saved here");
     runNetwork(members, "--save a=four.png");
-    expectComplaint(1, "a cannot be saved as four.png; it can be saved as .bad, .txt");
+    expectComplaint(1, "a cannot be saved as four.png; it can be saved as .bad, .none, .txt");
     runNetwork(members, "--save a=missing/five.txt");
-    expectComplaint(1, "missing/five.txt");
+    expectComplaint(1, "missing/five.txt: this cannot be written: No such file or directory");
+    runNetwork(members, "--save a=six.none");
+    expectComplaint(1, "six.none: this cannot be written: No such file or directory");
     EXPECT_EQ(folder.count(), 3U);
 }
 
@@ -189,6 +191,23 @@ TEST_F(RunCommand, ReadsTheFileOnce)
     runCommand("mkfifo " + (folder / "a.json").string() + " && { timeout 10 cat " +
                (folder / "b.json").string() + " >" + (folder / "a.json").string() + " & } && " +
                commandOf("run a.json"));
+TEST_F(RunCommand, SavesWithoutHarmToOtherFiles)
+{
+    writeBytes(folder / ".unfinished-one.txt", "mine");
+    std::filesystem::create_symlink("two.txt", folder / "one.txt");
+    writeBytes(folder / "two.txt", "former");
+    std::filesystem::permissions(folder / "two.txt", std::filesystem::perms(0600));
+
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])", "--save a=one.txt");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(bytesOf(folder / ".unfinished-one.txt"), "mine");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "one.txt"));
+    EXPECT_EQ(bytesOf(folder / "two.txt"), "saved\n");
+    EXPECT_EQ(std::filesystem::status(folder / "two.txt").permissions(),
+              std::filesystem::perms(0600));
+}
+
 
     EXPECT_EQ(status, 0) << err;
     EXPECT_EQ(out.substr(0, 11), "one: second") << out;
