@@ -71,6 +71,7 @@ int runProgram(CLI::App& program, int argc, char** argv)
 int main(int argc, char** argv)
 try
 {
+    Zelm::Output::openClosedStreams();
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
     Zelm::Settings settings;
