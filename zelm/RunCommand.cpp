@@ -86,6 +86,9 @@ public:
         }
     }
 
+    /// What Ctrl-C has kept from being requested so far makes all of this fail.
+    void heedInterruption() { isInterrupted_ = Interruption::isWanted(); }
+
     /// Saves one after the other, up to the first that cannot be saved.
     void save()
     {
@@ -105,7 +108,8 @@ public:
 
     bool hasFailed() const
     {
-        return !saveFailure_.empty() || std::ranges::any_of(outcomes_, &Outcome::hasFailed);
+        return isInterrupted_ || !saveFailure_.empty() ||
+               std::ranges::any_of(outcomes_, &Outcome::hasFailed);
     }
     const std::vector<Outcome>& outcomes() const { return outcomes_; }
     const std::vector<std::string>& saved() const { return saved_; }
@@ -114,6 +118,8 @@ public:
     {
         for (const Outcome& outcome : outcomes_)
             for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
+        if (isInterrupted_ && std::ranges::none_of(outcomes_, &Outcome::isCancelled))
+            Output::complain("interrupted");
         if (!saveFailure_.empty()) Output::complain(saveFailure_);
     }
 
@@ -127,6 +133,7 @@ private:
     std::vector<Outcome> outcomes_;
     std::vector<std::string> saved_;
     std::string saveFailure_; // empty if there is none
+    bool isInterrupted_ = false;
 };
 
 double milliseconds(double seconds)
@@ -196,6 +203,7 @@ bool evaluate(const Order& order, const Settings& settings, const HostNetwork& n
         session.restoreInputs();
     session.evaluate();
     session.takeTurns();
+    session.heedInterruption();
     if (!session.hasFailed()) session.save();
     if (settings.asJson)
         printAsJson(order, session);
