@@ -10,6 +10,7 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
+#include <zelm/network/NetworkError.h>
 
 #include <sys/stat.h>
 
@@ -20,7 +21,6 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -100,9 +100,9 @@ public:
                 saved_.push_back(entry.file);
             }
         }
-        catch (const NetworkError& error)
+        catch (...)
         {
-            saveFailure_ = error.what();
+            saveFailure_ = wordsOfException();
         }
     }
 
@@ -242,9 +242,9 @@ void watch(const Order& order, const Settings& settings, HostNetwork& network, F
             evaluate(order, settings, network, isNew);
             isNew = false;
         }
-        catch (const std::runtime_error& error)
+        catch (...)
         {
-            Output::complain(error.what());
+            Output::complain(wordsOfException());
         }
         Output::finish();
     }

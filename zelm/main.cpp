@@ -5,10 +5,10 @@
 #include "Settings.h"
 
 #include <quorl/objects/VObject.h>
+#include <zelm/network/NetworkError.h>
 
 #include <CLI/CLI.hpp>
 
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -81,8 +81,8 @@ try
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
     return runProgram(program, argc, argv);
 }
-catch (const std::exception& error)
+catch (...)
 {
-    Zelm::Output::complain(error.what());
+    Zelm::Output::complain(Zelm::wordsOfException());
     return Zelm::Failed;
 }

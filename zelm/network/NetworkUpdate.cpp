@@ -129,10 +129,10 @@ private:
         {
             Zelm::setInput(object, input, pool, after ? after->datum : initial->second);
         }
-        catch (const NetworkError& error)
+        catch (...)
         {
             throw NetworkError(file_, after ? after->place : Place(), "object " + inQuotes(name),
-                               "values." + input, error.what());
+                               "values." + input, wordsOfException());
         }
     }
 

@@ -54,7 +54,7 @@ protected:
         writeBytes(
             folder / "script",
             "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
-            "set -e\n" ZELM_PROGRAM " run a.json --watch --json " +
+            "set -e; touch told wrong\n" ZELM_PROGRAM " run a.json --watch --json " +
                 options +
                 " >told 2>wrong &\n"
                 "trap 'kill $! 2>/dev/null || true' EXIT\n" +
@@ -134,6 +134,22 @@ TEST_F(RunCommand, TellsWhatAnUpdateThrowsAndGoesOnWithTheNextContext)
     EXPECT_EQ(ranOf(json()["requests"][1]), "a:updated");
 }
 
+TEST_F(RunCommand, GoesOnWhereAModuleThrowsWhatHasNoWords)
+{
+    const std::string words = "something was thrown that does not say what it is";
+    runNetwork(withWay("number"), "--json");
+    EXPECT_EQ(status, 1);
+    EXPECT_NE(err.find("zelm: bad: a: " + words + "\n"), std::string::npos) << err;
+    EXPECT_EQ(ranOf(json()["requests"][0]), "a:failed");
+    EXPECT_EQ(ranOf(json()["requests"][1]), "a:updated");
+
+    expectComplaintOf(
+        1, R"("objects": [{"name": "a", "creator": "Test/Particular", "values": {"number": 42}}])",
+        "", "a.json:1:98: object \"a\", key \"values.number\": " + words);
+    expectComplaintOf(1, R"("objects": [{"name": "a", "creator": "Test/Particular"}])",
+                      "--set a.number=42", "--set a.number=42: " + words);
+}
+
 TEST_F(RunCommand, TellsOfUpdatesThatFail)
 {
     for (const char* way : {"status", "false"})
@@ -175,22 +191,6 @@ TEST_F(RunCommand, SavesObjectsWholeOrNotAtAll)
     EXPECT_EQ(folder.count(), 3U);
 }
 
-TEST_F(RunCommand, TellsWhatRanWhateverIsSaved)
-{
-    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])",
-               "--json --save a=one.txt --save a=two.bad --save a=three.txt");
-
-    expectComplaint(1, "two.bad: a cannot be saved here");
-    EXPECT_EQ(ranOf(json()["requests"][0]), "a:updated");
-    EXPECT_EQ(json()["saved"].dump(), R"(["one.txt"])");
-}
-
-TEST_F(RunCommand, ReadsTheFileOnce)
-{
-    writeBytes(folder / "b.json", std::string(R"({"zelm-network": 1, )") + kSums + "}");
-    runCommand("mkfifo " + (folder / "a.json").string() + " && { timeout 10 cat " +
-               (folder / "b.json").string() + " >" + (folder / "a.json").string() + " & } && " +
-               commandOf("run a.json"));
 TEST_F(RunCommand, SavesWithoutHarmToOtherFiles)
 {
     writeBytes(folder / ".unfinished-one.txt", "mine");
@@ -208,6 +208,22 @@ TEST_F(RunCommand, SavesWithoutHarmToOtherFiles)
               std::filesystem::perms(0600));
 }
 
+TEST_F(RunCommand, TellsWhatRanWhateverIsSaved)
+{
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])",
+               "--json --save a=one.txt --save a=two.bad --save a=three.txt");
+
+    expectComplaint(1, "two.bad: a cannot be saved here");
+    EXPECT_EQ(ranOf(json()["requests"][0]), "a:updated");
+    EXPECT_EQ(json()["saved"].dump(), R"(["one.txt"])");
+}
+
+TEST_F(RunCommand, ReadsTheFileOnce)
+{
+    writeBytes(folder / "b.json", std::string(R"({"zelm-network": 1, )") + kSums + "}");
+    runCommand("mkfifo " + (folder / "a.json").string() + " && { timeout 10 cat " +
+               (folder / "b.json").string() + " >" + (folder / "a.json").string() + " & } && " +
+               commandOf("run a.json"));
 
     EXPECT_EQ(status, 0) << err;
     EXPECT_EQ(out.substr(0, 11), "one: second") << out;
@@ -321,6 +337,29 @@ TEST_F(RunCommand, FollowsTheFileFromTheBeginningWhateverBecomesOfIt)
     ASSERT_EQ(status, 0) << err;
     EXPECT_EQ(err, "zelm: --context one: the network has no such context\n");
     EXPECT_EQ(ranInTurn(1), std::vector<std::string>(3, "sum:updated")) << out;
+}
+
+TEST_F(RunCommand, FollowsTheFileWhateverTheObserversOfAModuleThrow)
+{
+    const auto write = [&](const char* file, const char* number) {
+        writeBytes(folder / file, R"({"zelm-network": 1, "objects": [
+            {"name": "a", "creator": "Test/Particular", "values": {"number": )" +
+                                      std::string(number) + "}}]}");
+    };
+    write("a.json", "1");
+    write("unlucky.json", "13");
+    write("mute.json", "42");
+    write("good.json", "2");
+    watchMeanwhile("", "lines told 1\n"
+                       "mv unlucky.json a.json; lines wrong 1\n"
+                       "mv mute.json a.json; lines wrong 2\n"
+                       "mv good.json a.json; lines told 2\n");
+
+    ASSERT_EQ(status, 0) << err;
+    EXPECT_EQ(err, "zelm: a.json:2:78: object \"a\", key \"values.number\": 13 is not for me\n"
+                   "zelm: a.json:2:78: object \"a\", key \"values.number\": something was thrown "
+                   "that does not say what it is\n");
+    EXPECT_EQ(ranInTurn(), (std::vector<std::string>{"a:updated", "a:updated"}));
 }
 
 TEST_F(RunCommand, KeepsWhatIsSetWhateverTheFileSays)
