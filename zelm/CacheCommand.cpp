@@ -35,6 +35,7 @@ const char* nameOf(CacheFile::Verdict verdict)
     switch (verdict)
     {
         case CacheFile::Verdict::Absent: return "absent";
+        case CacheFile::Verdict::Foreign: return "foreign";
         case CacheFile::Verdict::Torn: return "torn";
         case CacheFile::Verdict::Stale: return "stale";
         case CacheFile::Verdict::Other: return "other";

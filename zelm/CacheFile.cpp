@@ -5,15 +5,15 @@
 #include <quorl/modules/VCreatorCache.h>
 #include <zelm/network/Json.h>
 #include <zelm/network/NetworkError.h>
+#include <zelm/network/Replacement.h>
 #include <zelm/network/WholeFile.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
+#include <system_error>
 
 namespace Zelm
 {
@@ -31,11 +31,26 @@ std::string usualPlace()
     return (fs::path(home ? home : ".") / ".cache/zelm/creators.cache").string();
 }
 
+/// \return nothing if this is no file that can be read.
 std::optional<std::string> bytesOf(const std::string& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) return std::nullopt;
-    return std::string((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored)) return std::nullopt;
+    try
+    {
+        return readWholeFile(file);
+    }
+    catch (const NetworkError&)
+    {
+        return std::nullopt;
+    }
+}
+
+/// What stands beside a cache. \return null if it is not of this program.
+Json sumIn(const std::string& file)
+{
+    Json sum = Json::parse(bytesOf(file).value_or(""), nullptr, false);
+    return sum.is_object() && sum.contains("checksum") ? sum : Json();
 }
 
 /// The 64-bit FNV-1a hash (Fowler, Noll, Vo). Against accidents, not against anybody.
@@ -65,10 +80,11 @@ CacheFile::CacheFile(const Settings& settings)
 
 CacheFile::Verdict CacheFile::check(const Modules& modules) const
 {
+    if (isForeign()) return Verdict::Foreign;
     const auto bytes = bytesOf(path_);
     if (!bytes) return Verdict::Absent;
-    const Json sum = Json::parse(bytesOf(sumPath()).value_or(""), nullptr, false);
-    if (!sum.is_object() || sum.value("checksum", Json()) != checksum(*bytes)) return Verdict::Torn;
+    const Json sum = sumIn(sumPath());
+    if (sum.value("checksum", Json()) != checksum(*bytes)) return Verdict::Torn;
     if (sum.value("folders", Json()) != Json(modules.folders())) return Verdict::Other;
     const Json stamps = sum.value("modules", Json::object());
     for (const auto& [file, stamp] : stamps.items())
@@ -80,6 +96,7 @@ void CacheFile::use(const Modules& modules) const
 {
     const Verdict verdict = check(modules);
     if (verdict == Verdict::Good) Quorl::LoadVCreatorMapTypes(path_);
+    if (verdict == Verdict::Foreign) Output::complain(path_ + ": " + words(verdict));
     if (verdict != Verdict::Torn && verdict != Verdict::Stale) return;
     Output::complain("the cache " + path_ + " is dropped: " + words(verdict));
     drop();
@@ -87,13 +104,13 @@ void CacheFile::use(const Modules& modules) const
 
 void CacheFile::write(const Modules& modules) const
 {
+    refuseForeign();
     std::error_code ignored;
     if (fs::path(path_).has_parent_path())
         fs::create_directories(fs::path(path_).parent_path(), ignored);
-    const std::string unfinished = path_ + ".new";
-    const bool isWritten = Quorl::SaveVCreatorMapTypes(unfinished);
-    const auto bytes = isWritten ? bytesOf(unfinished) : std::nullopt;
-    fs::remove(unfinished, ignored);
+    Replacement replacement(path_);
+    const bool isWritten = Quorl::SaveVCreatorMapTypes(replacement.path());
+    const auto bytes = isWritten ? bytesOf(replacement.path()) : std::nullopt;
     if (!bytes || bytes->empty())
         throw NetworkError(path_, {}, "", "", "the cache cannot be written");
 
@@ -101,15 +118,33 @@ void CacheFile::write(const Modules& modules) const
     sum["modules"] = Json::object();
     for (const ModuleState& module : modules.states())
         if (module.state == "loaded") sum["modules"][module.path] = stampOf(module.path);
-    writeWholeFile(path_, *bytes);
-    writeWholeFile(sumPath(), sum.dump(1) + "\n");
+    writeWholeFile(sumPath(), sum.dump(1) + "\n"); // first: without it a cache would be foreign
+    replacement.takePlace();
 }
 
 bool CacheFile::drop() const
 {
+    refuseForeign();
     std::error_code ignored;
     const bool wasThere = fs::remove(path_, ignored);
     return fs::remove(sumPath(), ignored) || wasThere;
+}
+
+/// Neither is what has no sum of this program beside it, nor what stands in the place of the sum.
+bool CacheFile::isForeign() const
+{
+    const auto isThere = [](const std::string& file) {
+        std::error_code failure;
+        return fs::symlink_status(file, failure).type() != fs::file_type::not_found;
+    };
+    std::error_code ignored;
+    if (isThere(path_) && !fs::is_regular_file(path_, ignored)) return true;
+    return (isThere(path_) || isThere(sumPath())) && sumIn(sumPath()).is_null();
+}
+
+void CacheFile::refuseForeign() const
+{
+    if (isForeign()) throw NetworkError(path_, {}, "", "", words(Verdict::Foreign));
 }
 
 std::string CacheFile::words(Verdict verdict)
@@ -117,6 +152,7 @@ std::string CacheFile::words(Verdict verdict)
     switch (verdict)
     {
         case Verdict::Absent: return "there is none";
+        case Verdict::Foreign: return "this is no cache of creators, and is left alone";
         case Verdict::Torn: return "it is not as it was written";
         case Verdict::Stale: return "a module that it tells of has changed";
         case Verdict::Other: return "it is of other folders";

@@ -16,9 +16,10 @@ public:
     enum class Verdict
     {
         Absent,
-        Torn,  ///< it is not what was written
-        Stale, ///< a module that it tells of has changed, or is gone
-        Other, ///< it tells of other folders
+        Foreign, ///< what is there is no cache of this program
+        Torn,    ///< it is not what was written
+        Stale,   ///< a module that it tells of has changed, or is gone
+        Other,   ///< it tells of other folders
         Good,
     };
 
@@ -28,19 +29,24 @@ public:
 
     Verdict check(const Modules& modules) const;
 
-    /// Uses it, if it is good; what is torn or stale is dropped, with a word to the user.
+    /// Uses it, if it is good; what is torn or stale is dropped, with a word to the user. Nothing
+    /// here touches what is foreign.
     void use(const Modules& modules) const;
 
     /// Writes what the registry has. \pre all modules are open, nothing else is in the registry.
-    /// \throws NetworkError if it cannot be written.
+    /// \throws NetworkError if it cannot be written, or something foreign is there.
     void write(const Modules& modules) const;
 
-    bool drop() const; ///< \return whether there was something
+    /// \return whether there was something.
+    /// \throws NetworkError if that is foreign.
+    bool drop() const;
 
     static std::string words(Verdict verdict);
 
 private:
     std::string sumPath() const { return path_ + ".sum"; }
+    bool isForeign() const;
+    void refuseForeign() const;
 
     std::string path_;
 };

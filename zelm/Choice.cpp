@@ -46,6 +46,10 @@ struct Setting
         {
             throw UsageError("--set " + words + ": " + error.what());
         }
+        catch (...) // an observer of the module
+        {
+            throw NetworkError("--set " + words + ": " + wordsOfException());
+        }
     }
 
     const std::string& words;

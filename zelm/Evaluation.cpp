@@ -10,9 +10,9 @@
 #include <quorl/objects/VRequest.h>
 #include <quorl/services/VActionNotifier.h>
 #include <quorl/values/ValuePool.h>
+#include <zelm/network/NetworkError.h>
 
 #include <algorithm>
-#include <exception>
 #include <vector>
 
 namespace Zelm
@@ -153,10 +153,10 @@ Outcome Evaluation::request(const RefPtr<VObject>& object, const RefPtr<ValuePoo
         const Listening listening(*journal);
         object->init_request(ticket, precision);
     }
-    catch (const std::exception& error)
+    catch (...)
     {
         const bool hasRun = !journal->runs.empty(); // then it is the last that has thrown
-        outcome.failure = (hasRun ? journal->runs.back().object + ": " : "") + error.what();
+        outcome.failure = (hasRun ? journal->runs.back().object + ": " : "") + wordsOfException();
         for (const RefPtr<VObject>& passed : network_->liveObjects()) passed->removeRequest(ticket);
     }
     journal->finish();

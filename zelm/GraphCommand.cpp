@@ -8,6 +8,7 @@
 #include "Output.h"
 
 #include <quorl/values/ValuePool.h>
+#include <zelm/network/Replacement.h>
 #include <zelm/network/WholeFile.h>
 
 #include <spawn.h>
@@ -59,16 +60,12 @@ bool runDot(const std::string& format, const std::string& from, const std::strin
 /// The picture is whole, or as it was.
 void drawFile(const std::string& dot, const std::string& format, const std::string& picture)
 {
-    const std::string source = picture + ".dot.new";
-    const std::string unfinished = picture + ".new";
+    Replacement replacement(picture);
+    const std::string source = replacement.path() + ".dot";
     writeWholeFile(source, dot);
-    const bool isDrawn = runDot(format, source, unfinished);
-    std::error_code failure;
-    fs::remove(source, failure);
-    if (isDrawn) fs::rename(unfinished, picture, failure);
-    if (isDrawn && !failure) return;
-    fs::remove(unfinished, failure);
-    throw std::runtime_error(picture + ": this cannot be drawn");
+    if (!runDot(format, source, replacement.path()))
+        throw std::runtime_error(picture + ": this cannot be drawn");
+    replacement.takePlace();
 }
 
 std::vector<Outcome> evaluated(const HostNetwork& network)

@@ -40,12 +40,21 @@ bool isTerminal(std::FILE* stream)
     return ::isatty(::fileno(stream)) && kind && std::strcmp(kind, "dumb") != 0;
 }
 
+void openClosedStreams()
+{
+    for (const int stream :
+         {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) // the lowest free is taken
+        if (::fcntl(stream, F_GETFD) < 0)
+            ::open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 void moveDiagnosticsAside()
 {
     const int mine = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    if (mine < 0) return; // closed, as somebody may want it
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    if (std::FILE* const stream = ::fdopen(mine, "w")) theOutput = stream;
+    std::FILE* const stream = mine < 0 ? nullptr : ::fdopen(mine, "w");
+    if (!stream || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
+        throw std::runtime_error("the output is closed");
+    theOutput = stream;
 }
 
 void print(const std::string& text)

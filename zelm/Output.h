@@ -11,7 +11,12 @@
 namespace Zelm::Output
 {
 
-/// From now on descriptor 1 is standard error. To be called first of all.
+/// Opens the standard streams that whoever started the program has closed, lest a file that is
+/// opened later be taken for one. What is said goes nowhere then. To be called first of all.
+void openClosedStreams();
+
+/// From now on descriptor 1 is standard error. To be called before anything is printed.
+/// \throws std::runtime_error if nothing can be printed.
 void moveDiagnosticsAside();
 
 /// Whether a stream is shown by a terminal that knows more than lines of text.

@@ -10,6 +10,7 @@
 #include <quorl/objects/VObject.h>
 #include <quorl/tasks/VScheduler.h>
 #include <quorl/values/ValuePool.h>
+#include <zelm/network/NetworkError.h>
 
 #include <sys/stat.h>
 
@@ -20,7 +21,6 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -86,6 +86,9 @@ public:
         }
     }
 
+    /// What Ctrl-C has kept from being requested so far makes all of this fail.
+    void heedInterruption() { isInterrupted_ = Interruption::isWanted(); }
+
     /// Saves one after the other, up to the first that cannot be saved.
     void save()
     {
@@ -97,15 +100,16 @@ public:
                 saved_.push_back(entry.file);
             }
         }
-        catch (const NetworkError& error)
+        catch (...)
         {
-            saveFailure_ = error.what();
+            saveFailure_ = wordsOfException();
         }
     }
 
     bool hasFailed() const
     {
-        return !saveFailure_.empty() || std::ranges::any_of(outcomes_, &Outcome::hasFailed);
+        return isInterrupted_ || !saveFailure_.empty() ||
+               std::ranges::any_of(outcomes_, &Outcome::hasFailed);
     }
     const std::vector<Outcome>& outcomes() const { return outcomes_; }
     const std::vector<std::string>& saved() const { return saved_; }
@@ -114,6 +118,8 @@ public:
     {
         for (const Outcome& outcome : outcomes_)
             for (const std::string& failure : failuresOf(outcome)) Output::complain(failure);
+        if (isInterrupted_ && std::ranges::none_of(outcomes_, &Outcome::isCancelled))
+            Output::complain("interrupted");
         if (!saveFailure_.empty()) Output::complain(saveFailure_);
     }
 
@@ -127,6 +133,7 @@ private:
     std::vector<Outcome> outcomes_;
     std::vector<std::string> saved_;
     std::string saveFailure_; // empty if there is none
+    bool isInterrupted_ = false;
 };
 
 double milliseconds(double seconds)
@@ -196,6 +203,7 @@ bool evaluate(const Order& order, const Settings& settings, const HostNetwork& n
         session.restoreInputs();
     session.evaluate();
     session.takeTurns();
+    session.heedInterruption();
     if (!session.hasFailed()) session.save();
     if (settings.asJson)
         printAsJson(order, session);
@@ -234,9 +242,9 @@ void watch(const Order& order, const Settings& settings, HostNetwork& network, F
             evaluate(order, settings, network, isNew);
             isNew = false;
         }
-        catch (const std::runtime_error& error)
+        catch (...)
         {
-            Output::complain(error.what());
+            Output::complain(wordsOfException());
         }
         Output::finish();
     }

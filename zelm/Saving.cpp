@@ -3,6 +3,7 @@
 #include <quorl/modules/ZelmSaver.h>
 #include <quorl/objects/VObject.h>
 #include <zelm/network/NetworkError.h>
+#include <zelm/network/Replacement.h>
 
 #include <filesystem>
 
@@ -43,18 +44,11 @@ RefPtr<ZelmSaver> saverFor(Quorl::VObject& object, const std::string& file)
 void saveObject(Quorl::VObject& object, const std::string& file)
 {
     const RefPtr<ZelmSaver> saver = saverFor(object, file);
-    fs::path unfinished = file; // with the suffix, which savers may look at
-    unfinished.replace_filename(".unfinished-" + fs::path(file).filename().string());
-    std::error_code failure;
-    const bool isSaved = saver->Save(unfinished.string());
-    if (isSaved) fs::rename(unfinished, file, failure);
-    if (isSaved && !failure)
-        saver->lastFile = file;
-    else
-    {
-        fs::remove(unfinished, failure);
+    Replacement replacement(file);
+    if (!saver->Save(replacement.path()))
         throw NetworkError(file + ": " + object.getName() + " cannot be saved here");
-    }
+    replacement.takePlace();
+    saver->lastFile = file;
 }
 
 } // namespace Zelm

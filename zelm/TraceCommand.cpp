@@ -48,17 +48,26 @@ std::vector<std::string> fill(Trace& trace, const TraceOrder& order, const HostN
     return failures;
 }
 
+/// On standard output the trace stands alone. To open that by its name would be to write on
+/// standard error, as all do by now who print by themselves.
+void write(const Trace& trace, const TraceOrder& order, const Settings& settings)
+{
+    const std::string text =
+        trace.json().dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+    if (order.trace == "/dev/stdout") return Output::print(text);
+    writeWholeFile(order.trace, text);
+    if (settings.asJson)
+        Output::printJson({{"trace", order.trace}, {"events", trace.size()}});
+    else
+        Output::printLine(order.trace);
+}
+
 void makeTrace(const TraceOrder& order, const Settings& settings)
 {
     const HostNetwork network(order.file, settings);
     Trace trace;
     const std::vector<std::string> failures = fill(trace, order, network);
-    writeWholeFile(order.trace,
-                   trace.json().dump(1, ' ', false, Json::error_handler_t::replace) + "\n");
-    if (settings.asJson)
-        Output::printJson({{"trace", order.trace}, {"events", trace.size()}});
-    else
-        Output::printLine(order.trace);
+    write(trace, order, settings);
     for (const std::string& failure : failures) Output::complain(failure);
     if (!failures.empty()) throw CLI::RuntimeError(Failed);
 }

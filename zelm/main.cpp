@@ -5,10 +5,10 @@
 #include "Settings.h"
 
 #include <quorl/objects/VObject.h>
+#include <zelm/network/NetworkError.h>
 
 #include <CLI/CLI.hpp>
 
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -71,6 +71,7 @@ int runProgram(CLI::App& program, int argc, char** argv)
 int main(int argc, char** argv)
 try
 {
+    Zelm::Output::openClosedStreams();
     Zelm::Output::moveDiagnosticsAside();
     Zelm::Interruption::listen();
     Zelm::Settings settings;
@@ -80,8 +81,8 @@ try
         [&settings] { Quorl::VObject::VERBOSE_REQUEST = settings.verbosity; });
     return runProgram(program, argc, argv);
 }
-catch (const std::exception& error)
+catch (...)
 {
-    Zelm::Output::complain(error.what());
+    Zelm::Output::complain(Zelm::wordsOfException());
     return Zelm::Failed;
 }

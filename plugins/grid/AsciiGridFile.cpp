@@ -22,7 +22,10 @@ constexpr std::size_t kBytesOfACell = 2; // a digit and a blank, at the least
 std::string readWhole(const std::filesystem::path& path)
 {
     std::error_code failure;
-    if (std::filesystem::is_directory(path, failure)) throw MapError::about(path, "it is a folder");
+    const std::filesystem::file_status status = std::filesystem::status(path, failure);
+    if (std::filesystem::is_directory(status)) throw MapError::about(path, "it is a folder");
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw MapError::about(path, "it is not a regular file");
     std::ifstream file(path, std::ios::binary);
     if (!file) throw MapError::about(path, "it cannot be opened");
     return {std::istreambuf_iterator<char>(file), {}};

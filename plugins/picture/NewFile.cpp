@@ -2,7 +2,11 @@
 
 #include <plugins/grid/MapError.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -11,68 +15,78 @@ namespace Maps
 namespace
 {
 
-/// Why a path must not be replaced: a pipe or a device, or a directory that the name happens to
-/// hit. \return an empty text if it may.
-std::string objectionTo(const std::filesystem::path& path)
+/// Where links lead to, also if nothing is there.
+std::filesystem::path behindLinks(std::filesystem::path path)
 {
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (std::filesystem::is_directory(status)) return "is a directory";
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        return "is not a regular file";
-    return {};
+    constexpr int kMostLinks = 40; // as many as the system follows
+    std::error_code failure;
+    for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, failure); ++links)
+        path = path.parent_path() / std::filesystem::read_symlink(path, failure);
+    return path;
 }
 
 } // namespace
 
 NewFile::NewFile(const std::filesystem::path& target) : target_(target)
 {
-    if (const std::string objection = objectionTo(target); !objection.empty()) fail(objection);
-    open();
+    struct stat facts = {};
+    if (::stat(target.c_str(), &facts) == 0) mode_ = facts.st_mode;
+    if (S_ISDIR(mode_)) fail("is a directory");
+    if (isReplaced())
+        openBeside();
+    else
+        file_ = std::fopen(target.c_str(), "wb");
+    if (!file_) failOfSystem();
 }
 
 NewFile::~NewFile()
 {
     if (file_) std::fclose(file_);
-    std::error_code ignored;
-    if (!isDone_) std::filesystem::remove(path_, ignored);
+    if (folder_.empty()) return;
+    ::unlink(path_.c_str());
+    ::rmdir(folder_.c_str());
 }
 
-/// Opened exclusively, so that neither a file nor a link that somebody else put there is followed
-/// or overwritten.
-void NewFile::open()
+bool NewFile::isReplaced() const
 {
-    constexpr int kAttempts = 100;
-    for (int attempt = 0; attempt < kAttempts && !file_; ++attempt)
-    {
-        path_ = target_;
-        path_ += '.' + std::to_string(attempt) + ".part";
-        file_ = std::fopen(path_.string().c_str(), "wbx");
-        if (!file_ && errno != EEXIST) break;
-    }
-    if (!file_) fail(systemReason(errno));
+    return mode_ == 0 || S_ISREG(mode_);
+}
+
+/// The name is free in a folder that nobody else knows; the mode is that of the user's new files.
+void NewFile::openBeside()
+{
+    std::string folder = (behindLinks(target_).parent_path() / ".part-XXXXXX").string();
+    if (!::mkdtemp(folder.data())) failOfSystem();
+    path_ = folder + "/new";
+    folder_ = std::move(folder);
+    file_ = std::fopen(path_.c_str(), "wbx");
+    if (!file_) ::rmdir(folder_.c_str());
 }
 
 void NewFile::write(std::string_view bytes)
 {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size())
-        fail(systemReason(errno));
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) failOfSystem();
 }
 
 /// Not before the stream is closed without an error is the file known to be whole: a full disk may
 /// come to light as late as that.
 void NewFile::takeThePlaceOfTheTarget()
 {
-    if (std::fclose(std::exchange(file_, nullptr)) != 0) fail(systemReason(errno));
-    std::error_code error;
-    std::filesystem::rename(path_, target_, error);
-    if (error) fail(error.message());
-    isDone_ = true;
+    constexpr mode_t kPermissions = 07777;
+    if (S_ISREG(mode_) && ::fchmod(::fileno(file_), mode_ & kPermissions) != 0) failOfSystem();
+    if (std::fclose(std::exchange(file_, nullptr)) != 0) failOfSystem();
+    if (!isReplaced()) return;
+    if (::rename(path_.c_str(), behindLinks(target_).c_str()) != 0) failOfSystem();
 }
 
 void NewFile::fail(const std::string& reason) const
 {
     throw MapError::about(target_, "cannot be written: " + reason);
+}
+
+void NewFile::failOfSystem() const
+{
+    fail(systemReason(errno));
 }
 
 std::string systemReason(int error)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -10,9 +12,9 @@ namespace Maps
 
 /// A file that is written whole or not at all.
 ///
-/// The bytes go to a new file beside the target, which takes its place when it is complete. Until
-/// then what stood there stays as it was, and the new file is removed when this ends. Only a
-/// regular file is ever replaced.
+/// The bytes go to a new file in a new folder beside the target, which takes its place and its mode
+/// when it is complete. Until then what stood there stays as it was, and the folder goes when this
+/// ends. Links are followed; a device or a pipe is not replaced, but written to.
 class NewFile
 {
 public:
@@ -31,12 +33,15 @@ public:
     [[noreturn]] void fail(const std::string& reason) const;
 
 private:
-    void open();
+    [[noreturn]] void failOfSystem() const;
+    bool isReplaced() const;
+    void openBeside();
 
     std::filesystem::path target_;
-    std::filesystem::path path_;
+    mode_t mode_ = 0;    // of what is there; 0 if nothing is
+    std::string folder_; // empty where the target is written to
+    std::string path_;   // in it
     std::FILE* file_ = nullptr;
-    bool isDone_ = false;
 };
 
 /// What the system says of an error, by its number.

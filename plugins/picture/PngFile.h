@@ -9,9 +9,8 @@ namespace Maps
 
 /// Writes a picture as a PNG file with 8 bits a channel and an sRGB mark, whole or not at all.
 ///
-/// The bytes go to a new file beside `path`, which takes the place of `path` when it is complete.
-/// On failure that file is removed, and what stood at `path` before stays as it was. Only a
-/// regular file is ever replaced. The same picture gives the same bytes.
+/// What stood at `path` before stays as it was if this fails; see NewFile. The same picture gives
+/// the same bytes.
 /// \throws MapError which names the path and the reason.
 void writePng(const Image& image, const std::filesystem::path& path);
 

@@ -1,10 +1,8 @@
 #include "JsonTree.h"
 
+#include "WholeFile.h"
+
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -269,14 +267,7 @@ JsonTree::JsonTree(std::string file, std::string text)
 
 JsonTree JsonTree::ofFile(const std::string& file)
 {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored))
-        throw NetworkError(file, {}, "", "", "this is a folder, not a file");
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw NetworkError(file, {}, "", "", std::strerror(errno));
-    std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    if (stream.bad()) throw NetworkError(file, {}, "", "", std::strerror(errno));
-    return {file, std::move(text)};
+    return {file, readWholeFile(file)};
 }
 
 Place JsonTree::placeOf(std::size_t offset) const

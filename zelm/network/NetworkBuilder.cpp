@@ -181,9 +181,9 @@ private:
         {
             act();
         }
-        catch (const std::exception& error)
+        catch (...)
         {
-            refuse(place, owner, key, error.what());
+            refuse(place, owner, key, wordsOfException());
         }
     }
 

@@ -2,6 +2,8 @@
 
 #include "Json.h"
 
+#include <exception>
+
 namespace Zelm
 {
 namespace
@@ -24,6 +26,20 @@ std::string described(const std::string& owner, const std::string& key)
 std::string inQuotes(const std::string& text)
 {
     return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string wordsOfException()
+try
+{
+    throw;
+}
+catch (const std::exception& error)
+{
+    return error.what();
+}
+catch (...)
+{
+    return "something was thrown that does not say what it is";
 }
 
 NetworkError::NetworkError(const std::string& file, Place place, const std::string& owner,

@@ -16,6 +16,10 @@ struct Place
 /// A text in double quotes, with escapes for what would break a line or is no UTF-8.
 std::string inQuotes(const std::string& text);
 
+/// What the exception says that is being handled. Modules may throw what is no std::exception.
+/// \pre there is one.
+std::string wordsOfException();
+
 /// What is wrong with a network, in one line for people, without a full stop:
 ///
 ///     geoid.json:7:41: object "region", key "values.width": a number is expected here

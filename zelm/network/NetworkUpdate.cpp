@@ -98,14 +98,12 @@ public:
     {
     }
 
-    void run(const std::string& name) const
+    void run(const std::string& name, const VObject& object) const
     {
-        const RefPtr<VObject> object = network_.object(name);
-        if (!object) return;
         std::set<std::string> inputs;
         before_.addInputs(name, inputs);
         after_.addInputs(name, inputs);
-        for (const std::string& input : inputs) setInput(name, *object, input);
+        for (const std::string& input : inputs) setInput(name, object, input);
     }
 
 private:
@@ -131,10 +129,10 @@ private:
         {
             Zelm::setInput(object, input, pool, after ? after->datum : initial->second);
         }
-        catch (const NetworkError& error)
+        catch (...)
         {
             throw NetworkError(file_, after ? after->place : Place(), "object " + inQuotes(name),
-                               "values." + input, error.what());
+                               "values." + input, wordsOfException());
         }
     }
 
@@ -151,7 +149,8 @@ bool updateNetwork(LoadedNetwork& network, const NetworkDocument& before,
 {
     if (structureOf(before) != structureOf(after)) return false;
     const Update update(network, before, after);
-    for (const ObjectEntry& object : after.objects) update.run(object.name);
+    for (const auto& [name, object] : network.objects) // those of both documents
+        if (const RefPtr<VObject> live = object) update.run(name, *live);
     network.frame.requests = after.requests;
     network.frame.saves = after.saves;
     network.frame.kept = after.kept;

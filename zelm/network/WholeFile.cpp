@@ -1,77 +1,64 @@
 #include "WholeFile.h"
 
 #include "NetworkError.h"
+#include "Replacement.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <string_view>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 
 namespace Zelm
 {
 namespace
 {
 
-/// A new file beside another; removed unless it takes its place.
-class Unfinished
+namespace fs = std::filesystem;
+
+[[noreturn]] void refuse(const std::string& file, const std::string& reason)
 {
-public:
-    explicit Unfinished(const std::string& file)
-        : file_(file), name_(file + ".XXXXXX"), descriptor_(::mkstemp(name_.data()))
-    {
-        if (descriptor_ < 0) fail();
-    }
-    ~Unfinished()
-    {
-        if (descriptor_ >= 0) ::close(descriptor_);
-        if (!isFinished_) ::unlink(name_.c_str());
-    }
-    Unfinished(const Unfinished&) = delete;
-    Unfinished& operator=(const Unfinished&) = delete;
+    throw NetworkError(file, {}, "", "", reason);
+}
 
-    void write(std::string_view bytes) const
-    {
-        while (!bytes.empty())
-        {
-            const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
-            if (written < 0 && errno != EINTR) fail();
-            if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
-        }
-    }
-
-    void finish()
-    {
-        const mode_t mask = ::umask(0); // a file of `mkstemp` is for its owner alone
-        ::umask(mask);
-        if (::fchmod(descriptor_, 0666 & ~mask) != 0 || ::fsync(descriptor_) != 0) fail();
-        if (::rename(name_.c_str(), file_.c_str()) != 0) fail();
-        isFinished_ = true;
-    }
-
-private:
-    [[noreturn]] void fail() const
-    {
-        throw NetworkError(file_, {}, "", "",
-                           std::string("this cannot be written: ") + std::strerror(errno));
-    }
-
-    const std::string file_;
-    std::string name_;
-    const int descriptor_;
-    bool isFinished_ = false;
-};
+/// What has no end is not read. What is not there at all is told by who opens it.
+void checkKind(const std::string& file, const fs::file_status& status)
+{
+    if (fs::is_directory(status)) refuse(file, "this is a folder, not a file");
+    if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_fifo(status))
+        refuse(file, "this is a device, not a file");
+}
 
 } // namespace
 
+std::string readWholeFile(const std::string& file)
+{
+    std::error_code ignored;
+    const fs::file_status status = fs::status(file, ignored);
+    checkKind(file, status);
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) refuse(file, std::strerror(errno));
+
+    constexpr std::size_t kMostOfAPipe = std::size_t{64} << 20U;
+    constexpr std::size_t kBlock = std::size_t{64} << 10U;
+    std::array<char, kBlock> block{};
+    std::string text;
+    while (stream.read(block.data(), block.size()) || stream.gcount() > 0)
+    {
+        text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+        if (fs::is_fifo(status) && text.size() > kMostOfAPipe)
+            refuse(file, "this pipe brings more than 64 MiB");
+    }
+    if (stream.bad()) refuse(file, std::strerror(errno));
+    return text;
+}
+
 void writeWholeFile(const std::string& file, const std::string& bytes)
 {
-    Unfinished unfinished(file);
-    unfinished.write(bytes);
-    unfinished.finish();
+    Replacement replacement(file);
+    replacement.write(bytes);
+    replacement.takePlace();
 }
 
 } // namespace Zelm

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 namespace Zelm
@@ -82,6 +83,32 @@ TEST_F(GraphCommand, DrawsPicturesAndLeavesNothingElse)
     EXPECT_EQ(drawn("b.png", "--ages").substr(1, 3), "PNG");
     EXPECT_NE(drawn("b.svg", "--ages --run").find("<svg"), std::string::npos);
     EXPECT_EQ(folder.count(), 3U);
+}
+
+TEST_F(GraphCommand, LeavesOtherFilesAndNothingOfItsOwnWithoutGraphviz)
+{
+    for (const char* other : {"b.svg.new", "b.svg.dot.new"}) writeBytes(folder / other, "mine");
+    writeBytes(folder / "b.svg", "former");
+
+    runCommand(commandOf("graph a.json -o b.svg", "PATH=/none"));
+
+    expectComplaint(1, "dot cannot be started");
+    EXPECT_EQ(bytesOf(folder / "b.svg"), "former");
+    EXPECT_EQ(bytesOf(folder / "b.svg.new") + bytesOf(folder / "b.svg.dot.new"), "minemine");
+    drawn("b.svg");
+    EXPECT_EQ(bytesOf(folder / "b.svg.new") + bytesOf(folder / "b.svg.dot.new"), "minemine");
+    EXPECT_EQ(folder.count(), 4U);
+}
+
+TEST_F(GraphCommand, DrawsThroughALinkToADevice)
+{
+    std::filesystem::create_symlink("/dev/null", folder / "b.svg");
+
+    zelm("graph a.json -o b.svg");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "b.svg"));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
 TEST_F(GraphCommand, DrawsPixelsFinelyEnoughForPrint)

@@ -53,6 +53,23 @@ TEST_F(InterruptedProgram, TellsSoAsJson)
     EXPECT_EQ(json()["saved"].size(), 0U);
 }
 
+/// As the signal that comes while the file is read, for which a pipe waits here.
+TEST_F(InterruptedProgram, FailsIfNothingWasRequestedYet)
+{
+    writeBytes(folder / "b.json", R"({"zelm-network": 1, "objects": [
+        {"name": "saved", "creator": "Test/Savable"}],
+        "save": [{"object": "saved", "file": "saved.txt"}]})");
+    writeBytes(folder / "script", "mkfifo a.json\n" ZELM_PROGRAM " run a.json --json &\n"
+                                  "exec 3>a.json; kill -INT $!; cat b.json >&3; exec 3>&-\n"
+                                  "wait $!\n");
+    runCommand("cd " + folder.path().string() +
+               " && ZELM_CACHE=none ZELM_PLUGIN_PATH=" ZELM_TEST_MODULES " sh script");
+
+    expectComplaint(1, "interrupted");
+    EXPECT_EQ(json()["requests"].size() + json()["saved"].size(), 0U) << out;
+    EXPECT_FALSE(std::filesystem::exists(folder / "saved.txt"));
+}
+
 TEST_F(InterruptedProgram, DrawsTracesAndExplainsNothing)
 {
     interrupt("graph a.json --run -o a.svg");

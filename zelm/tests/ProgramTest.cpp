@@ -35,6 +35,24 @@ TEST_F(Program, ComplainsIfItsOutputCannotBeWritten)
     EXPECT_NE(bytesOf(folder / "err").find("the output cannot be written"), std::string::npos);
 }
 
+TEST_F(Program, KeepsItsOutputCleanIfStandardErrorIsClosed)
+{
+    writeBytes(folder / "a.json", R"({"zelm-network": 1, "objects": [
+        {"name": "a", "creator": "Test/Failing"}]})");
+
+    runCommand("( " + commandOf("run a.json --json --verbose 21") + " 2>&- )");
+
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(json().is_object()) << out;
+}
+
+TEST_F(Program, ComplainsIfItsOutputIsClosed)
+{
+    runCommand("( " + commandOf("inspect") + " >&- )");
+
+    expectComplaint(1, "the output is closed");
+}
+
 TEST_F(Program, TellsTheWalksOnStandardErrorIfAsked)
 {
     runNetwork(R"("objects": [{"name": "a", "creator": "Test/Sum"}])", "--verbose 1 --json");

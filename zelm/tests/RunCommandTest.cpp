@@ -54,7 +54,7 @@ protected:
         writeBytes(
             folder / "script",
             "lines() { until [ $(cat $1 | wc -l) -ge $2 ]; do kill -0 $!; sleep 0.02; done; }\n"
-            "set -e\n" ZELM_PROGRAM " run a.json --watch --json " +
+            "set -e; touch told wrong\n" ZELM_PROGRAM " run a.json --watch --json " +
                 options +
                 " >told 2>wrong &\n"
                 "trap 'kill $! 2>/dev/null || true' EXIT\n" +
@@ -134,6 +134,22 @@ TEST_F(RunCommand, TellsWhatAnUpdateThrowsAndGoesOnWithTheNextContext)
     EXPECT_EQ(ranOf(json()["requests"][1]), "a:updated");
 }
 
+TEST_F(RunCommand, GoesOnWhereAModuleThrowsWhatHasNoWords)
+{
+    const std::string words = "something was thrown that does not say what it is";
+    runNetwork(withWay("number"), "--json");
+    EXPECT_EQ(status, 1);
+    EXPECT_NE(err.find("zelm: bad: a: " + words + "\n"), std::string::npos) << err;
+    EXPECT_EQ(ranOf(json()["requests"][0]), "a:failed");
+    EXPECT_EQ(ranOf(json()["requests"][1]), "a:updated");
+
+    expectComplaintOf(
+        1, R"("objects": [{"name": "a", "creator": "Test/Particular", "values": {"number": 42}}])",
+        "", "a.json:1:98: object \"a\", key \"values.number\": " + words);
+    expectComplaintOf(1, R"("objects": [{"name": "a", "creator": "Test/Particular"}])",
+                      "--set a.number=42", "--set a.number=42: " + words);
+}
+
 TEST_F(RunCommand, TellsOfUpdatesThatFail)
 {
     for (const char* way : {"status", "false"})
@@ -167,10 +183,29 @@ TEST_F(RunCommand, SavesObjectsWholeOrNotAtAll)
     runNetwork(members, "--save a=three.bad");
     expectComplaint(1, "three.bad: a cannot be saved here");
     runNetwork(members, "--save a=four.png");
-    expectComplaint(1, "a cannot be saved as four.png; it can be saved as .bad, .txt");
+    expectComplaint(1, "a cannot be saved as four.png; it can be saved as .bad, .none, .txt");
     runNetwork(members, "--save a=missing/five.txt");
-    expectComplaint(1, "missing/five.txt");
+    expectComplaint(1, "missing/five.txt: this cannot be written: No such file or directory");
+    runNetwork(members, "--save a=six.none");
+    expectComplaint(1, "six.none: this cannot be written: No such file or directory");
     EXPECT_EQ(folder.count(), 3U);
+}
+
+TEST_F(RunCommand, SavesWithoutHarmToOtherFiles)
+{
+    writeBytes(folder / ".unfinished-one.txt", "mine");
+    std::filesystem::create_symlink("two.txt", folder / "one.txt");
+    writeBytes(folder / "two.txt", "former");
+    std::filesystem::permissions(folder / "two.txt", std::filesystem::perms(0600));
+
+    runNetwork(R"("objects": [{"name": "a", "creator": "Test/Savable"}])", "--save a=one.txt");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(bytesOf(folder / ".unfinished-one.txt"), "mine");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "one.txt"));
+    EXPECT_EQ(bytesOf(folder / "two.txt"), "saved\n");
+    EXPECT_EQ(std::filesystem::status(folder / "two.txt").permissions(),
+              std::filesystem::perms(0600));
 }
 
 TEST_F(RunCommand, TellsWhatRanWhateverIsSaved)
@@ -302,6 +337,29 @@ TEST_F(RunCommand, FollowsTheFileFromTheBeginningWhateverBecomesOfIt)
     ASSERT_EQ(status, 0) << err;
     EXPECT_EQ(err, "zelm: --context one: the network has no such context\n");
     EXPECT_EQ(ranInTurn(1), std::vector<std::string>(3, "sum:updated")) << out;
+}
+
+TEST_F(RunCommand, FollowsTheFileWhateverTheObserversOfAModuleThrow)
+{
+    const auto write = [&](const char* file, const char* number) {
+        writeBytes(folder / file, R"({"zelm-network": 1, "objects": [
+            {"name": "a", "creator": "Test/Particular", "values": {"number": )" +
+                                      std::string(number) + "}}]}");
+    };
+    write("a.json", "1");
+    write("unlucky.json", "13");
+    write("mute.json", "42");
+    write("good.json", "2");
+    watchMeanwhile("", "lines told 1\n"
+                       "mv unlucky.json a.json; lines wrong 1\n"
+                       "mv mute.json a.json; lines wrong 2\n"
+                       "mv good.json a.json; lines told 2\n");
+
+    ASSERT_EQ(status, 0) << err;
+    EXPECT_EQ(err, "zelm: a.json:2:78: object \"a\", key \"values.number\": 13 is not for me\n"
+                   "zelm: a.json:2:78: object \"a\", key \"values.number\": something was thrown "
+                   "that does not say what it is\n");
+    EXPECT_EQ(ranInTurn(), (std::vector<std::string>{"a:updated", "a:updated"}));
 }
 
 TEST_F(RunCommand, KeepsWhatIsSetWhateverTheFileSays)

@@ -5,6 +5,7 @@
 #include <quorl/kit/VCreator.h>
 #include <quorl/modules/ZelmSaver.h>
 #include <quorl/services/VActionNotifier.h>
+#include <quorl/values/ValueActionBase.h>
 #include <zelm/network/tests/TestObjects.h>
 
 #include <chrono>
@@ -30,6 +31,7 @@ public:
         const std::string way = way_(request);
         if (way == "throw") throw std::runtime_error("there is nothing to be done");
         if (way == "status") throw ExecutionStatus(ExecutionStatus::Failed, "the disc is full");
+        if (way == "number") throw 42;
         if (way == "false") return false;
         done_.set(request, value_(request));
         return true;
@@ -39,6 +41,35 @@ private:
     const InputSlot<std::string> way_{*this, "way", {}, perContext()};
     const InputSlot<double> value_{*this, "value", 0.0, perContext()};
     const OutputSlot<double> done_{*this, "done"};
+};
+
+/// Refuses the number 13 as its own code does, and 42 in no words at all.
+class Particular final : public Quorl::VObject
+{
+public:
+    Particular(const std::string& wantedName, int givenPriority,
+               const Quorl::RefPtr<Quorl::VCreationPreferences>& wanted)
+        : VObject(wantedName, givenPriority, wanted)
+    {
+        number_.slot()->Parameter->AddAction(Quorl::RefPtr<Quorl::ValueActionBase>(new Check));
+    }
+
+    bool update(Quorl::VRequest& /*request*/, double /*precision*/) override { return true; }
+
+private:
+    struct Check final : Quorl::ValueActionBase
+    {
+        void action(const Quorl::RefPtr<Quorl::VValueBase>& value,
+                    const Quorl::WeakPtr<Quorl::ValuePool>& /*pool*/,
+                    const Quorl::ValueNotifierList* /*caller*/,
+                    const Quorl::ValueMap* /*changes*/) override
+        {
+            if (value->Text() == "13") throw std::invalid_argument("13 is not for me");
+            if (value->Text() == "42") throw 42;
+        }
+    };
+
+    const InputSlot<double> number_{*this, "number", 0.0};
 };
 
 /// Writes a text, or says that it cannot.
@@ -56,6 +87,14 @@ private:
     const bool works_;
 };
 
+/// Says that it has written what it has not.
+class NoSaver final : public Quorl::ZelmSaver
+{
+public:
+    NoSaver() : ZelmSaver(".none") {}
+    bool save(const std::string& /*file*/) override { return true; }
+};
+
 class Savable final : public Quorl::VObject
 {
 public:
@@ -65,6 +104,7 @@ public:
     {
         addSaver("text", new TextSaver(true));
         addSaver("bad", new TextSaver(false));
+        addSaver("none", new NoSaver);
     }
 };
 
@@ -141,6 +181,7 @@ private:
 };
 
 Quorl::VCreator<Failing> failing("Test/Failing");
+Quorl::VCreator<Particular> particular("Test/Particular");
 Quorl::VCreator<Slow> slow("Test/Slow");
 Quorl::VCreator<Warning> warning("Test/Warning");
 Quorl::VCreator<Endless> endless("Test/Endless");

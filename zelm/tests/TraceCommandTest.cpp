@@ -55,6 +55,16 @@ TEST_F(TraceCommand, WritesEachRequestOfAnObject)
               trace["traceEvents"][4]["args"]["request"]);
 }
 
+TEST_F(TraceCommand, StandsAloneOnStandardOutput)
+{
+    writeBytes(folder / "a.json", std::string(R"({"zelm-network": 1, )") + kSums + "}");
+
+    zelm("trace a.json -o /dev/stdout");
+
+    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(json()["traceEvents"].size(), 8U) << out;
+}
+
 /// Each event of a level lies within the last one of the level above.
 TEST_F(TraceCommand, NestsEvents)
 {

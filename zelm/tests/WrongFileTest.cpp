@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 #include <string>
 
@@ -93,6 +94,17 @@ TEST_F(WrongFile, IsToldIfItIsEmptyOrNoText)
     expect("", ":1:1: syntax error while parsing value - unexpected end of input; expected '[', "
                "'{', or a literal");
     expect("\xff{", ":1:1: syntax error while parsing value - invalid literal; last read: '\xff'");
+}
+
+TEST_F(WrongFile, IsToldIfItHasNoEnd)
+{
+    std::filesystem::create_symlink("/dev/zero", folder / "a.json");
+    zelm("run a.json");
+    expectComplaint(1, "a.json: this is a device, not a file");
+
+    runCommand("mkfifo " + (folder / "b.json").string() + " && { yes >" +
+               (folder / "b.json").string() + " 2>/dev/null & } && " + commandOf("run b.json"));
+    expectComplaint(1, "b.json: this pipe brings more than 64 MiB");
 }
 
 TEST_F(WrongFile, IsToldIfItIsNestedDeeply)

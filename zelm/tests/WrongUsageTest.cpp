@@ -162,7 +162,7 @@ TEST_F(WrongUsage, OfTheOtherCommands)
              Call{"cache write now", 2,
                   "The following argument was not expected: now; see zelm --help"},
              Call{"cache write --cache /proc/nothing/cache", 1,
-                  "/proc/nothing/cache: the cache cannot be written"},
+                  "/proc/nothing/cache: this cannot be written: No such file or directory"},
          })
         expect(call);
 }
@@ -184,10 +184,11 @@ TEST_F(WrongUsage, OfFilesOfSaving)
     for (const Call& call : {
              Call{"run a.json --save a=a.txt", 1, "a cannot be saved as a.txt; it has no savers"},
              Call{"run a.json --save s=s.png", 1,
-                  "s cannot be saved as s.png; it can be saved as .bad, .txt"},
+                  "s cannot be saved as s.png; it can be saved as .bad, .none, .txt"},
              Call{"run a.json --save s=s", 1,
-                  "s cannot be saved as s; it can be saved as .bad, .txt"},
-             Call{"run a.json --save s=missing/s.txt", 1, "missing/s.txt: s cannot be saved here"},
+                  "s cannot be saved as s; it can be saved as .bad, .none, .txt"},
+             Call{"run a.json --save s=missing/s.txt", 1,
+                  "missing/s.txt: this cannot be written: No such file or directory"},
              Call{"run a.json --save s=s.bad", 1, "s.bad: s cannot be saved here"},
          })
     {

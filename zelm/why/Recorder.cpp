@@ -7,9 +7,9 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/values/ValuePool.h>
+#include <zelm/network/NetworkError.h>
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 #include <vector>
 
@@ -308,9 +308,9 @@ Account Recorder::evaluate(const RefPtr<VObject>& root, double precision)
     {
         root->init_request(*this, precision);
     }
-    catch (const std::exception& error)
+    catch (...)
     {
-        failure = error.what();
+        failure = wordsOfException();
     }
     return watcher_->end(root, failure);
 }

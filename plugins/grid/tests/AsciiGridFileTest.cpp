@@ -93,6 +93,8 @@ TEST_F(AsciiGridFile, SaysWhatIsWrong)
     EXPECT_THAT(errorOf([&] { readAsciiGrid(folder / "absent.asc"); }),
                 HasSubstr("absent.asc': it cannot be opened"));
     EXPECT_THAT(errorOf([&] { readAsciiGrid(folder.path()); }), HasSubstr("it is a folder"));
+    EXPECT_THAT(errorOf([&] { readAsciiGrid("/dev/zero"); }),
+                HasSubstr("it is not a regular file"));
 }
 
 } // namespace

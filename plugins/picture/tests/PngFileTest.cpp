@@ -123,10 +123,13 @@ TEST(PngFile, ReportsADirectoryInItsPlace)
     EXPECT_EQ(folder.count(), 1U);
 }
 
-TEST(PngFile, DoesNotReplaceADevice)
+TEST(PngFile, WritesToADeviceAndDoesNotReplaceIt)
 {
+    writePng(noise(5, 5), "/dev/null");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+
     EXPECT_EQ(errorOf([] { writePng(noise(5, 5), "/dev/full"); }),
-              "'/dev/full': cannot be written: is not a regular file");
+              "'/dev/full': cannot be written: No space left on device");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 

@@ -275,7 +275,7 @@ TEST(AllocationFaults, LeaveASavedNetworkWhole)
         ASSERT_TRUE(outcome == Outcome::Ended || folder.count() == 2) << number;
         for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
             if (entry.path() != file && entry.path() != saved)
-                std::filesystem::remove(entry.path());
+                std::filesystem::remove_all(entry.path());
     }
     EXPECT_EQ(bytesOf(saved), fresh);
 }

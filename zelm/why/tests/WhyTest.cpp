@@ -260,6 +260,15 @@ TEST_F(Why, TellsOfUpdatesThatThrowAndFreesWhatTheyPassed)
     EXPECT_EQ(recorded(third).verdict(), "runs");
 }
 
+TEST_F(Why, TellsOfUpdatesThatThrowWhatHasNoWords)
+{
+    touch(first);
+    first->whenUpdated = [](VRequest&) -> bool { throw 42; };
+
+    EXPECT_EQ(Recorder(context).evaluate(third, 1.0).failure,
+              "something was thrown that does not say what it is");
+}
+
 TEST_F(Why, IsForeseenAndRunsNothing)
 {
     touch(first);
