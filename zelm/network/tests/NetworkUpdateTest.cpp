@@ -11,8 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ctime>
 #include <string>
 
 namespace Zelm
@@ -96,42 +94,6 @@ TEST_F(NetworkUpdate, PassesOverObjectsThatHaveEnded)
     network->object("a")->remove();
 
     EXPECT_TRUE(update(document(R"("left": 9)", "")));
-}
-
-/// Objects that are not connected, with one value of the first.
-NetworkDocument manyObjects(int count, const std::string& value)
-{
-    std::string text = R"({"zelm-network": 1, "objects": [)";
-    for (int at = 0; at < count; ++at)
-        text += (at > 0 ? ", " : "") + (R"({"name": "o)" + std::to_string(at)) +
-                R"(", "creator": "Test/Sum")" +
-                (at == 0 ? R"(, "values": {"left": )" + value + "}}" : "}");
-    return readNetwork("a.json", text + "]}");
-}
-
-/// In seconds of this process, the least of some.
-double timeOfAnUpdate(int objects)
-{
-    const NetworkDocument former = manyObjects(objects, "1");
-    const NetworkDocument later = manyObjects(objects, "2");
-    const RefPtr<LoadedNetwork> network = buildNetwork(former, {});
-    double least = 1e9;
-    for (int time = 0; time < 3; ++time)
-    {
-        const std::clock_t begin = std::clock();
-        EXPECT_TRUE(updateNetwork(*network, former, later));
-        least = std::min(least, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
-    }
-    network->remove();
-    return least;
-}
-
-TEST_F(NetworkUpdate, TakesNoMoreTimeForEachObjectWhereThereAreMany)
-{
-    const double ofFew = timeOfAnUpdate(2'000);
-    const double ofMany = timeOfAnUpdate(32'000);
-
-    EXPECT_LT(ofMany, 3 * 16 * ofFew);
 }
 
 TEST_F(NetworkUpdate, TellsWhereAValueIsRefused)
