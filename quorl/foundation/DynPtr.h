@@ -193,9 +193,10 @@ protected:
         {
             // Others have dropped theirs at the same moment, so this was the last after all. The
             // share of the object itself keeps the block.
-            referer->weak.fetch_add(1, std::memory_order_relaxed);
-            endLife(*referer);
-            wunref();
+            Referer* const former = referer;
+            former->weak.fetch_add(1, std::memory_order_relaxed);
+            endLife(*former);
+            if (referer == former) wunref();
         }
     }
 
@@ -208,6 +209,7 @@ private:
     /// The last strong share, or one that was none any more.
     [[gnu::noinline]] void dropLast()
     {
+        const Referer* const former = referer;
         // If nobody else has a handle, nobody can be changing the counters.
         const bool isAlone = referer->strong.load(std::memory_order_acquire) == 1 &&
                              referer->weak.load(std::memory_order_acquire) == kMineAndItsOwn;
@@ -215,7 +217,7 @@ private:
             endLife(*referer);
         else
             unref();
-        if (!referer) return; // what ended has cleared this very handle
+        if (referer != former) return; // what ended has assigned to this very handle
         if (referer->weak.load(std::memory_order_acquire) == 1)
             freeReferer();
         else
