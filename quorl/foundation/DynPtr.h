@@ -5,6 +5,7 @@
 #include <quorl/foundation/Referer.h>
 #include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/SpeakPtr.h>
+#include <quorl/foundation/Watch.h>
 
 #include <compare>
 #include <functional>
@@ -300,6 +301,7 @@ void DynPtr<T, B>::endLife(Referer& referer)
     object->extremeUnction();
     referer.strong.store(kDead, std::memory_order_relaxed);
     referer.object = poisonedObject();
+    if constexpr (kStandsInNetworks<B>) Watch::shapeChanges();
     if constexpr (std::is_same_v<B, Cacheable>) static_cast<B*>(object)->PreDestructor();
     delete object;
 }

@@ -1,10 +1,18 @@
+#include <quorl/objects/VConnectionValidator.h>
+#include <quorl/objects/VConnectionValidatorList.h>
 #include <quorl/objects/VObject.h>
+#include <quorl/slots/VSlotTables.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <iterator>
+#include <map>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -149,6 +157,59 @@ TEST(VObjectRequest, MayDropAnIdentityThatTakesObjectsWithIt)
 
     EXPECT_FALSE(observer);
     EXPECT_EQ(network.takeLog(), std::vector<std::string>());
+}
+
+/// Ends with a request at an object downstream of it.
+class AskingAtTheEnd : public Node
+{
+public:
+    struct OwnState final : State
+    {
+        ~OwnState() override { act(); }
+        std::function<void()> act;
+    };
+
+    AskingAtTheEnd(const std::string& nodeName, std::function<void()> whatToAsk)
+        : Node(nodeName), act(std::move(whatToAsk))
+    {
+    }
+    AskingAtTheEnd(const AskingAtTheEnd&) = delete;
+    AskingAtTheEnd& operator=(const AskingAtTheEnd&) = delete;
+    ~AskingAtTheEnd() override { act(); }
+
+    RefPtr<State> newState() const override
+    {
+        OwnState* const state = new OwnState;
+        state->act = act;
+        return RefPtr<State>(state);
+    }
+
+    std::function<void()> act;
+};
+
+TEST(VObjectRequest, DoesNotComeToAnObjectThatEnds)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto end = network.node("end");
+    std::int32_t number = 0;
+    int requests = 0;
+    const auto askAtTheEnd = [&] {
+        VRequest request(pool, false);
+        end->init_request(request, 1.0);
+        EXPECT_FALSE(request.Id->levels().contains(number));
+        ++requests;
+    };
+    {
+        const auto mortal = RefPtr<Node>(new AskingAtTheEnd("mortal", askAtTheEnd));
+        number = mortal->ID;
+        network.connect(mortal, end, "x");
+        mortal->myState(pool);
+        askOften(end, pool);
+        mortal->remove();
+    }
+
+    EXPECT_EQ(requests, 2) << "of the object and of its state";
 }
 
 } // namespace
