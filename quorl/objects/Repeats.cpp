@@ -5,6 +5,7 @@
 #include <quorl/objects/OwnOperations.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
+#include <quorl/slots/InputCursor.h>
 
 #include <memory>
 #include <utility>
@@ -13,8 +14,6 @@ namespace Quorl
 {
 namespace
 {
-
-constexpr int kTraceVerbosity = 100; // at which the slots of a walk are told
 
 constinit thread_local Repeats* theInnermost = nullptr;
 
@@ -144,8 +143,8 @@ bool Repeats::isSettled(const VObject& object)
 bool Repeats::isSilent(const VRequest& request)
 {
     return VObject::VERBOSE_REQUEST == 0 && !Tolmen::Profiler::isListenedTo() &&
-           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request) &&
-           !request.isCancelled();
+           !isVprintfAudible(InputCursor::kTraceVerbosity) &&
+           !OwnOperations::hasIsCancelled(request) && !request.isCancelled();
 }
 
 void Repeats::enter(Place place)

@@ -1,10 +1,13 @@
 #include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VObject.h>
+#include <quorl/services/Vprintf.h>
+#include <quorl/values/ValuePool.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <string>
@@ -68,10 +71,10 @@ public:
     /// \return how many questions a request at the last object asked, for each input of the
     /// network.
     double questionsOfRequest() { return questionsOfRequest(nodes_.size() - 1); }
-    double questionsOfRequest(std::size_t object)
+    double questionsOfRequest(std::size_t object, const RefPtr<ValuePool>& pool = {})
     {
         theQuestions = 0;
-        ask(nodes_[object]);
+        ask(nodes_[object], pool);
         return static_cast<double>(theQuestions) / inputs_;
     }
 
@@ -169,6 +172,19 @@ TEST_P(Growth, OfARequestAfterAChangeIsLinear)
         EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_GT(network.updates(), 0U);
     });
+}
+
+TEST_P(Growth, OfRequestsIsLinearWhereVprintfIsAsQuietAsCanBe)
+{
+    ::setenv("VVERBOSITY", "-1", 1);
+    verbosity_level = -1;
+    atEachSize([](Growing& network) {
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+    });
+    ::unsetenv("VVERBOSITY");
+    verbosity_level = 0;
 }
 
 TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
