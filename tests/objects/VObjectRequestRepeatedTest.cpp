@@ -115,6 +115,32 @@ TEST(VObjectRequest, IsAnsweredAsEverIfWhatItConcernsHasEnded)
     });
 }
 
+TEST(VObjectRequest, TellsValidatorsThatCameWithTheListOfAnother)
+{
+    const RefPtr<VConnectionValidator> validator(new VConnectionValidator); // older than all of it
+    Network network;
+    const auto object = network.node("object");
+    const auto other = network.node("other");
+    network.connect(network.node("source"), object, "x");
+    other->insertConnectionValidator(validator);
+    askOften(object, {});
+
+    VConnectionValidatorList& list = *object;
+    list = *other;
+    ask(object);
+
+    EXPECT_EQ(validator->Taint, object->ID);
+}
+
+template <class Levels>
+concept CanMoveLevels = requires(Levels& levels) { levels.extract(0); } ||
+                        requires(Levels& levels) { levels.merge(levels); } ||
+                        requires(Levels& levels) { levels.swap(levels); } ||
+                        requires(Levels& levels) { swap(levels, levels); } ||
+                        requires(Levels& levels) { levels = std::move(levels); };
+static_assert(!CanMoveLevels<VInputLevels>, "nobody would look anew");
+static_assert(CanMoveLevels<std::map<int, int>>);
+
 /// The identity of an evaluation that does something when it ends.
 class EndingID : public VRequest::ID
 {
