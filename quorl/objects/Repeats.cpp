@@ -36,6 +36,7 @@ Repeats::~Repeats()
 
 Repeats::Place Repeats::meet(VObject& object)
 {
+    if (request_.Pool != pool_) notice();
     met_.emplace_back();
     return graph_.add(object);
 }
@@ -119,6 +120,7 @@ void Repeats::notice()
     newestConnection_ = request_.NewestConnection;
     if (request_.Id == id_ && request_.Pool == pool_) return;
     realize();
+    if (pool_ && request_.Pool != pool_) formerPools_.insert(pool_);
     id_ = request_.Id;
     pool_ = request_.Pool;
     isTicketKept_ = false;

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <set>
 #include <vector>
 
 namespace Quorl
@@ -43,7 +44,8 @@ public:
 
     bool isSettled(const VObject& object);
 
-    /// A visit is to be paid to an object that nobody asks, because the walk begins there.
+    /// A visit is to be paid to an object that nobody asks, because the walk begins there. The
+    /// context, with its age there, stays until the walk ends.
     Place meet(VObject& object);
 
     /// The same to a source that the visit at `asker` asks.
@@ -122,7 +124,8 @@ private:
 
     const VRequest& request_;
     WeakPtr<VRequest::ID> id_; // of the request, as long as that is for the same evaluation
-    WeakPtr<ValuePool> pool_;  // and context
+    RefPtr<ValuePool> pool_;   // and context, whose ages visits are at
+    std::set<RefPtr<ValuePool>> formerPools_; // where visits began that may still be under way
     WalkGraph graph_;
     std::vector<Met> met_;
     std::vector<LatentVisit> latent_;

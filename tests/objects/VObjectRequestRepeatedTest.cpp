@@ -238,5 +238,31 @@ TEST(VObjectRequest, DoesNotComeToAnObjectThatEnds)
     EXPECT_EQ(requests, 2) << "of the object and of its state";
 }
 
+TEST(VObjectRequest, KeepsTheContextThatAnUpdateTakesFromIt)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto end = network.node("end");
+    const auto own = source->input("own");
+    network.connect(source, end, "x");
+    WeakPtr<ValuePool> first;
+    bool wasAlive = false;
+    source->whenUpdated = [&](VRequest& request) {
+        request.Pool = makePool();
+        wasAlive = static_cast<bool>(first);
+        return true;
+    };
+    touchInput(own);
+    {
+        VRequest request(makePool(), false);
+        first = request.Pool;
+        end->init_request(request, 1.0);
+    }
+
+    EXPECT_EQ(source->updates, 1);
+    EXPECT_TRUE(wasAlive) << "visits are under way that look at its ages";
+    EXPECT_FALSE(first);
+}
+
 } // namespace
 } // namespace Quorl
