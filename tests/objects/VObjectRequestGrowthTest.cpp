@@ -22,6 +22,7 @@ namespace
 {
 
 using QuorlTest::ask;
+using QuorlTest::makePool;
 using QuorlTest::Network;
 using QuorlTest::Node;
 
@@ -285,6 +286,54 @@ TEST_F(ManyPlans, ThatAreVoidMakeRoomForThatOfAnotherNetwork)
     for (int request = 0; request < 3; ++request) other.questionsOfRequest();
 
     EXPECT_EQ(other.questionsOfRequest(), 0);
+}
+
+/// Requests in many contexts begin at the end of one chain.
+class ManyContexts : public testing::Test
+{
+protected:
+    static constexpr std::size_t kLength = 2000;
+    static constexpr int kContexts = 540;
+
+    ManyContexts()
+    {
+        network.add({});
+        while (network.objects() < kLength) network.add({network.objects() - 1});
+    }
+
+    double questionsOfThirdRequest(const RefPtr<ValuePool>& pool)
+    {
+        for (int request = 0; request < 2; ++request) network.questionsOfRequest(kLength - 1, pool);
+        return network.questionsOfRequest(kLength - 1, pool);
+    }
+
+    Growing network;
+};
+
+TEST_F(ManyContexts, MakeRoomWhenTheyHaveEnded)
+{
+    for (int context = 0; context < kContexts; ++context) questionsOfThirdRequest(makePool());
+
+    EXPECT_EQ(questionsOfThirdRequest(makePool()), 0);
+}
+
+TEST_F(ManyContexts, ThatLiveMakeRoomForNewerOnes)
+{
+    std::vector<RefPtr<ValuePool>> contexts;
+    for (int context = 0; context < kContexts; ++context)
+    {
+        contexts.push_back(makePool());
+        EXPECT_EQ(questionsOfThirdRequest(contexts.back()), 0);
+    }
+}
+
+TEST_F(ManyContexts, ThatEndedBehindTheirOwnersTakeNoRoom)
+{
+    const RefPtr<ValuePool> ended = makePool();
+    delete ended.rawptr();
+    for (int context = 0; context < kContexts; ++context) questionsOfThirdRequest(ended);
+
+    EXPECT_EQ(questionsOfThirdRequest(makePool()), 0);
 }
 
 /// One object takes the ends of many chains.
