@@ -141,6 +141,31 @@ concept CanMoveLevels = requires(Levels& levels) { levels.extract(0); } ||
 static_assert(!CanMoveLevels<VInputLevels>, "nobody would look anew");
 static_assert(CanMoveLevels<std::map<int, int>>);
 
+/// Each update of an object with an old state demands another one.
+TEST(VObjectRequest, RunsWhatHasAnOldStateEachTime)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    std::vector<RefPtr<Node>> chain{network.node("0")};
+    const auto own = chain.front()->input("own");
+    for (const char* const name : {"1", "2", "3", "4"})
+    {
+        chain.push_back(network.node(name));
+        network.connect(*std::prev(chain.end(), 2), chain.back(), "x");
+    }
+    askOften(chain.back(), pool);
+    for (const std::size_t at : {1, 3}) chain[at]->myState(pool)->touch();
+    touchInput(own, pool);
+    ask(chain.back(), pool);
+    network.takeLog();
+
+    for (int time = 0; time < kOften; ++time)
+    {
+        EXPECT_TRUE(ask(chain.back(), pool));
+        EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"1", "2", "3", "4"}));
+    }
+}
+
 /// The identity of an evaluation that does something when it ends.
 class EndingID : public VRequest::ID
 {
