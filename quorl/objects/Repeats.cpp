@@ -198,23 +198,34 @@ void Repeats::visitTwice(Place place)
     }
 }
 
-/// What may fail comes first, so that nobody is accounted for twice.
+/// By whatever they reach. The first account of a walk, which mostly is the only one, may look at
+/// all that the walk has met.
 void Repeats::realize()
 {
     if (latent_.empty()) return;
-    const VisitTally tally(graph_, latent_);
-    if (id_) id_->log_.reserve(tally.places().size());
-    if (tally.areSeveralLevels())
-        chain_->Changes.owe(std::make_shared<LevelCourse>(graph_, latent_),
-                            {0, static_cast<Place>(graph_.size())});
-    latent_.clear();
-    ++accounts_;
-    for (const Place first : tally.places()) realize(tally, first);
+    if (accounts_ == 1) return account(graph_, latent_, [](Place place) { return place; });
+    excerpt_.take(graph_, latent_);
+    account(excerpt_.graph(), excerpt_.visits(),
+            [&](Place place) { return excerpt_.origin(place); });
 }
 
-void Repeats::realize(const VisitTally& tally, Place first)
+/// What may fail comes first, so that nobody is accounted for twice.
+template <class Origin>
+void Repeats::account(const WalkGraph& graph, const std::vector<LatentVisit>& visits,
+                      Origin&& origin)
 {
-    const VisitTally::Sum& sum = tally.sum(first);
+    const VisitTally tally(graph, visits);
+    if (id_) id_->log_.reserve(tally.places().size());
+    if (tally.areSeveralLevels())
+        chain_->Changes.owe(std::make_shared<const LevelCourse>(graph, visits),
+                            {0, static_cast<Place>(graph.size())});
+    latent_.clear();
+    ++accounts_;
+    for (const Place first : tally.places()) realize(tally.sum(first), origin(first));
+}
+
+void Repeats::realize(const VisitTally::Sum& sum, Place first)
+{
     if (id_)
         id_->log_.add(graph_.number(first),
                       {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller});

@@ -7,6 +7,7 @@
 #include <quorl/objects/RequestExecutor.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/objects/VisitTally.h>
+#include <quorl/objects/WalkExcerpt.h>
 #include <quorl/objects/WalkGraph.h>
 
 #include <cstdint>
@@ -120,7 +121,9 @@ private:
     void settle(Place place, bool isKept, std::uint32_t told);
     Tolmen::Watch* watchFor(Place place);
     void visitTwice(Place place);
-    void realize(const VisitTally& tally, Place first);
+    template <class Origin>
+    void account(const WalkGraph& graph, const std::vector<LatentVisit>& visits, Origin&& origin);
+    void realize(const VisitTally::Sum& sum, Place first);
 
     const VRequest& request_;
     WeakPtr<VRequest::ID> id_; // of the request, as long as that is for the same evaluation
@@ -130,7 +133,8 @@ private:
     std::vector<Met> met_;
     std::vector<LatentVisit> latent_;
     RefPtr<RequestExecutor::MaxRequestExecutor> chain_; // of the latent visits
-    std::vector<Place> ways_;                           // working storage
+    std::vector<Place> ways_;                           // working storage, as is the next
+    WalkExcerpt excerpt_;
     Tolmen::Watch watch_;
     std::uint32_t foreignCode_ = 0;
     std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for

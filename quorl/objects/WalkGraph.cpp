@@ -7,14 +7,20 @@
 
 namespace Quorl
 {
-
 WalkGraph::Place WalkGraph::add(VObject& object)
 {
     const Place before = placeOf(object);
-    const auto place = static_cast<Place>(nodes_.size());
-    nodes_.push_back({&object, static_cast<std::int32_t>(object.ID),
-                      before == kNowhere ? place : first(before)});
+    const Place place =
+        add(static_cast<std::int32_t>(object.ID), before == kNowhere ? kNowhere : first(before));
+    nodes_.back().object = &object;
     object.place_.store(place, std::memory_order_relaxed);
+    return place;
+}
+
+WalkGraph::Place WalkGraph::add(std::int32_t number, Place first)
+{
+    const auto place = static_cast<Place>(nodes_.size());
+    nodes_.push_back({nullptr, number, first == kNowhere ? place : first});
     return place;
 }
 

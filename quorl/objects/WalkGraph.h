@@ -23,6 +23,11 @@ public:
 
     Place add(VObject& object);
     void addSource(Place asker, Place source);
+
+    /// The same without the object itself, by its number and its first place; `kNowhere` if this is
+    /// that.
+    Place add(std::int32_t number, Place first);
+
     void forgetObject(Place place); ///< which ends
 
     std::size_t size() const { return nodes_.size(); }
