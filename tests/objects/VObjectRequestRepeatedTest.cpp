@@ -289,5 +289,35 @@ TEST(VObjectRequest, KeepsTheContextThatAnUpdateTakesFromIt)
     EXPECT_FALSE(first);
 }
 
+TEST(VObjectRequest, SeesWhatAThreadHasTouchedThatAnUpdateWaitedFor)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto shared = network.node("shared");
+    const auto first = network.node("first");
+    const auto second = network.node("second");
+    const auto end = network.node("end");
+    const auto own = shared->input("own");
+    const auto ownOfFirst = first->input("own");
+    const auto ownOfSecond = second->input("own");
+    network.connect(shared, end, "1");
+    network.connect(first, end, "2");
+    network.connect(shared, end, "3");
+    network.connect(second, end, "4");
+    network.connect(shared, end, "5");
+    ask(end, pool);
+    network.takeLog();
+    second->whenUpdated = [&](VRequest&) {
+        std::thread([&] { touchInput(own, pool); }).join();
+        return true;
+    };
+    touchInput(ownOfFirst, pool);
+    touchInput(ownOfSecond, pool);
+
+    EXPECT_TRUE(ask(end, pool));
+
+    EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"first", "second", "shared", "end"}));
+}
+
 } // namespace
 } // namespace Quorl
