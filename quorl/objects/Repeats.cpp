@@ -3,6 +3,7 @@
 #include <quorl/foundation/Profiler.h>
 #include <quorl/objects/LevelCourse.h>
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/RequestPlans.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
 #include <quorl/slots/InputCursor.h>
@@ -123,6 +124,7 @@ void Repeats::notice()
     if (pool_ && request_.Pool != pool_) formerPools_.insert(pool_);
     id_ = request_.Id;
     pool_ = request_.Pool;
+    RequestPlans::admit(request_);
     isTicketKept_ = false;
     ++era_;
 }
@@ -193,7 +195,10 @@ void Repeats::visitTwice(Place place)
         if (std::exchange(met_[at].upstreamTwice, era_) == era_) continue;
         VObject* const object = graph_.object(at);
         if (std::exchange(met_[graph_.first(at)].visitedTwice, era_) != era_ && object)
+        {
+            if (object->endsForeignIdentity()) foreignCodeRan();
             object->Previous.quietly() = object->Latest.value();
+        }
         for (auto way = graph_.firstSource(at); way; way = way.next()) ways_.push_back(way.place());
     }
 }

@@ -210,6 +210,30 @@ TEST(VObjectRequest, MayDropAnIdentityThatTakesObjectsWithIt)
     EXPECT_EQ(network.takeLog(), std::vector<std::string>());
 }
 
+TEST(VObjectRequest, SeesWhatTheEndOfAnIdentityTouchesWhereItIsWalked)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto end = network.node("end");
+    const auto source = network.node("source");
+    const auto own = source->input("own");
+    network.connect(source, end, "x");
+    askOften(end, pool);
+    {
+        VRequest request(pool, false);
+        request.Id = RefPtr<VRequest::ID>(new EndingID([&] { touchInput(own, pool); }));
+        end->init_request(request, 1.0);
+    }
+    ask(end, pool);
+    network.takeLog();
+
+    EXPECT_TRUE(ask(end, pool)) << "the source drops the identity before it looks at its input";
+
+    EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"source", "end"}));
+    askOften(end, pool);
+    EXPECT_EQ(network.takeLog(), std::vector<std::string>());
+}
+
 /// Ends with a request at an object downstream of it.
 class AskingAtTheEnd : public Node
 {
