@@ -139,6 +139,8 @@ struct HandleRoot<T> : IsHandleRoot<Quorl::VManagedObjectBase>
 {
 };
 template <>
+inline constexpr bool kStandsInNetworks<Quorl::VManagedObjectBase> = true;
+template <>
 struct HandleRoot<Quorl::VParameter> : IsHandleRoot<Quorl::ValueNotifierList>
 {
 };

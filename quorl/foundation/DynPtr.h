@@ -5,6 +5,7 @@
 #include <quorl/foundation/Referer.h>
 #include <quorl/foundation/RefererPool.h>
 #include <quorl/foundation/SpeakPtr.h>
+#include <quorl/foundation/Watch.h>
 
 #include <compare>
 #include <functional>
@@ -193,9 +194,10 @@ protected:
         {
             // Others have dropped theirs at the same moment, so this was the last after all. The
             // share of the object itself keeps the block.
-            referer->weak.fetch_add(1, std::memory_order_relaxed);
-            endLife(*referer);
-            wunref();
+            Referer* const former = referer;
+            former->weak.fetch_add(1, std::memory_order_relaxed);
+            endLife(*former);
+            if (referer == former) wunref();
         }
     }
 
@@ -208,6 +210,7 @@ private:
     /// The last strong share, or one that was none any more.
     [[gnu::noinline]] void dropLast()
     {
+        const Referer* const former = referer;
         // If nobody else has a handle, nobody can be changing the counters.
         const bool isAlone = referer->strong.load(std::memory_order_acquire) == 1 &&
                              referer->weak.load(std::memory_order_acquire) == kMineAndItsOwn;
@@ -215,7 +218,7 @@ private:
             endLife(*referer);
         else
             unref();
-        if (!referer) return; // what ended has cleared this very handle
+        if (referer != former) return; // what ended has assigned to this very handle
         if (referer->weak.load(std::memory_order_acquire) == 1)
             freeReferer();
         else
@@ -298,6 +301,7 @@ void DynPtr<T, B>::endLife(Referer& referer)
     object->extremeUnction();
     referer.strong.store(kDead, std::memory_order_relaxed);
     referer.object = poisonedObject();
+    if constexpr (kStandsInNetworks<B>) Watch::shapeChanges();
     if constexpr (std::is_same_v<B, Cacheable>) static_cast<B*>(object)->PreDestructor();
     delete object;
 }

@@ -76,6 +76,10 @@ struct IsHandleRoot
     using type = Root;
 };
 
+/// Whether objects of a root stand in networks, whose shape is another when one of them dies.
+template <class Root>
+inline constexpr bool kStandsInNetworks = false;
+
 template <class T>
     requires OneOf<T, Cacheable, ChunkBase, InterfaceBase, InterfaceIterationParameter, StringList>
 struct HandleRoot<T> : IsHandleRoot<T>

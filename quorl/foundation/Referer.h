@@ -106,12 +106,14 @@ extern TOLMEN_API std::int32_t RefererObjects;         ///< count blocks alive
 extern TOLMEN_API std::int32_t CheckRefcountedObjects; ///< `ReferenceBase` objects alive
 
 /// Changes a tally by `step` and gives what it was. A plain read-modify-write: two threads can lose
-/// a step. Relaxed accesses keep that free of data races, at the price of plain ones.
+/// a step. Relaxed accesses keep that free of data races, at the price of plain ones. Behind the
+/// largest number comes the smallest.
 inline std::int32_t changeTally(std::int32_t& tally, std::int32_t step)
 {
     const std::atomic_ref<std::int32_t> shared(tally);
     const std::int32_t before = shared.load(std::memory_order_relaxed);
-    shared.store(before + step, std::memory_order_relaxed);
+    const auto sum = static_cast<std::uint32_t>(before) + static_cast<std::uint32_t>(step);
+    shared.store(static_cast<std::int32_t>(sum), std::memory_order_relaxed);
     return before;
 }
 

@@ -10,6 +10,7 @@ constinit thread_local Watch* theInnermost = nullptr;
 } // namespace
 
 constinit std::atomic<std::int32_t> Watch::theWatchCount{0};
+constinit std::atomic<std::uint32_t> Watch::theStrangers{0};
 constinit std::atomic<std::uint64_t> Watch::theShape{0};
 constinit std::atomic<std::uint64_t> Watch::theVariables{0};
 
@@ -27,6 +28,7 @@ void Watch::keep(const void* place)
     if (!isSet_)
     {
         isSet_ = true;
+        strangers_ = theStrangers.load(std::memory_order_relaxed);
         outer_ = theInnermost;
         theInnermost = this;
         theWatchCount.fetch_add(1, std::memory_order_relaxed);
@@ -36,6 +38,7 @@ void Watch::keep(const void* place)
 
 void Watch::tell(const void* place)
 {
+    if (!theInnermost) theStrangers.fetch_add(1, std::memory_order_relaxed);
     for (Watch* watch = theInnermost; watch != nullptr; watch = watch->outer_)
         if (watch->places_.find(place)) ++watch->alarms_;
 }

@@ -89,6 +89,17 @@ protected:
     template <class Share = WeakShare>
     void assign(Referer* next);
 
+    /// Drops what is held, and what that has assigned to this very handle when it ended.
+    template <class Share>
+    void dropAll()
+    {
+        const Referer* former = nullptr;
+        do {
+            former = this->referer;
+            Share::drop(*this);
+        } while (this->referer && this->referer != former);
+    }
+
     void adopt(Referer* source)
     {
         this->referer = source;
@@ -124,7 +135,7 @@ void WeakPtrImpl<T, B>::assign(Referer* next)
 {
     if (this->referer == next) return;
     if (next) next->weak.fetch_add(1, std::memory_order_relaxed);
-    Share::drop(*this);
+    dropAll<Share>();
     adopt(next);
     if (!next) return;
     Share::takeRest(*this);

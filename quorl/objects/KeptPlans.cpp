@@ -11,7 +11,13 @@ namespace Quorl
 namespace
 {
 
-constexpr std::size_t kMostSteps = std::size_t{1} << 20; // some 100 bytes each
+constexpr std::size_t kMostSteps = std::size_t{1} << 20; // some 100 bytes each, and their inputs
+
+/// What was never there has not ended.
+bool hasEnded(const WeakPtr<ValuePool>& pool)
+{
+    return pool.referer && !pool;
+}
 
 } // namespace
 
@@ -47,18 +53,19 @@ KeptPlans::~KeptPlans()
     stepOut(theWaiting().line);
 }
 
+/// All are of one moment.
 const RequestPlan* KeptPlans::find(const RefPtr<ValuePool>& pool)
 {
-    std::erase_if(plans_, [](const auto& plan) { return !plan->isValid(); });
-    for (const auto& plan : plans_)
-        if (plan->isFor(pool)) return plan.get();
-    return nullptr;
+    if (learnt_ != Moment()) plans_.clear();
+    const auto known = plans_.find(pool);
+    return known != plans_.end() && known->second->isFor(pool) ? known->second.get() : nullptr;
 }
 
 void KeptPlans::learn(VObject& root, const RefPtr<ValuePool>& pool, const WalkGraph& walked)
 {
     const Moment now;
-    if (std::exchange(lastWalk_, now) != now || hopeless_ == now || find(pool)) return;
+    if (std::exchange(lastWalk_, now) != now || hopeless_ == now) return;
+    if (hasEnded(pool) || find(pool)) return;
     WalkSurvey survey(walked);
     const WalkSurvey::Result result = survey.from(root);
     if (result == WalkSurvey::Result::Disturbed) return;
@@ -67,25 +74,39 @@ void KeptPlans::learn(VObject& root, const RefPtr<ValuePool>& pool, const WalkGr
         hopeless_ = now;
         return;
     }
-    plans_.push_back(std::make_unique<RequestPlan>(survey.graph(), pool));
+    learnt_ = now;
+    endedPools_.takeOut(plans_, [](const auto& plan) { return hasEnded(plan.first); });
+    plans_.insert_or_assign(pool, std::make_unique<RequestPlan>(survey.graph(), pool));
     standLast();
 }
 
-/// Of two threads each may find the same room. \return whether there is as much.
+bool KeptPlans::isRoom(std::size_t steps)
+{
+    return RequestPlan::stepsOfAll() + steps <= kMostSteps;
+}
+
+/// Its own plans go last, since they have learnt something last. Of two threads each may find the
+/// same room. \return whether there is as much.
 bool KeptPlans::makeRoom(std::size_t steps)
 {
     if (steps > kMostSteps) return false;
-    const auto isRoom = [&] { return RequestPlan::stepsOfAll() + steps <= kMostSteps; };
-    if (isRoom()) return true;
+    if (!isRoom(steps))
+        std::erase_if(plans_, [](const auto& plan) { return hasEnded(plan.first); });
+    if (!isRoom(steps)) makeOthersLeave(steps);
+    while (!isRoom(steps) && !plans_.empty()) plans_.erase(plans_.begin());
+    return isRoom(steps);
+}
+
+void KeptPlans::makeOthersLeave(std::size_t steps)
+{
     const std::lock_guard lock(theWaiting().mutex);
     Line& line = theWaiting().line;
-    for (auto place = line.begin(); place != line.end() && !isRoom();)
+    for (auto place = line.begin(); place != line.end() && !isRoom(steps);)
     {
         const std::unique_ptr<KeptPlans> oldest = takeFrom(**place);
         if (!oldest || oldest->place_ == place) ++place; // in use, or about to leave
         if (oldest && oldest->isInLine()) oldest->stepOut(line);
     }
-    return isRoom();
 }
 
 void KeptPlans::standLast()

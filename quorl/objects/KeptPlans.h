@@ -1,16 +1,19 @@
 #pragma once
 
 #include <quorl/Forward.h>
+#include <quorl/foundation/DeadEntries.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/foundation/Watch.h>
 #include <quorl/objects/RequestPlan.h>
 #include <quorl/objects/WalkGraph.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
+#include <map>
 #include <memory>
-#include <vector>
 
 namespace Quorl
 {
@@ -56,20 +59,25 @@ private:
         bool operator==(const Moment&) const = default;
     };
 
+    using Plans = std::map<WeakPtr<ValuePool>, std::unique_ptr<RequestPlan>, std::less<>>;
     using Line = std::list<Home*>;
     struct Waiting;
 
     static Waiting& theWaiting();
-    static bool makeRoom(std::size_t steps);
+    static bool isRoom(std::size_t steps);
+    bool makeRoom(std::size_t steps);
+    static void makeOthersLeave(std::size_t steps);
     void standLast();
     void stepOut(Line& line) { entry_.splice(entry_.begin(), line, place_); }
     bool isInLine() const { return entry_.empty(); }
 
     Home& home_;
-    std::vector<std::unique_ptr<RequestPlan>> plans_;
+    Plans plans_;
+    Tolmen::DeadEntries endedPools_;
+    Moment learnt_{0, 0};   // when the plans were made
     Moment lastWalk_{0, 0}; // its end
     Moment hopeless_{0, 0}; // when it was found that there can be no plan
-    Line entry_{&home_};    // moves into the line of all, and back
+    Line entry_{&home_};    // its node moves into the line of all, and back: neither needs memory
     const Line::iterator place_ = entry_.begin();
 };
 

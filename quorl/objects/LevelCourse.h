@@ -3,6 +3,7 @@
 #include <quorl/objects/VisitTally.h>
 #include <quorl/objects/WalkGraph.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -23,9 +24,16 @@ public:
     /// is another at a visit than it was at the one before; not more than the largest number.
     std::int32_t changes(Place begin, Place end) const;
 
+    /// In visits and ways.
+    std::size_t size() const { return graph_.size() + graph_.ways() + visits_.size(); }
+
+    /// Equal courses have the same; others hardly ever.
+    std::size_t fingerprint() const { return fingerprint_; }
+
     bool operator==(const LevelCourse& other) const = default;
 
 private:
+    std::size_t fingerprint_;
     WalkGraph graph_;
     std::vector<LatentVisit> visits_;
 };

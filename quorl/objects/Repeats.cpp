@@ -3,8 +3,10 @@
 #include <quorl/foundation/Profiler.h>
 #include <quorl/objects/LevelCourse.h>
 #include <quorl/objects/OwnOperations.h>
+#include <quorl/objects/RequestPlans.h>
 #include <quorl/objects/VObject.h>
 #include <quorl/services/Vprintf.h>
+#include <quorl/slots/InputCursor.h>
 
 #include <memory>
 #include <utility>
@@ -13,8 +15,6 @@ namespace Quorl
 {
 namespace
 {
-
-constexpr int kTraceVerbosity = 100; // at which the slots of a walk are told
 
 constinit thread_local Repeats* theInnermost = nullptr;
 
@@ -37,6 +37,7 @@ Repeats::~Repeats()
 
 Repeats::Place Repeats::meet(VObject& object)
 {
+    if (request_.Pool != pool_) notice();
     met_.emplace_back();
     return graph_.add(object);
 }
@@ -120,8 +121,10 @@ void Repeats::notice()
     newestConnection_ = request_.NewestConnection;
     if (request_.Id == id_ && request_.Pool == pool_) return;
     realize();
+    if (pool_ && request_.Pool != pool_) formerPools_.insert(pool_);
     id_ = request_.Id;
     pool_ = request_.Pool;
+    RequestPlans::admit(request_);
     isTicketKept_ = false;
     ++era_;
 }
@@ -144,8 +147,8 @@ bool Repeats::isSettled(const VObject& object)
 bool Repeats::isSilent(const VRequest& request)
 {
     return VObject::VERBOSE_REQUEST == 0 && !Tolmen::Profiler::isListenedTo() &&
-           !isVprintfAudible(kTraceVerbosity) && !OwnOperations::hasIsCancelled(request) &&
-           !request.isCancelled();
+           !isVprintfAudible(InputCursor::kTraceVerbosity) &&
+           !OwnOperations::hasIsCancelled(request) && !request.isCancelled();
 }
 
 void Repeats::enter(Place place)
@@ -192,28 +195,42 @@ void Repeats::visitTwice(Place place)
         if (std::exchange(met_[at].upstreamTwice, era_) == era_) continue;
         VObject* const object = graph_.object(at);
         if (std::exchange(met_[graph_.first(at)].visitedTwice, era_) != era_ && object)
+        {
+            if (object->endsForeignIdentity()) foreignCodeRan();
             object->Previous.quietly() = object->Latest.value();
+        }
         for (auto way = graph_.firstSource(at); way; way = way.next()) ways_.push_back(way.place());
     }
 }
 
-/// What may fail comes first, so that nobody is accounted for twice.
+/// By whatever they reach. The first account of a walk, which mostly is the only one, may look at
+/// all that the walk has met.
 void Repeats::realize()
 {
     if (latent_.empty()) return;
-    const VisitTally tally(graph_, latent_);
-    if (id_) id_->log_.reserve(tally.places().size());
-    if (tally.areSeveralLevels())
-        chain_->Changes.owe(std::make_shared<LevelCourse>(graph_, latent_),
-                            {0, static_cast<Place>(graph_.size())});
-    latent_.clear();
-    ++accounts_;
-    for (const Place first : tally.places()) realize(tally, first);
+    if (accounts_ == 1) return account(graph_, latent_, [](Place place) { return place; });
+    excerpt_.take(graph_, latent_);
+    account(excerpt_.graph(), excerpt_.visits(),
+            [&](Place place) { return excerpt_.origin(place); });
 }
 
-void Repeats::realize(const VisitTally& tally, Place first)
+/// What may fail comes first, so that nobody is accounted for twice.
+template <class Origin>
+void Repeats::account(const WalkGraph& graph, const std::vector<LatentVisit>& visits,
+                      Origin&& origin)
 {
-    const VisitTally::Sum& sum = tally.sum(first);
+    const VisitTally tally(graph, visits);
+    if (id_) id_->log_.reserve(tally.places().size());
+    if (tally.areSeveralLevels())
+        chain_->Changes.owe(std::make_shared<const LevelCourse>(graph, visits),
+                            {0, static_cast<Place>(graph.size())});
+    latent_.clear();
+    ++accounts_;
+    for (const Place first : tally.places()) realize(tally.sum(first), origin(first));
+}
+
+void Repeats::realize(const VisitTally::Sum& sum, Place first)
+{
     if (id_)
         id_->log_.add(graph_.number(first),
                       {sum.minLevel, sum.maxLevel, sum.count, sum.minCaller, sum.maxCaller});

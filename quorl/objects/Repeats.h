@@ -7,10 +7,12 @@
 #include <quorl/objects/RequestExecutor.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/objects/VisitTally.h>
+#include <quorl/objects/WalkExcerpt.h>
 #include <quorl/objects/WalkGraph.h>
 
 #include <cstdint>
 #include <limits>
+#include <set>
 #include <vector>
 
 namespace Quorl
@@ -43,7 +45,8 @@ public:
 
     bool isSettled(const VObject& object);
 
-    /// A visit is to be paid to an object that nobody asks, because the walk begins there.
+    /// A visit is to be paid to an object that nobody asks, because the walk begins there. The
+    /// context, with its age there, stays until the walk ends.
     Place meet(VObject& object);
 
     /// The same to a source that the visit at `asker` asks.
@@ -118,16 +121,20 @@ private:
     void settle(Place place, bool isKept, std::uint32_t told);
     Tolmen::Watch* watchFor(Place place);
     void visitTwice(Place place);
-    void realize(const VisitTally& tally, Place first);
+    template <class Origin>
+    void account(const WalkGraph& graph, const std::vector<LatentVisit>& visits, Origin&& origin);
+    void realize(const VisitTally::Sum& sum, Place first);
 
     const VRequest& request_;
     WeakPtr<VRequest::ID> id_; // of the request, as long as that is for the same evaluation
-    WeakPtr<ValuePool> pool_;  // and context
+    RefPtr<ValuePool> pool_;   // and context, whose ages visits are at
+    std::set<RefPtr<ValuePool>> formerPools_; // where visits began that may still be under way
     WalkGraph graph_;
     std::vector<Met> met_;
     std::vector<LatentVisit> latent_;
     RefPtr<RequestExecutor::MaxRequestExecutor> chain_; // of the latent visits
-    std::vector<Place> ways_;                           // working storage
+    std::vector<Place> ways_;                           // working storage, as is the next
+    WalkExcerpt excerpt_;
     Tolmen::Watch watch_;
     std::uint32_t foreignCode_ = 0;
     std::uint32_t accounts_ = 1; // rises when latent visits have been accounted for

@@ -1,9 +1,8 @@
 #include <quorl/objects/RequestExecutor.h>
 
-#include <quorl/objects/LevelCourse.h>
+#include <quorl/objects/LevelDebt.h>
 #include <quorl/objects/Repeats.h>
 
-#include <algorithm>
 #include <mutex>
 
 namespace Tolmen
@@ -16,7 +15,7 @@ namespace Quorl
 namespace
 {
 
-constexpr std::size_t kMostDebts = 8; // each is as large as what was walked
+constexpr std::size_t kMostDebts = std::size_t{1} << 22; // visits and ways, some 20 bytes each
 
 constinit std::mutex theReaders; // of all sums, which are hardly ever read
 
@@ -61,7 +60,7 @@ RequestExecutor::ReckonedSum::operator std::int32_t() const
 {
     Repeats::realizeAll();
     const std::lock_guard lock(theReaders);
-    settle();
+    while (!debts_.empty()) settleOne();
     return value_;
 }
 
@@ -69,30 +68,24 @@ RequestExecutor::ReckonedSum::operator std::int32_t() const
 void RequestExecutor::ReckonedSum::owe(const std::shared_ptr<const LevelCourse>& course,
                                        Places places)
 {
-    auto debt = std::ranges::find_if(debts_, [&](const Debt& known) {
-        return known.course == course || *known.course == *course;
-    });
-    if (debt == debts_.end())
-    {
-        if (debts_.size() == kMostDebts) settle();
-        debts_.push_back({course, {}});
-        debt = debts_.end() - 1;
-    }
-    ++debt->times[places];
+    debtOf(course).add(places);
 }
 
-void RequestExecutor::ReckonedSum::settle() const
+/// Where all memory for debts is in use, one is settled for each that comes.
+LevelDebt& RequestExecutor::ReckonedSum::debtOf(const std::shared_ptr<const LevelCourse>& course)
 {
-    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-    for (; !debts_.empty(); debts_.pop_back())
-    {
-        std::int64_t sum = 0;
-        for (const auto& [places, times] : debts_.back().times)
-            if (value_ + sum < kMost)
-                sum += std::min<std::int64_t>(times, kMost) *
-                       debts_.back().course->changes(places.first, places.second);
-        add(std::min<std::int64_t>(sum, kMost));
-    }
+    const auto [begin, end] = debts_.equal_range(course->fingerprint());
+    for (auto known = begin; known != end; ++known)
+        if (known->second->isOf(course)) return *known->second;
+    if (!debts_.empty() && LevelDebt::sizeOfAll() + course->size() > kMostDebts) settleOne();
+    return *debts_.emplace(course->fingerprint(), std::make_unique<LevelDebt>(course))->second;
+}
+
+void RequestExecutor::ReckonedSum::settleOne() const
+{
+    const auto debt = debts_.begin();
+    add(debt->second->changes(value_));
+    debts_.erase(debt);
 }
 
 RequestExecutor::Chain& RequestExecutor::Chain::operator=(const RefPtr<MaxRequestExecutor>& other)

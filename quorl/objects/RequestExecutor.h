@@ -5,17 +5,18 @@
 #include <quorl/foundation/RefPtr.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
 #include <memory>
 #include <utility>
-#include <vector>
 
 namespace Quorl
 {
 
 class LevelCourse;
+class LevelDebt;
 
 /// The depth of an object in the evaluation that passed last. Deliberate: to copy and to assign
 /// does not give the same depth but the next one, since it is handed down from object to object.
@@ -61,18 +62,13 @@ public:
         friend class RequestPlan;
 
         using Places = std::pair<std::uint32_t, std::uint32_t>; // of a course: first, behind last
-        struct Debt
-        {
-            std::shared_ptr<const LevelCourse> course;
-            std::map<Places, std::int64_t> times;
-        };
-
         void add(std::int64_t more) const;
         void owe(const std::shared_ptr<const LevelCourse>& course, Places places);
-        void settle() const;
+        LevelDebt& debtOf(const std::shared_ptr<const LevelCourse>& course);
+        void settleOne() const;
 
         mutable std::int32_t value_ = 0; // not more than the largest number
-        mutable std::vector<Debt> debts_;
+        mutable std::multimap<std::size_t, std::unique_ptr<LevelDebt>> debts_; // by fingerprints
     };
 
     /// What all executors of one chain share.

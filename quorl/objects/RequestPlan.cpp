@@ -100,24 +100,30 @@ void RequestPlan::addParts(const WalkGraph& graph, const VisitTally& tally)
 
 // Followed
 
+/// From state to state, so that what follows the first work is not looked at.
 RequestPlan::Place RequestPlan::findWork(VRequest& request, Place begin, Place end) const
 {
     Ageable newestConnection = request.NewestConnection;
     const VObject* newest = nullptr;
     const Ageable* const* inputs =
         inputs_.data() + (begin == 0 ? 0 : steps_[begin - 1].endOfInputs);
-    for (Place place = begin; place < end; ++place)
+    auto state = std::ranges::lower_bound(states_, begin, {}, &State::place);
+    for (Place place = begin; place < end;)
     {
-        prefetch(place + kStepsAhead);
-        const Step& step = steps_[place];
-        if (!isDone(step, inputs)) return place;
-        inputs = inputs_.data() + step.endOfInputs;
-        if (newestConnection.stamp() >= step.connection->stamp()) continue;
-        newestConnection = *step.connection;
-        newest = step.object;
+        const bool isState = state != states_.end() && state->place < end;
+        for (const Place stop = isState ? state->place + 1 : end; place < stop; ++place)
+        {
+            prefetch(place + kStepsAhead);
+            const Step& step = steps_[place];
+            if (!isDone(step, inputs)) return place;
+            inputs = inputs_.data() + step.endOfInputs;
+            if (newestConnection.stamp() >= step.connection->stamp()) continue;
+            newestConnection = *step.connection;
+            newest = step.object;
+        }
+        if (isState && hasWork(*state++)) return place - 1;
     }
-    const Place place = findStateWithWork(begin, end);
-    if (place != end || !newest) return place;
+    if (!newest) return end;
     request.NewestConnection = newestConnection;
     request.NewestConnectionObject = static_cast<std::int32_t>(newest->ID);
     return end;
@@ -134,13 +140,9 @@ bool RequestPlan::isDone(const Step& step, const Ageable* const* inputs) const
     return true;
 }
 
-RequestPlan::Place RequestPlan::findStateWithWork(Place begin, Place end) const
+bool RequestPlan::hasWork(const State& state) const
 {
-    auto entry = std::ranges::lower_bound(states_, begin, {}, &State::place);
-    for (; entry != states_.end() && entry->place < end; ++entry)
-        if (!(*entry->state < Ageable(1)) && *entry->state < *steps_[entry->place].age)
-            return entry->place;
-    return end;
+    return !(*state.state < Ageable(1)) && *state.state < *steps_[state.place].age;
 }
 
 void RequestPlan::leaveTraces(const VRequest& request, Place begin, Place end) const

@@ -90,7 +90,7 @@ private:
     void addParts(const WalkGraph& graph, const VisitTally& tally);
 
     bool isDone(const Step& step, const Ageable* const* inputs) const;
-    Place findStateWithWork(Place begin, Place end) const;
+    bool hasWork(const State& state) const;
     bool isAtSeveralLevels(Place begin, Place end) const; // one of these
     void prefetch(Place place) const;
 

@@ -19,6 +19,7 @@ RequestPlans::~RequestPlans()
 
 bool RequestPlans::repeat(VRequest& request)
 {
+    admit(request);
     if (!kept_) return false;
     Repeats::upsetAll();
     parts_ = PlannedParts(kept_->find(request.Pool));
@@ -29,7 +30,7 @@ bool RequestPlans::repeat(VRequest& request)
 
 void RequestPlans::learn(const VRequest& request, const WalkGraph& walked)
 {
-    if (!Repeats::isSilent(request)) return;
+    if (!Repeats::isSilent(request) || hasForeignIdentity(request)) return;
     try
     {
         if (!kept_) kept_ = std::make_unique<KeptPlans>(root_.plans_);
@@ -39,6 +40,16 @@ void RequestPlans::learn(const VRequest& request, const WalkGraph& walked)
     {
         // The request is answered. There is no plan for the next one.
     }
+}
+
+void RequestPlans::admit(const VRequest& request)
+{
+    if (hasForeignIdentity(request)) Tolmen::Watch::shapeChanges();
+}
+
+bool RequestPlans::hasForeignIdentity(const VRequest& request)
+{
+    return request.Id && request.Id->isForeign();
 }
 
 void RequestPlans::drop(VObject& root)

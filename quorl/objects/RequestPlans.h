@@ -34,7 +34,14 @@ public:
 
     static void drop(VObject& root);
 
+    /// To be called for an evaluation before it comes to objects. Its identity stays in their
+    /// traces, and where the end of one may do anything, that is left to walks, which do it in its
+    /// place: plans are void then, and the next ones are made when those traces have gone.
+    static void admit(const VRequest& request);
+
 private:
+    static bool hasForeignIdentity(const VRequest& request);
+
     VObject& root_;
     std::unique_ptr<KeptPlans> kept_; // null before the first walk
     PlannedParts parts_;

@@ -9,7 +9,15 @@ namespace Quorl
 {
 
 VConnectionValidatorList::VConnectionValidatorList() = default;
+VConnectionValidatorList::VConnectionValidatorList(const VConnectionValidatorList&) = default;
 VConnectionValidatorList::~VConnectionValidatorList() = default;
+
+VConnectionValidatorList& VConnectionValidatorList::operator=(const VConnectionValidatorList& other)
+{
+    const Tolmen::Watch::ShapeChange change;
+    validators_ = other.validators_;
+    return *this;
+}
 
 void VConnectionValidatorList::insertConnectionValidator(
     const WeakPtr<VConnectionValidator>& validator)

@@ -16,6 +16,8 @@ class QUORL_API VConnectionValidatorList
 {
 public:
     VConnectionValidatorList();
+    VConnectionValidatorList(const VConnectionValidatorList&);
+    VConnectionValidatorList& operator=(const VConnectionValidatorList& other);
     ~VConnectionValidatorList();
 
     /// Enters a validator, once.

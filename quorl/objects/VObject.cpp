@@ -52,6 +52,7 @@ VObject::VObject(const string& wantedName, int givenPriority,
 
 VObject::~VObject()
 {
+    Tolmen::Watch::shapeChanges(); // for one that nobody owned: plans must not meet what ends here
     Repeats::forget(*this);
     RequestPlans::drop(*this);
 }

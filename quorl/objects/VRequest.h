@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <typeinfo>
 
 namespace Quorl
 {
@@ -47,6 +48,11 @@ public:
     private:
         friend class Repeats;
         friend class RequestPlan;
+        friend class RequestPlans;
+        friend class VTraceRequestID;
+
+        /// Whether it is of a class of others, whose end may do anything.
+        bool isForeign() const { return typeid(*this) != typeid(ID); }
 
         LevelLog log_;
     };

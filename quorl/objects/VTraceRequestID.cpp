@@ -26,6 +26,12 @@ void VTraceRequestID::removeRequest(const VRequest& /*request*/)
     leave();
 }
 
+bool VTraceRequestID::endsForeignIdentity() const
+{
+    const RefPtr<VRequest::ID>& id = Previous;
+    return id.referer && id.referer->strong.load(std::memory_order_relaxed) == 1 && id->isForeign();
+}
+
 bool VTraceRequestID::enter(const VRequest& request)
 {
     if (Current) return false;

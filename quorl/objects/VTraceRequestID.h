@@ -50,7 +50,12 @@ public:
 
 private:
     friend class RequestPlan;
+    friend class Repeats;
     friend class Visit;
+
+    /// Whether the next evaluation that enters ends one whose identity is of a class of its own,
+    /// and which nobody else has.
+    bool endsForeignIdentity() const;
 
     // The same for a walk, which leaves as it has come.
     bool enter(const VRequest& request);

@@ -63,6 +63,7 @@ bool Visit::begin()
     connectionBefore_ = object_.ConnectionAge();
     noteNewestConnection(object_, request_);
     newestInput_ = age_;
+    if (object_.endsForeignIdentity()) finding_.noteForeignCode();
     if (!object_.enter(request_))
     {
         trace_.occupied();

@@ -7,14 +7,27 @@
 
 namespace Quorl
 {
+namespace
+{
+
+constexpr std::size_t kOdd = 0x9E3779B1; // and of many bits
+
+} // namespace
 
 WalkGraph::Place WalkGraph::add(VObject& object)
 {
     const Place before = placeOf(object);
-    const auto place = static_cast<Place>(nodes_.size());
-    nodes_.push_back({&object, static_cast<std::int32_t>(object.ID),
-                      before == kNowhere ? place : first(before)});
+    const Place place =
+        add(static_cast<std::int32_t>(object.ID), before == kNowhere ? kNowhere : first(before));
+    nodes_.back().object = &object;
     object.place_.store(place, std::memory_order_relaxed);
+    return place;
+}
+
+WalkGraph::Place WalkGraph::add(std::int32_t number, Place first)
+{
+    const auto place = static_cast<Place>(nodes_.size());
+    nodes_.push_back({nullptr, number, first == kNowhere ? place : first});
     return place;
 }
 
@@ -51,6 +64,15 @@ bool WalkGraph::operator==(const WalkGraph& other) const
                std::tie(b.first, b.firstEdge, b.lastEdge);
     };
     return edges_ == other.edges_ && std::ranges::equal(nodes_, other.nodes_, isSame);
+}
+
+std::size_t WalkGraph::fingerprint() const
+{
+    std::size_t print = nodes_.size();
+    const auto mix = [&](std::size_t next) { print = (print ^ next) * kOdd; };
+    for (const Node& node : nodes_) mix(node.firstEdge);
+    for (const Edge& edge : edges_) mix(edge.source);
+    return print;
 }
 
 } // namespace Quorl

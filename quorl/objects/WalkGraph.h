@@ -23,9 +23,15 @@ public:
 
     Place add(VObject& object);
     void addSource(Place asker, Place source);
+
+    /// The same without the object itself, by its number and its first place; `kNowhere` if this is
+    /// that.
+    Place add(std::int32_t number, Place first);
+
     void forgetObject(Place place); ///< which ends
 
     std::size_t size() const { return nodes_.size(); }
+    std::size_t ways() const { return edges_.size(); }
 
     /// The last place of an object; `kNowhere` if it is not known here.
     Place placeOf(const VObject& object) const;
@@ -58,6 +64,9 @@ public:
 
     /// Whether visits and ways are the same, whichever the objects are.
     bool operator==(const WalkGraph& other) const;
+
+    /// Of that: equal graphs have the same.
+    std::size_t fingerprint() const;
 
     Source firstSource(Place asker) const { return {*this, nodes_[asker].firstEdge}; }
     Source lastSource(Place asker) const { return {*this, nodes_[asker].lastEdge}; }

@@ -9,14 +9,15 @@ namespace Quorl
 
 constinit int verbosity_level = -1;
 
+void readVerbosityLevel()
+{
+    const char* const wanted = std::getenv("VVERBOSITY");
+    verbosity_level = wanted ? std::atoi(wanted) : 0;
+}
+
 void Vprintf(int level, const char* format, ...)
 {
-    if (verbosity_level < 0)
-    {
-        const char* const wanted = std::getenv("VVERBOSITY");
-        verbosity_level = wanted ? std::atoi(wanted) : 0;
-    }
-    if (level > verbosity_level) return;
+    if (!isVprintfAudible(level)) return;
     std::va_list arguments;
     va_start(arguments, format);
     std::vfprintf(stderr, format, arguments);

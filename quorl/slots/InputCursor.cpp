@@ -6,13 +6,6 @@
 
 namespace Quorl
 {
-namespace
-{
-
-constexpr int kTraceVerbosity = 100;
-
-} // namespace
-
 InputCursor::InputCursor(const VSlotContainer& container, int maxExpertLevel)
     : levels_(container.Slots->Inputs), maxExpertLevel_(maxExpertLevel), level_(levels_.begin())
 {

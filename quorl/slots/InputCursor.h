@@ -18,6 +18,8 @@ namespace Quorl
 class InputCursor
 {
 public:
+    static constexpr int kTraceVerbosity = 100; ///< of `Vprintf`
+
     InputCursor(const VSlotContainer& container, int maxExpertLevel);
 
     /// Goes on to the next input. \return false behind the last one.

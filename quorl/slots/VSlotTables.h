@@ -29,6 +29,25 @@ public:
     ~VNamedInputSet();
 };
 
+/// The inputs by expert level; a lower one is more basic. Sets stay where they are: what would take
+/// one away as a whole, unseen by those who watch the shape of networks, is not to be had.
+class VInputLevels : public std::map<std::int32_t, VNamedInputSet>
+{
+public:
+    VInputLevels() = default;
+    VInputLevels(const VInputLevels&) = delete;
+    VInputLevels& operator=(const VInputLevels&) = delete;
+    ~VInputLevels() = default;
+
+    template <class... Any>
+    void extract(Any&&...) = delete;
+    template <class Other>
+    void merge(Other&&) = delete;
+    template <class Other>
+    void swap(Other&) = delete;
+    friend void swap(VInputLevels&, VInputLevels&) = delete;
+};
+
 /// Several outputs may share a type; those of one type stand in the order of registration.
 using VOutputSlots = std::multimap<Tolmen::TypeInfo, RefPtr<VSlot>>;
 
@@ -41,7 +60,7 @@ struct QUORL_API VSlotTables
     VSlotTables& operator=(const VSlotTables&) = delete;
     ~VSlotTables();
 
-    std::map<std::int32_t, VNamedInputSet> Inputs; ///< by expert level; a lower one is more basic
+    VInputLevels Inputs;
     Ageable InputSetAge; ///< when an input was last added, removed or attached
     VOutputSlots Outputs;
     Tolmen::mutex OutputMutex; ///< guards `Outputs` where they are searched and registered

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 namespace QuorlTest
@@ -157,6 +158,19 @@ TEST(ReferenceBase, IsDestroyedByAHandleInPassingIfNobodyOwnsIt)
     }
 
     EXPECT_TRUE(isDestroyed);
+}
+
+TEST(ReferenceBase, CountsOnBehindTheLargestNumber)
+{
+    class Part : public Tolmen::ReferenceBase<Part>
+    {
+    };
+    Part::MaxObjectCountID = std::numeric_limits<std::int32_t>::max();
+    const Part last;
+    const Part next;
+
+    EXPECT_EQ(last.ID, std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(next.ID, std::numeric_limits<std::int32_t>::min());
 }
 
 TEST(ReferenceBase, HasHandlesOfOneWordForItsRoot)

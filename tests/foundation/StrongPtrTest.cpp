@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <type_traits>
+#include <utility>
 
 namespace QuorlTest
 {
@@ -128,6 +129,29 @@ TEST(StrongPtr, LetsTheEndOfTheOldObjectComeBeforeTheNewOne)
 
     EXPECT_FALSE(handle) << "the parent took the child with it";
     EXPECT_EQ(handle, observer);
+}
+
+TEST(StrongPtr, DropsWhatTheEndOfTheOldObjectHasAssignedToIt)
+{
+    const RefPtr<Root> next(new Root);
+    const RefPtr<Root> between(new Root);
+    const Counts before = counts(between);
+    for (const bool isMoved : {false, true})
+    {
+        SCOPED_TRACE(isMoved);
+        auto* const root = new Root;
+        RefPtr<Root> handle(root);
+        RefPtr<Root> given(next);
+        root->whenDestroyed = [&] { handle = between; };
+        if (isMoved)
+            handle = std::move(given);
+        else
+            handle = given;
+
+        EXPECT_EQ(handle, next);
+        EXPECT_EQ(counts(between), before);
+    }
+    EXPECT_EQ(counts(next), (Counts{1, 2}));
 }
 
 TEST(StrongPtr, CanBeAssignedFromAHandleThatEndsWithTheOldObject)

@@ -90,13 +90,31 @@ TEST(Watch, MayEndBeforeOneThatWasSetLater)
     EXPECT_EQ(second.alarms(), 1U);
 }
 
-TEST(Watch, IsOfItsThread)
+TEST(Watch, IsAlarmedByAThreadThatKeepsNone)
 {
     Watch watch;
     Ageable age(5);
     watch.keep(&age);
 
     std::thread([&] { age.touch(); }).join();
+
+    EXPECT_EQ(watch.alarms(), 1U);
+    EXPECT_EQ(Watch().alarms(), 0U) << "of what was written before";
+}
+
+TEST(Watch, IsNotAlarmedByAThreadThatKeepsItsOwn)
+{
+    Watch watch;
+    Ageable age(5);
+    watch.keep(&age);
+
+    std::thread([] {
+        Watch other;
+        Ageable itsAge(5);
+        other.keep(&itsAge);
+        itsAge.touch();
+        EXPECT_EQ(other.alarms(), 1U);
+    }).join();
 
     EXPECT_EQ(watch.alarms(), 0U);
 }

@@ -95,6 +95,7 @@ private:
     void writeExecutor(const Move& move);
     void writeState(const Move& move);
     void writeLentState(const Move& move);
+    void touch(const Move& move);
     void changeLocality(const Move& move);
     void changeTicket(const Move& move, Quorl::VRequest& ticket);
     Quorl::Ageable anyAge(int from, const Quorl::Ageable& present) const;

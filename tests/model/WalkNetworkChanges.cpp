@@ -4,6 +4,7 @@
 #include <tests/model/At.h>
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 /// How a network changes, inside of a walk too.
@@ -25,6 +26,7 @@ namespace
 constexpr int kMostInputs = 5;     // of an object
 constexpr int kLevelsOfStart = 3;  // of inputs
 constexpr int kLevelOfWalked = 50; // behind, or ahead of, all others
+constexpr int kTouchesOfOneByAThread = 8;
 
 } // namespace
 
@@ -136,12 +138,21 @@ void Network::leave(int number)
     leaving->VManagedObject::remove();
 }
 
+void Network::touch(const Move& move)
+{
+    const auto touchIt = [&] { parameter(move.a)->touchValue(pool(move.b)); };
+    if (move.c % kTouchesOfOneByAThread == 0)
+        std::thread(touchIt).join();
+    else
+        touchIt();
+}
+
 bool Network::performOnAges(const Move& move)
 {
     const RefPtr<VObject> found = object(move.a);
     switch (move.kind)
     {
-        case Move::Touch: parameter(move.a)->touchValue(pool(move.b)); break;
+        case Move::Touch: touch(move); break;
         case Move::SetText:
             parameter(move.a)->setValueFromText("1", pool(move.b), "", true, {}, nullptr, nullptr);
             break;

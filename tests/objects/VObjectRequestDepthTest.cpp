@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <latch>
 #include <string>
 #include <thread>
@@ -156,6 +157,50 @@ TEST(RequestExecutorThreads, ReadHowOftenDepthsHaveChangedInAnEvaluationThatHasE
 
         EXPECT_EQ(answers, std::vector<std::int32_t>(kReaders, changes));
     }
+}
+
+/// A chain at whose end requests ask for three of its objects, with other walks each time: of the
+/// sides one more is changed ahead of each request.
+std::int32_t changesBehindCoursesOf(const std::function<void(Node& end)>& afterEachRequest)
+{
+    constexpr int kChain = 10;
+    constexpr int kCourses = 12;
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    std::vector<RefPtr<Node>> chain{network.node("0")};
+    for (int at = 1; at < kChain; ++at)
+    {
+        chain.push_back(network.node(std::to_string(at)));
+        network.connect(chain[at - 1], chain[at], "x");
+    }
+    const auto end = network.node("end");
+    std::vector<RefPtr<VSlot>> sides;
+    for (int at = 0; at < kCourses; ++at)
+    {
+        const auto side = network.node("side" + std::to_string(at));
+        sides.push_back(side->input("own"));
+        network.connect(side, end, "0" + std::to_string(at));
+    }
+    for (const int at : {9, 8, 4}) network.connect(chain[at], end, "2" + std::to_string(at));
+    ask(end, pool);
+    for (int course = 0; course < kCourses; ++course)
+    {
+        for (int at = 0; at <= course; ++at) QuorlTest::touchInput(sides[at], pool);
+        ask(end, pool);
+        afterEachRequest(*end);
+    }
+    return end->Executor.Max->Changes;
+}
+
+TEST(VObjectRequest, CountsHowOftenDepthsChangeWheneverThatIsRead)
+{
+    std::int32_t last = 0;
+    const std::int32_t readEachTime = changesBehindCoursesOf([&](Node& end) {
+        EXPECT_GT(end.Executor.Max->Changes, last);
+        last = end.Executor.Max->Changes;
+    });
+
+    EXPECT_EQ(changesBehindCoursesOf([](Node&) {}), readEachTime);
 }
 
 } // namespace

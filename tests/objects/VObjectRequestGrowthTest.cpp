@@ -1,10 +1,13 @@
 #include <quorl/objects/VConnectionValidator.h>
 #include <quorl/objects/VObject.h>
+#include <quorl/services/Vprintf.h>
+#include <quorl/values/ValuePool.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <string>
@@ -19,6 +22,7 @@ namespace
 {
 
 using QuorlTest::ask;
+using QuorlTest::makePool;
 using QuorlTest::Network;
 using QuorlTest::Node;
 
@@ -68,10 +72,10 @@ public:
     /// \return how many questions a request at the last object asked, for each input of the
     /// network.
     double questionsOfRequest() { return questionsOfRequest(nodes_.size() - 1); }
-    double questionsOfRequest(std::size_t object)
+    double questionsOfRequest(std::size_t object, const RefPtr<ValuePool>& pool = {})
     {
         theQuestions = 0;
-        ask(nodes_[object]);
+        ask(nodes_[object], pool);
         return static_cast<double>(theQuestions) / inputs_;
     }
 
@@ -169,6 +173,19 @@ TEST_P(Growth, OfARequestAfterAChangeIsLinear)
         EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_GT(network.updates(), 0U);
     });
+}
+
+TEST_P(Growth, OfRequestsIsLinearWhereVprintfIsAsQuietAsCanBe)
+{
+    ::setenv("VVERBOSITY", "-1", 1);
+    verbosity_level = -1;
+    atEachSize([](Growing& network) {
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+    });
+    ::unsetenv("VVERBOSITY");
+    verbosity_level = 0;
 }
 
 TEST_P(Growth, OfUnchangedRequestsIsThatOfAWalkWhereAStateIsLent)
@@ -269,6 +286,54 @@ TEST_F(ManyPlans, ThatAreVoidMakeRoomForThatOfAnotherNetwork)
     for (int request = 0; request < 3; ++request) other.questionsOfRequest();
 
     EXPECT_EQ(other.questionsOfRequest(), 0);
+}
+
+/// Requests in many contexts begin at the end of one chain.
+class ManyContexts : public testing::Test
+{
+protected:
+    static constexpr std::size_t kLength = 2000;
+    static constexpr int kContexts = 540;
+
+    ManyContexts()
+    {
+        network.add({});
+        while (network.objects() < kLength) network.add({network.objects() - 1});
+    }
+
+    double questionsOfThirdRequest(const RefPtr<ValuePool>& pool)
+    {
+        for (int request = 0; request < 2; ++request) network.questionsOfRequest(kLength - 1, pool);
+        return network.questionsOfRequest(kLength - 1, pool);
+    }
+
+    Growing network;
+};
+
+TEST_F(ManyContexts, MakeRoomWhenTheyHaveEnded)
+{
+    for (int context = 0; context < kContexts; ++context) questionsOfThirdRequest(makePool());
+
+    EXPECT_EQ(questionsOfThirdRequest(makePool()), 0);
+}
+
+TEST_F(ManyContexts, ThatLiveMakeRoomForNewerOnes)
+{
+    std::vector<RefPtr<ValuePool>> contexts;
+    for (int context = 0; context < kContexts; ++context)
+    {
+        contexts.push_back(makePool());
+        EXPECT_EQ(questionsOfThirdRequest(contexts.back()), 0);
+    }
+}
+
+TEST_F(ManyContexts, ThatEndedBehindTheirOwnersTakeNoRoom)
+{
+    const RefPtr<ValuePool> ended = makePool();
+    delete ended.rawptr();
+    for (int context = 0; context < kContexts; ++context) questionsOfThirdRequest(ended);
+
+    EXPECT_EQ(questionsOfThirdRequest(makePool()), 0);
 }
 
 /// One object takes the ends of many chains.

@@ -1,10 +1,18 @@
+#include <quorl/objects/VConnectionValidator.h>
+#include <quorl/objects/VConnectionValidatorList.h>
 #include <quorl/objects/VObject.h>
+#include <quorl/slots/VSlotTables.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <iterator>
+#include <map>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -107,6 +115,57 @@ TEST(VObjectRequest, IsAnsweredAsEverIfWhatItConcernsHasEnded)
     });
 }
 
+TEST(VObjectRequest, TellsValidatorsThatCameWithTheListOfAnother)
+{
+    const RefPtr<VConnectionValidator> validator(new VConnectionValidator); // older than all of it
+    Network network;
+    const auto object = network.node("object");
+    const auto other = network.node("other");
+    network.connect(network.node("source"), object, "x");
+    other->insertConnectionValidator(validator);
+    askOften(object, {});
+
+    VConnectionValidatorList& list = *object;
+    list = *other;
+    ask(object);
+
+    EXPECT_EQ(validator->Taint, object->ID);
+}
+
+template <class Levels>
+concept CanMoveLevels = requires(Levels& levels) { levels.extract(0); } ||
+                        requires(Levels& levels) { levels.merge(levels); } ||
+                        requires(Levels& levels) { levels.swap(levels); } ||
+                        requires(Levels& levels) { swap(levels, levels); } ||
+                        requires(Levels& levels) { levels = std::move(levels); };
+static_assert(!CanMoveLevels<VInputLevels>, "nobody would look anew");
+static_assert(CanMoveLevels<std::map<int, int>>);
+
+/// Each update of an object with an old state demands another one.
+TEST(VObjectRequest, RunsWhatHasAnOldStateEachTime)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    std::vector<RefPtr<Node>> chain{network.node("0")};
+    const auto own = chain.front()->input("own");
+    for (const char* const name : {"1", "2", "3", "4"})
+    {
+        chain.push_back(network.node(name));
+        network.connect(*std::prev(chain.end(), 2), chain.back(), "x");
+    }
+    askOften(chain.back(), pool);
+    for (const std::size_t at : {1, 3}) chain[at]->myState(pool)->touch();
+    touchInput(own, pool);
+    ask(chain.back(), pool);
+    network.takeLog();
+
+    for (int time = 0; time < kOften; ++time)
+    {
+        EXPECT_TRUE(ask(chain.back(), pool));
+        EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"1", "2", "3", "4"}));
+    }
+}
+
 /// The identity of an evaluation that does something when it ends.
 class EndingID : public VRequest::ID
 {
@@ -149,6 +208,139 @@ TEST(VObjectRequest, MayDropAnIdentityThatTakesObjectsWithIt)
 
     EXPECT_FALSE(observer);
     EXPECT_EQ(network.takeLog(), std::vector<std::string>());
+}
+
+TEST(VObjectRequest, SeesWhatTheEndOfAnIdentityTouchesWhereItIsWalked)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto end = network.node("end");
+    const auto source = network.node("source");
+    const auto own = source->input("own");
+    network.connect(source, end, "x");
+    askOften(end, pool);
+    {
+        VRequest request(pool, false);
+        request.Id = RefPtr<VRequest::ID>(new EndingID([&] { touchInput(own, pool); }));
+        end->init_request(request, 1.0);
+    }
+    ask(end, pool);
+    network.takeLog();
+
+    EXPECT_TRUE(ask(end, pool)) << "the source drops the identity before it looks at its input";
+
+    EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"source", "end"}));
+    askOften(end, pool);
+    EXPECT_EQ(network.takeLog(), std::vector<std::string>());
+}
+
+/// Ends with a request at an object downstream of it.
+class AskingAtTheEnd : public Node
+{
+public:
+    struct OwnState final : State
+    {
+        ~OwnState() override { act(); }
+        std::function<void()> act;
+    };
+
+    AskingAtTheEnd(const std::string& nodeName, std::function<void()> whatToAsk)
+        : Node(nodeName), act(std::move(whatToAsk))
+    {
+    }
+    AskingAtTheEnd(const AskingAtTheEnd&) = delete;
+    AskingAtTheEnd& operator=(const AskingAtTheEnd&) = delete;
+    ~AskingAtTheEnd() override { act(); }
+
+    RefPtr<State> newState() const override
+    {
+        OwnState* const state = new OwnState;
+        state->act = act;
+        return RefPtr<State>(state);
+    }
+
+    std::function<void()> act;
+};
+
+TEST(VObjectRequest, DoesNotComeToAnObjectThatEnds)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto end = network.node("end");
+    std::int32_t number = 0;
+    int requests = 0;
+    const auto askAtTheEnd = [&] {
+        VRequest request(pool, false);
+        end->init_request(request, 1.0);
+        EXPECT_FALSE(request.Id->levels().contains(number));
+        ++requests;
+    };
+    {
+        const auto mortal = RefPtr<Node>(new AskingAtTheEnd("mortal", askAtTheEnd));
+        number = mortal->ID;
+        network.connect(mortal, end, "x");
+        mortal->myState(pool);
+        askOften(end, pool);
+        mortal->remove();
+    }
+
+    EXPECT_EQ(requests, 2) << "of the object and of its state";
+}
+
+TEST(VObjectRequest, KeepsTheContextThatAnUpdateTakesFromIt)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto end = network.node("end");
+    const auto own = source->input("own");
+    network.connect(source, end, "x");
+    WeakPtr<ValuePool> first;
+    bool wasAlive = false;
+    source->whenUpdated = [&](VRequest& request) {
+        request.Pool = makePool();
+        wasAlive = static_cast<bool>(first);
+        return true;
+    };
+    touchInput(own);
+    {
+        VRequest request(makePool(), false);
+        first = request.Pool;
+        end->init_request(request, 1.0);
+    }
+
+    EXPECT_EQ(source->updates, 1);
+    EXPECT_TRUE(wasAlive) << "visits are under way that look at its ages";
+    EXPECT_FALSE(first);
+}
+
+TEST(VObjectRequest, SeesWhatAThreadHasTouchedThatAnUpdateWaitedFor)
+{
+    Network network;
+    const RefPtr<ValuePool> pool = makePool();
+    const auto shared = network.node("shared");
+    const auto first = network.node("first");
+    const auto second = network.node("second");
+    const auto end = network.node("end");
+    const auto own = shared->input("own");
+    const auto ownOfFirst = first->input("own");
+    const auto ownOfSecond = second->input("own");
+    network.connect(shared, end, "1");
+    network.connect(first, end, "2");
+    network.connect(shared, end, "3");
+    network.connect(second, end, "4");
+    network.connect(shared, end, "5");
+    ask(end, pool);
+    network.takeLog();
+    second->whenUpdated = [&](VRequest&) {
+        std::thread([&] { touchInput(own, pool); }).join();
+        return true;
+    };
+    touchInput(ownOfFirst, pool);
+    touchInput(ownOfSecond, pool);
+
+    EXPECT_TRUE(ask(end, pool));
+
+    EXPECT_EQ(network.takeLog(), (std::vector<std::string>{"first", "second", "shared", "end"}));
 }
 
 } // namespace

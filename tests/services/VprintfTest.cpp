@@ -86,13 +86,19 @@ TEST(Vprintf, AddsNoLineEndAndPrintsNothingToStandardOutput)
     EXPECT_EQ(QuorlTest::outputOf([] { printed(0); }), "");
 }
 
-TEST(Vprintf, TellsWhetherItMayPrint)
+TEST(Vprintf, TellsWhetherItPrints)
 {
-    const Fresh fresh("3");
-    EXPECT_TRUE(isVprintfAudible(100)) << "not known yet";
-    printed(0);
-    EXPECT_TRUE(isVprintfAudible(3));
-    EXPECT_FALSE(isVprintfAudible(4));
+    {
+        const Fresh fresh("3");
+        EXPECT_FALSE(isVprintfAudible(4));
+        EXPECT_TRUE(isVprintfAudible(3));
+        EXPECT_EQ(verbosity_level, 3) << "as if it had been asked to print";
+    }
+    const Fresh fresh("-1");
+    EXPECT_FALSE(isVprintfAudible(0));
+    EXPECT_TRUE(isVprintfAudible(-1));
+    ::setenv("VVERBOSITY", "5", 1);
+    EXPECT_TRUE(isVprintfAudible(5)) << "a negative one is read again";
 }
 
 } // namespace
