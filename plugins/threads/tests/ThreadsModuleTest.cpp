@@ -249,6 +249,41 @@ TEST_F(ThreadsModule, TakesItsManagerFromObjectsWithTasks)
     }
 }
 
+TEST_F(ThreadsModule, ATaskMayEndTheProcessWhileOthersWaitForIt)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            Quorl::VThreadManager* const manager = loaded();
+            std::counting_semaphore<> begun(0);
+            const RefPtr<VTask> ends = makeTask([&](TestTask&) {
+                begun.acquire();
+                begun.acquire();
+                std::exit(7);
+            });
+            manager->start(ends);
+            manager->start(makeTask([&](TestTask&) {
+                begun.release();
+                manager->wait(ends);
+            }));
+            begun.release();
+            manager->wait(ends);
+            std::binary_semaphore(0).acquire(); // the process ends meanwhile
+        },
+        testing::ExitedWithCode(7), testing::Eq(""));
+}
+
+TEST_F(ThreadsModule, ATaskWithoutAThreadMayEndTheProcess)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            ::setenv("ZELM_THREADS", "0", 1);
+            loaded()->start(makeTask([](TestTask&) { std::exit(7); }));
+        },
+        testing::ExitedWithCode(7), testing::Eq(""));
+}
+
 TEST_F(ThreadsModule, TheProcessEndsWhileATaskRuns)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
