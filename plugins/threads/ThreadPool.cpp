@@ -248,6 +248,7 @@ std::deque<ThreadPool::Job> ThreadPool::askToEnd()
         if (BackgroundTask* const receiver = withInbox(job.task)) receiver->inbox.close();
     }
     if (jobs_.empty() && departing_ == 0) hold_ = RefPtr<Quorl::VModuleHold>();
+    ended_.notify_all(); // a task that runs may wait for one that is forgotten
     return forgotten;
 }
 
