@@ -69,7 +69,7 @@ ThreadPool::ThreadPool(std::optional<std::size_t> mostThreads, const std::string
 
 ThreadPool::~ThreadPool()
 {
-    finish();
+    end();
 }
 
 bool ThreadPool::start(const RefPtr<VTask>& task)
@@ -223,21 +223,57 @@ std::deque<ThreadPool::Job> ThreadPool::forgetWaiting()
 
 void ThreadPool::finish()
 {
-    std::list<std::jthread> leaving;
     std::deque<Job> forgotten; // ended without the lock
     Lock lock(mutex_);
-    forgotten = forgetWaiting();
+    forgotten = askToEnd();
+    if (!isOwnThread()) joinThreads(lock);
+}
+
+void ThreadPool::end()
+{
+    std::deque<Job> forgotten; // ended without the lock
+    Lock lock(mutex_);
+    forgotten = askToEnd();
+    leaveTasksOfThisThread();
+    joinThreads(lock);
+}
+
+/// \return those that had no turn yet.
+std::deque<ThreadPool::Job> ThreadPool::askToEnd()
+{
+    std::deque<Job> forgotten = forgetWaiting();
     for (auto& [task, job] : jobs_)
     {
         job.isToRunAgain = false;
         if (BackgroundTask* const receiver = withInbox(job.task)) receiver->inbox.close();
     }
     if (jobs_.empty() && departing_ == 0) hold_ = RefPtr<Quorl::VModuleHold>();
-    if (isOwnThread()) return;
+    ended_.notify_all(); // a task that runs may wait for one that is forgotten
+    return forgotten;
+}
+
+/// Their bodies are below this call, and do not go on.
+void ThreadPool::leaveTasksOfThisThread()
+{
+    static auto& left = *new std::deque<Job>; // never ended: the bodies have not
+    for (auto job = jobs_.begin(); job != jobs_.end();)
+    {
+        const auto entry = job++;
+        if (entry->second.thread != std::this_thread::get_id()) continue;
+        left.push_back(std::move(entry->second));
+        jobs_.erase(entry);
+    }
+}
+
+/// Waits for all threads but this one.
+void ThreadPool::joinThreads(Lock& lock)
+{
+    std::list<std::jthread> leaving = std::exchange(threads_, {});
     isFinishing_ = true;
-    leaving = std::move(threads_);
     lock.unlock();
     called_.notify_all();
+    for (std::jthread& thread : leaving)
+        if (thread.get_id() == std::this_thread::get_id()) thread.detach();
     leaving.clear(); // each is joined
     lock.lock();
     isFinishing_ = false;

@@ -34,7 +34,7 @@ public:
     /// runs; empty for none.
     explicit ThreadPool(std::optional<std::size_t> mostThreads = {},
                         const std::string& modulePath = "");
-    ~ThreadPool() override; ///< as `finish`
+    ~ThreadPool() override; ///< as `end`
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
@@ -62,6 +62,10 @@ public:
     /// threads, it only asks.
     void finish();
 
+    /// As `finish`, for good. It may come from a task of its own that ends the process: that one
+    /// is left where it is, with its thread, and nobody waits for it any more.
+    void end();
+
     const std::string& modulePath() const { return modulePath_; }
     std::size_t tasks() const;   ///< that run, or wait for their turn
     std::size_t threads() const; ///< that there are
@@ -85,6 +89,9 @@ private:
     void keepLoaded();
     bool isOwnThread() const;
     std::deque<Job> forgetWaiting();
+    std::deque<Job> askToEnd();
+    void leaveTasksOfThisThread();
+    void joinThreads(Lock& lock);
 
     const std::optional<std::size_t> mostThreads_;
     const std::string modulePath_;

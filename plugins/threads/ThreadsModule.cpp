@@ -84,7 +84,7 @@ public:
     Departure& operator=(const Departure&) = delete;
     ~Departure()
     {
-        pool_.finish();
+        pool_.end();
         if (watch_) watch_->remove();
     }
 

@@ -12,7 +12,7 @@ namespace Quorl
 
 ApplicationQuitter::ApplicationQuitter()
 {
-    VGlobals::theGlobals().quitters.insert(WeakPtr<ApplicationQuitter>(this));
+    VGlobals::theGlobals().addQuitter(WeakPtr<ApplicationQuitter>(this));
 }
 
 ApplicationQuitter::~ApplicationQuitter() = default;

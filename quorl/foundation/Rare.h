@@ -41,6 +41,11 @@ public:
         return table_ ? std::as_const(*table_).find(key) : const_iterator();
     }
     template <class Key>
+    const_iterator upper_bound(const Key& key) const
+    {
+        return table_ ? std::as_const(*table_).upper_bound(key) : const_iterator();
+    }
+    template <class Key>
     bool contains(const Key& key) const
     {
         return table_ && table_->contains(key);

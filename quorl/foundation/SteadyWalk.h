@@ -19,4 +19,17 @@ bool walkSteadily(const Map& map, Show&& show)
     return true;
 }
 
+/// The same for the members of an ordered set.
+template <class Set, class Show>
+bool walkMembersSteadily(const Set& set, Show&& show)
+{
+    for (auto place = set.begin(); place != set.end();)
+    {
+        const typename Set::value_type member = *place;
+        if (!show(member)) return false;
+        place = set.upper_bound(member);
+    }
+    return true;
+}
+
 } // namespace Tolmen

@@ -30,8 +30,15 @@ VGlobals& VGlobals::theGlobals()
 
 void VGlobals::quit() const
 {
+    const Tolmen::DeadEntries::Walk walk(deadQuitters_);
     for (const WeakPtr<ApplicationQuitter>& quitter : quitters)
         if (quitter) quitter->quit(); // not owned meanwhile: that would end one that nobody owns
+}
+
+void VGlobals::addQuitter(const WeakPtr<ApplicationQuitter>& quitter)
+{
+    deadQuitters_.takeOut(quitters, [](const auto& entry) { return !entry; });
+    quitters.insert(quitter);
 }
 
 } // namespace Quorl

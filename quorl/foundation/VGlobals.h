@@ -3,6 +3,7 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/ApplicationQuitter.h>
+#include <quorl/foundation/DeadEntries.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/slots/VInputClass.h> // the table itself; a header that stands on std alone
 
@@ -31,17 +32,22 @@ public:
     /// is the application's decision.
     void quit() const;
 
+    /// Enters a quitter; the dead are taken out now and then.
+    void addQuitter(const WeakPtr<ApplicationQuitter>& quitter);
+
     const std::unique_ptr<ModuleTable> modules;
     std::set<RefPtr<ValuePoolCreator>> poolCreators; ///< asked for pools that do not exist
     std::map<string, WeakPtr<ValuePool>> pools;      ///< by name; the dead stay
     VInputClass inputClasses;
-    std::set<WeakPtr<ApplicationQuitter>> quitters; ///< the dead stay
+    std::set<WeakPtr<ApplicationQuitter>> quitters; ///< passes over the dead
 
 private:
     VGlobals();
     ~VGlobals();
 
     void cleanUp();
+
+    mutable Tolmen::DeadEntries deadQuitters_;
 };
 
 } // namespace Quorl

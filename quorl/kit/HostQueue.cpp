@@ -34,9 +34,10 @@ Queue& theQueue()
 void HostQueue::post(std::function<void()> work, const RefPtr<VModuleHold>& hold)
 {
     Queue& queue = theQueue();
+    Entry entry{hold, std::move(work)}; // ends without the lock, should memory run out
     {
         const std::scoped_lock lock(queue.mutex);
-        queue.entries.push_back({hold, std::move(work)});
+        queue.entries.push_back(std::move(entry));
     }
     queue.arrived.notify_one();
 }
@@ -48,10 +49,12 @@ int HostQueue::drain()
     int done = 0;
     for (std::size_t left = queue.entries.size(); left > 0 && !queue.entries.empty(); --left)
     {
-        const Entry entry = std::move(queue.entries.front());
-        queue.entries.pop_front();
-        lock.unlock();
-        if (entry.work) entry.work();
+        {
+            const Entry entry = std::move(queue.entries.front());
+            queue.entries.pop_front();
+            lock.unlock();
+            if (entry.work) entry.work();
+        } // it ends without the lock: what it captures may post
         ++done;
         lock.lock();
     }

@@ -25,7 +25,8 @@ public:
     /// null.
     static void post(std::function<void()> work, const RefPtr<VModuleHold>& hold = {});
 
-    /// Does what is there at the call, in the order of entry.
+    /// Does what is there at the call, in the order of entry. Works, and the ends of what they
+    /// capture, may post others, which are left to the next turn.
     /// \return the number of works done.
     /// \throws what a work throws; those behind it stay.
     static int drain();

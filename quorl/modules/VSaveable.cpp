@@ -1,6 +1,7 @@
 #include <quorl/modules/VSaveable.h>
 
 #include <quorl/foundation/AtCleanUp.h>
+#include <quorl/foundation/FindOrNull.h>
 #include <quorl/modules/ZelmSaver.h>
 
 #include <algorithm>
@@ -15,18 +16,24 @@ VSaveable::~VSaveable() = default;
 
 void VSaveable::addSaver(const string& name, const RefPtr<ZelmSaver>& saver)
 {
-    savers_[name] = saver;
+    if (!savers_) savers_ = std::make_shared<Savers>();
+    (*savers_)[name] = saver;
+}
+
+const VSaveable::Savers& VSaveable::savers() const
+{
+    static const auto& none = *new Savers; // asked until the very end
+    return savers_ ? *savers_ : none;
 }
 
 RefPtr<ZelmSaver> VSaveable::getSaver(const string& name) const
 {
-    const auto entry = savers_.find(name);
-    return entry == savers_.end() ? RefPtr<ZelmSaver>() : entry->second;
+    return Tolmen::findOrNull(savers(), name);
 }
 
 RefPtr<ZelmSaver> VSaveable::getSaverByExt(const string& extension) const
 {
-    for (const auto& [name, saver] : savers_)
+    for (const auto& [name, saver] : savers())
         if (saver && saver->extension == extension) return saver;
     return {};
 }
@@ -35,7 +42,7 @@ RefPtr<ZelmSaver> VSaveable::getMostRecentSaver() const
 {
     RefPtr<ZelmSaver> result;
     Ageable bound = Ageable::Ooooold;
-    for (const auto& [name, saver] : savers_)
+    for (const auto& [name, saver] : savers())
     {
         if (!saver || saver->lastFile.empty() || *saver < bound) continue;
         result = saver;
@@ -46,8 +53,10 @@ RefPtr<ZelmSaver> VSaveable::getMostRecentSaver() const
 
 int VSaveable::iterateSavers(SaveIterator& visitor)
 {
+    if (!savers_) return 0;
+    const std::shared_ptr<const Savers> held = savers_; // the visitor may end this collection
     int count = 0;
-    for (const auto& [name, entry] : savers_)
+    for (const auto& [name, entry] : *held) // nothing is ever taken out
     {
         const RefPtr<ZelmSaver> saver = entry; // kept over its replacement
         if (!saver) continue;
@@ -66,7 +75,9 @@ bool VSaveable::autosave() const
 VSaveable& VSaveable::GlobalState()
 {
     static auto& state = *new VSaveable;
-    static const Tolmen::AtCleanUp end([] { Tolmen::emptySteadily(state.savers_); });
+    static const Tolmen::AtCleanUp end([] {
+        if (state.savers_) Tolmen::emptySteadily(*state.savers_);
+    });
     return state;
 }
 

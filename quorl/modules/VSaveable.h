@@ -2,10 +2,10 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
-#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 
 #include <map>
+#include <memory>
 
 namespace Quorl
 {
@@ -40,7 +40,8 @@ public:
     /// The youngest of those that have saved; of equal ones the last by name.
     RefPtr<ZelmSaver> getMostRecentSaver() const;
 
-    /// Visits the live savers in the order of names.
+    /// Visits the live savers in the order of names. Savers may come meanwhile, and the visitor may
+    /// end what it visits.
     /// \return the number of visits, the one that answered false included.
     int iterateSavers(SaveIterator& visitor);
 
@@ -51,7 +52,12 @@ public:
     static VSaveable& GlobalState();
 
 private:
-    Tolmen::Rare<std::map<string, RefPtr<ZelmSaver>>> savers_;
+    using Savers = std::map<string, RefPtr<ZelmSaver>>;
+
+    const Savers& savers() const; // also where there are none
+
+    // Shared with walks, which a visitor's deeds may outlive; null until the first is added.
+    std::shared_ptr<Savers> savers_;
 };
 
 } // namespace Quorl

@@ -13,6 +13,7 @@ ZelmSaver::~ZelmSaver() = default;
 
 bool ZelmSaver::Save(const string& file)
 {
+    const RefPtr<ZelmSaver> held = Tolmen::heldIfOwned(WeakPtr<ZelmSaver>(this));
     const string written = file; // `file` may be `lastFile`, and the format may change that
     if (!saveAndTouch(written)) return false;
     lastFile = written;
@@ -21,7 +22,9 @@ bool ZelmSaver::Save(const string& file)
 
 bool ZelmSaver::autosave()
 {
-    return !lastFile.empty() && saveAndTouch(lastFile);
+    const RefPtr<ZelmSaver> held = Tolmen::heldIfOwned(WeakPtr<ZelmSaver>(this));
+    const string written = lastFile; // as above
+    return !written.empty() && saveAndTouch(written);
 }
 
 bool ZelmSaver::saveAndTouch(const string& file)

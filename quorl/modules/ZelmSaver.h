@@ -22,7 +22,8 @@ public:
     /// Writes the file. \return whether that worked.
     virtual bool save(const string& file) = 0;
 
-    /// Saves, and remembers the file. A success makes the saver younger than all that is.
+    /// Saves, and remembers the file. A success makes the saver younger than all that is. To be let
+    /// go of meanwhile is no harm.
     bool Save(const string& file);
 
     /// Saves to the last file again. \return false also if there is none.

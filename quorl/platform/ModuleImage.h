@@ -12,10 +12,12 @@ namespace Tolmen::Platform
 /// A module file as data: the numbered texts that it carries, read without running any of its code.
 ///
 /// The file may hold anything: what it says of itself is checked against its size, and memory is
-/// only taken for what is there.
+/// only taken for what is there, and for no more than the texts that a module may have.
 class TOLMEN_API ModuleImage
 {
 public:
+    static constexpr unsigned kMostNumber = 15; ///< of a text; higher ones are no module's
+
     explicit ModuleImage(const std::string& path);
 
     /// The system's words for why the file cannot be opened, or is no library of this machine;

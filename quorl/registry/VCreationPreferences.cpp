@@ -11,12 +11,20 @@ template <class Weights, class Visitor>
 int countWhileTrue(Weights& weights, Visitor& visitor)
 {
     int count = 0;
-    for (auto& [word, weight] : weights)
+    for (auto entry = weights.begin(); entry != weights.end(); ++count)
     {
-        if (!visitor.apply(word, weight)) break;
-        ++count;
+        const string word = entry->first;
+        if (!visitor.apply(word, entry->second)) break;
+        entry = weights.upper_bound(word);
     }
     return count;
+}
+
+/// What a visitor may be the last one to let go of.
+RefPtr<VCreationPreferences> heldForVisits(const VCreationPreferences& preferences)
+{
+    return Tolmen::heldIfOwned(
+        WeakPtr<VCreationPreferences>(const_cast<VCreationPreferences*>(&preferences)));
 }
 
 } // namespace
@@ -95,11 +103,13 @@ double VCreationPreferences::weight(const VCreationPreferences& other) const
 
 int VCreationPreferences::iterate(Iterator& visitor)
 {
+    const RefPtr<VCreationPreferences> held = heldForVisits(*this);
     return countWhileTrue(weights_, visitor);
 }
 
 int VCreationPreferences::iterate(ConstIterator& visitor) const
 {
+    const RefPtr<VCreationPreferences> held = heldForVisits(*this);
     return countWhileTrue(weights_, visitor);
 }
 

@@ -58,7 +58,9 @@ public:
     /// 1 plus the sum of the products of the weights over the common words.
     double weight(const VCreationPreferences& other) const;
 
-    /// Visits the words in their order. \return the number of visits that answered true.
+    /// Visits the words in their order. They may change meanwhile; an assignment to them ends the
+    /// weight that is shown.
+    /// \return the number of visits that answered true.
     int iterate(Iterator& visitor);
     int iterate(ConstIterator& visitor) const;
 

@@ -38,17 +38,30 @@ void registerIdentifier(const string& identifier, const WeakPtr<VCreatorBase>& c
     table.creators.emplace(identifier, creator);
 }
 
-std::map<string, VCreatorBase::ApplicationProperties>& theApplications()
+struct Application
 {
-    static auto& table = *new std::map<string, VCreatorBase::ApplicationProperties>;
+    VCreatorBase::ApplicationProperties properties;
+    Tolmen::DeadEntries dead; // of its creators
+};
+
+std::map<string, Application>& theApplications()
+{
+    static auto& table = *new std::map<string, Application>; // asked until the very end
     return table;
+}
+
+void registerApplication(Application& application, const WeakPtr<VCreatorBase>& creator)
+{
+    auto& creators = application.properties.creators;
+    application.dead.takeOut(creators, [](const auto& entry) { return !entry; });
+    creators.push_back(creator);
 }
 
 void registerApplications(const string& list, const WeakPtr<VCreatorBase>& creator)
 {
     std::vector<string> names;
     Tolmen::StringUtil::split(list, names, ';', false, '\0');
-    for (const string& name : names) theApplications()[name].creators.push_back(creator);
+    for (const string& name : names) registerApplication(theApplications()[name], creator);
 }
 
 /// Deliberate: kills nothing. Pinned by VCreatorBase.DeletesNoInstances.
@@ -138,9 +151,10 @@ void VCreatorBase::deleteAllInstances(const std::type_info& type) const
 int VCreatorBase::iterateApplications(ApplicationIterator& visitor)
 {
     int count = 0;
-    for (auto& [application, properties] : theApplications())
+    for (auto& [name, application] : theApplications())
     {
-        if (!visitor.apply(application, properties)) break;
+        const Tolmen::DeadEntries::Walk walk(application.dead);
+        if (!visitor.apply(name, application.properties)) break;
         ++count;
     }
     return count;

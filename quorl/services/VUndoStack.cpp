@@ -53,7 +53,9 @@ bool VUndoStack::undo()
     const RefPtr<VUndoAction> newest = actions_.front();
     const bool answer = newest->undo();
     // Deliberate: whatever is in front by now, should the action have added or undone others.
-    if (!actions_.empty()) actions_.pop_front();
+    if (actions_.empty()) return answer;
+    const RefPtr<VUndoAction> dropped = actions_.front();
+    actions_.pop_front(); // ends when the stack is whole
     return answer;
 }
 
@@ -65,7 +67,12 @@ int VUndoStack::size() const
 int VUndoStack::setSize(int n)
 {
     if (n < 0) return -1;
-    while (size() > n) actions_.pop_back();
+    const RefPtr<VUndoStack> held = Tolmen::heldIfOwned(WeakPtr<VUndoStack>(this)); // by an action
+    while (size() > n)
+    {
+        const RefPtr<VUndoAction> oldest = actions_.back();
+        actions_.pop_back(); // ends when the stack is whole
+    }
     return size();
 }
 

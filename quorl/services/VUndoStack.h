@@ -42,7 +42,7 @@ public:
     int size() const;
 
     /// Cuts the stack, now, to its `n` newest entries. \return their number; -1 for a negative `n`,
-    /// which changes nothing.
+    /// which changes nothing. Actions that end by it may use any stack, and let go of this one.
     int setSize(int n);
 
     string name;

@@ -245,8 +245,9 @@ void VParameter::AddAction(const RefPtr<ValueActionBase>& action)
 
 void VParameter::AddUndoAction(const RefPtr<VUndoAction>& action, int size)
 {
+    const RefPtr<VParameter> held = Tolmen::heldIfOwned(WeakPtr<VParameter>(this)); // by an action
     ValueNotifierList::AddUndoAction(action, size);
-    UndoStack()->name = Name();
+    if (const RefPtr<VUndoStack> stack = UndoStack()) stack->name = Name();
 }
 
 void VParameter::includeUser(const WeakPtr<VManagedObject>& user, const string& text)

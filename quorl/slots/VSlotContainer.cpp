@@ -1,5 +1,6 @@
 #include <quorl/slots/VSlotContainer.h>
 
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/foundation/Typename.h>
 #include <quorl/services/Vprintf.h>
 #include <quorl/slots/InputCursor.h>
@@ -67,11 +68,16 @@ void VSlotContainer::addSetupFunctor(const Tolmen::WeakPtrImpl<SetupFunctor, Set
 
 void VSlotContainer::initialize(const VSlotSet& slots)
 {
+    const RefPtr<VSlotContainer> held = heldForVisits();
     setup(slots);
-    for (const SetupFunction function : SetupFunctions)
+    Tolmen::walkMembersSteadily(SetupFunctions, [&](SetupFunction function) {
         if (function) function(this, slots);
-    for (const auto& functor : SetupFunctors)
+        return true;
+    });
+    Tolmen::walkMembersSteadily(SetupFunctors, [&](const auto& functor) {
         if (functor) functor->apply(this, slots);
+        return true;
+    });
 }
 
 void VSlotContainer::initialize()

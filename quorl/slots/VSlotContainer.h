@@ -98,7 +98,7 @@ public:
     void addSetupFunctor(const Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>& functor);
 
     /// Calls `setup`, the functions in the order of their addresses, and the live functors in the
-    /// order of their handles.
+    /// order of their handles. Any of them may enter others, and end the container.
     void initialize(const VSlotSet& slots);
     void initialize();
     void initialize(const WeakPtr<VSlot>& slot);

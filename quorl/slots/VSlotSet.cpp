@@ -3,6 +3,9 @@
 #include <quorl/slots/VParameter.h>
 #include <quorl/slots/VSlot.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace Quorl
 {
 namespace
@@ -69,12 +72,20 @@ bool VSlotSet::removeSlot(const string& name)
     return true;
 }
 
+/// A slot that has ended behind the set's back has no name any more, and may hide others from a
+/// search by name.
+bool VSlotSet::stillHas(const RefPtr<VSlot>& slot) const
+{
+    return contains(slot) || std::ranges::find(*this, slot) != end();
+}
+
 int VSlotSet::iterate(int expertLevel, VSlotIterator& visitor)
 {
+    const std::vector<RefPtr<VSlot>> slots(begin(), end());
     int count = 0;
-    for (const RefPtr<VSlot>& slot : *this)
+    for (const RefPtr<VSlot>& slot : slots)
     {
-        if (!slot) continue;
+        if (!slot || !stillHas(slot)) continue;
         if (!visitor.apply(slot, expertLevel)) break;
         ++count;
     }

@@ -37,9 +37,14 @@ public:
     bool contains(const RefPtr<VSlot>& slot) const; ///< this slot, not another of its name
     bool removeSlot(const string& name);
 
-    /// Visits the live slots in the order of names, each with the level that is given here.
+    /// Visits the live slots in the order of names, each with the level that is given here. Slots
+    /// may come and go meanwhile: those that have gone are passed over, those that come are not
+    /// reached. The set itself must last.
     /// \return the number of visits that answered true.
     int iterate(int expertLevel, VSlotIterator& visitor);
+
+private:
+    bool stillHas(const RefPtr<VSlot>& slot) const;
 };
 
 } // namespace Quorl

@@ -2,6 +2,7 @@
 
 #include <quorl/foundation/FindOrNull.h>
 #include <quorl/registry/VManagedObject.h>
+#include <quorl/tasks/VThreadCreator.h>
 #include <quorl/values/ValueMap.h>
 
 namespace Quorl
@@ -30,9 +31,13 @@ TypedValueCreator<VThreadManager>& ThreadManagerValue::myTypedValueCreator()
 
 ThreadManagerValue::Iterator::~Iterator() = default;
 
-ThreadManagerValue::VValue(VThreadManager* initialManager) : manager(initialManager) {}
+ThreadManagerValue::VValue(VThreadManager* initialManager,
+                           const WeakPtr<VThreadCreator>& managersCreator)
+    : manager(initialManager), creator_(managersCreator)
+{
+}
 
-ThreadManagerValue::VValue(const VValue& other) : VValue(other.manager) {}
+ThreadManagerValue::VValue(const VValue& other) : VValue(other.manager, other.creator_) {}
 
 ThreadManagerValue::~VValue()
 {
@@ -64,7 +69,8 @@ bool ThreadManagerValue::setValueFromText(const string& /*text*/)
 
 string ThreadManagerValue::Text() const
 {
-    return manager ? VValueTrait<VThreadManager>::Text(*manager) : string();
+    const VThreadManager* const living = livingManager();
+    return living ? VValueTrait<VThreadManager>::Text(*living) : string();
 }
 
 RefPtr<VValueBase> ThreadManagerValue::copy() const
@@ -100,6 +106,12 @@ ThreadManagerValue::getChunkOfValue(unsigned long long /*n*/) const
     return {};
 }
 
+VThreadManager* ThreadManagerValue::livingManager() const
+{
+    const bool hasEnded = creator_.referer && !creator_;
+    return hasEnded ? nullptr : manager;
+}
+
 bool ThreadManagerValue::add(const RefPtr<VTask>& task, const string& name)
 {
     if (!task || findTask(name)) return false;
@@ -115,17 +127,20 @@ RefPtr<VTask> ThreadManagerValue::findTask(const string& name) const
 
 bool ThreadManagerValue::start(const RefPtr<VTask>& task)
 {
-    return manager && manager->start(task);
+    VThreadManager* const living = livingManager();
+    return living && living->start(task);
 }
 
 bool ThreadManagerValue::wait(const RefPtr<VTask>& task) const
 {
-    return manager && manager->wait(task);
+    VThreadManager* const living = livingManager();
+    return living && living->wait(task);
 }
 
 bool ThreadManagerValue::isrunning(const RefPtr<VTask>& task) const
 {
-    return manager && manager->isrunning(task);
+    VThreadManager* const living = livingManager();
+    return living && living->isrunning(task);
 }
 
 bool ThreadManagerValue::suspend(const RefPtr<VTask>& /*task*/) const

@@ -36,8 +36,11 @@ public:
         virtual bool apply(const string& name, const RefPtr<VTask>& task) = 0;
     };
 
-    /// \param initialManager outlives the value; null for none, and then nothing can be started.
-    explicit VValue(VThreadManager* initialManager = nullptr);
+    /// \param initialManager null for none, and then nothing can be started.
+    /// \param managersCreator with which the manager ends, as it does when their module leaves;
+    /// nothing can be started any more then. Without one the manager outlives the value.
+    explicit VValue(VThreadManager* initialManager = nullptr,
+                    const WeakPtr<VThreadCreator>& managersCreator = {});
     VValue(const VValue& other); ///< the manager alone
     ~VValue() override;
 
@@ -59,6 +62,8 @@ public:
     const Ageable& age() const override;
     WeakPtr<VValueCreator> getValueCreator() const override;
     RefPtr<Tolmen::Chunk<VThreadManager>> getChunkOfValue(unsigned long long n) const override;
+
+    VThreadManager* livingManager() const; ///< null if there is none, or none any more
 
     /// Puts a task under a name, and makes it an observer of its owner.
     /// \return false if it is dead, or the name belongs to a live task, which stays.
@@ -82,8 +87,11 @@ public:
     static TypedValueCreator<VThreadManager>& theTypedValueCreator;
     static TypedValueCreator<VThreadManager>& myTypedValueCreator();
 
-    VThreadManager* manager; ///< not owned
+    VThreadManager* manager; ///< not owned, and may have ended: see `livingManager`
     std::map<string, RefPtr<VTask>> tasks;
+
+private:
+    const WeakPtr<VThreadCreator> creator_; // null for a manager that outlives this
 };
 
 /// There is the default value and no other: none for a pool, and no second parameter.

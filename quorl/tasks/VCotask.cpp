@@ -12,8 +12,9 @@ namespace
 RefPtr<VValueParameter<VThreadManager>> makeParameter()
 {
     RefPtr<VValue<VThreadManager>> value;
-    if (VThreadManager* const manager = VThreadCreator::getThreadManager())
-        value = RefPtr<VValue<VThreadManager>>(new VValue<VThreadManager>(manager));
+    const WeakPtr<VThreadCreator> creator = VThreadCreator::findBest();
+    if (VThreadManager* const manager = creator ? creator->getManager() : nullptr)
+        value = RefPtr<VValue<VThreadManager>>(new VValue<VThreadManager>(manager, creator));
     return RefPtr<VValueParameter<VThreadManager>>(new VValueParameter<VThreadManager>(value, ""));
 }
 

@@ -12,7 +12,8 @@ namespace Quorl
 /// it, through which the thread manager is reached.
 ///
 /// The manager is chosen when this is made; one that comes later is not seen. Without a manager all
-/// operations answer false, or null, and nothing is said.
+/// operations answer false, or null, and nothing is said; when the manager has ended with its
+/// module, so nothing can be started, and nothing runs.
 ///
 /// It has no state but its two handles: the tasks live as long as the object holds the parameter.
 class QUORL_API VCotask

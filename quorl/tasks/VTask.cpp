@@ -24,7 +24,8 @@ bool VTask::sendMessage(const RefPtr<VTaskMessage>& message) const
     const RefPtr<VValueParameter<VThreadManager>> parameter = owner;
     if (!parameter) return false;
     const RefPtr<VValue<VThreadManager>> value = parameter->getValue({}, "");
-    return value && value->manager && value->manager->sendMessage(RefPtr<VTask>(this), message);
+    VThreadManager* const manager = value ? value->livingManager() : nullptr;
+    return manager && manager->sendMessage(RefPtr<VTask>(this), message);
 }
 
 } // namespace Quorl

@@ -18,9 +18,14 @@ VThreadCreator::VThreadCreator(const string& wantedName, int givenPriority,
 
 VThreadCreator::~VThreadCreator() = default;
 
+WeakPtr<VThreadCreator> VThreadCreator::findBest()
+{
+    return findBestVInputCreator(typeid(VThreadManager), {});
+}
+
 VThreadManager* VThreadCreator::getThreadManager()
 {
-    const WeakPtr<VThreadCreator> creator = findBestVInputCreator(typeid(VThreadManager), {});
+    const WeakPtr<VThreadCreator> creator = findBest();
     return creator ? creator->getManager() : nullptr;
 }
 

@@ -22,9 +22,12 @@ public:
     /// \return the manager, which stays the creator's.
     virtual VThreadManager* getManager() = 0;
 
-    /// The manager of the creator that is found first for the type; looked up at each call, which
-    /// may load the module of one that only the cache knows.
+    /// The creator that is found first for the type; looked up at each call, which may load the
+    /// module of one that only the cache knows.
     /// \return null if there is none.
+    static WeakPtr<VThreadCreator> findBest();
+
+    /// The manager of that creator, with which it ends; null if there is none.
     static VThreadManager* getThreadManager();
 
     /// The task that the caller runs under; null outside of all, and without a manager. To be

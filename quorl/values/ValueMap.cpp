@@ -1,6 +1,7 @@
 #include <quorl/values/ValueMap.h>
 
 #include <quorl/foundation/FindOrNull.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/values/VValueBase.h>
 
 namespace Quorl
@@ -26,7 +27,10 @@ ValueMap& ValueMap::operator=(const ValueMap& source)
 {
     if (this == &source) return *this;
     ValueMap copied(source);
-    entries_.swap(copied.entries_);
+    if (copied.entries_)
+        entries().swap(*copied.entries_);
+    else
+        clear();
     return *this;
 }
 
@@ -36,6 +40,13 @@ ValueMap::Entries& ValueMap::entries()
 {
     if (!entries_) entries_ = std::make_unique<Entries>();
     return *entries_;
+}
+
+void ValueMap::clear()
+{
+    if (!entries_) return;
+    Entries former; // ends when the map is whole
+    entries_->swap(former);
 }
 
 RefPtr<VValueBase> ValueMap::getValue(const string& name) const
@@ -57,17 +68,17 @@ int ValueMap::iterate(iterator& visitor) const
 {
     if (!entries_) return 0;
     int count = 0;
-    for (const auto& [name, value] : *entries_)
-    {
-        if (!visitor.apply(name, value)) break;
+    Tolmen::walkSteadily(*entries_, [&](const string& name, const RefPtr<VValueBase>& value) {
+        if (!visitor.apply(name, value)) return false;
         ++count;
-    }
+        return true;
+    });
     return count;
 }
 
 bool ValueMap::copyComponents(const ValueMap& source, const WeakPtr<VValueBase>& container)
 {
-    entries_ = nullptr; // first: nothing is left of a map that is its own source
+    clear(); // first: nothing is left of a map that is its own source
     if (!container) return false;
     if (!source.entries_) return true;
     for (const auto& [name, value] : *source.entries_)

@@ -34,7 +34,8 @@ public:
     void setValue(const string& name, const RefPtr<VValueBase>& value);
     unsigned long long nComponents() const; ///< all entries, dead ones too
 
-    /// Visits all entries in the order of names, dead ones too.
+    /// Visits all entries in the order of names, dead ones too. They may come and go meanwhile,
+    /// also by an assignment to the map; the map itself must last.
     /// \return the number of visits that answered true.
     int iterate(iterator& visitor) const;
 
@@ -47,8 +48,10 @@ private:
     using Entries = std::map<string, RefPtr<VValueBase>>;
 
     Entries& entries(); // made if they are missing
+    void clear();
 
-    std::unique_ptr<Entries> entries_; // null until the first is set, as in most values
+    // Null until the first is set, as in most values; from then on in its place, for walks.
+    std::unique_ptr<Entries> entries_;
 };
 
 } // namespace Quorl

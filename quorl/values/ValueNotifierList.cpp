@@ -159,8 +159,9 @@ bool ValueNotifierList::undo()
 
 void ValueNotifierList::AddUndoAction(const RefPtr<VUndoAction>& action, int size)
 {
-    RefPtr<VUndoStack>& stack = ensuredRecord().undoStack;
-    if (!stack) stack = new VUndoStack;
+    RefPtr<VUndoStack>& own = ensuredRecord().undoStack;
+    if (!own) own = new VUndoStack;
+    const RefPtr<VUndoStack> stack = own; // an action that is cut off may end this list
     stack->AddAction(action);
     if (size > 0) stack->setSize(size);
 }

@@ -65,6 +65,19 @@ TEST(ApplicationQuitter, IsPassedOverWithoutAReportWhenItHasDied)
     EXPECT_EQ(VGlobals::theGlobals().quitters.size(), entries) << "the dead stay";
 }
 
+TEST(ApplicationQuitter, LeavesTheTableNowAndThenWhenItHasDied)
+{
+    Calls calls;
+    const RefPtr<Quitter> lasting(new Quitter(calls));
+    std::vector<WeakPtr<Quitter>> blocks; // each of its own
+    for (int number = 0; number < 1000; ++number)
+        blocks.emplace_back(RefPtr<Quitter>(new Quitter(calls)));
+
+    EXPECT_LE(VGlobals::theGlobals().quitters.size(), 32U);
+    quit();
+    EXPECT_EQ(calls, Calls{lasting.rawptr()});
+}
+
 TEST(ApplicationQuitter, IsCalledInTheOrderOfBlocks)
 {
     Calls calls;

@@ -26,6 +26,7 @@ TEST(Rare, IsEmptyAtFirst)
     EXPECT_EQ(none.size(), 0U);
     EXPECT_EQ(none.begin(), none.end());
     EXPECT_EQ(none.find(1), none.end());
+    EXPECT_EQ(none.upper_bound(1), none.end());
     EXPECT_FALSE(none.contains(1));
 }
 
@@ -39,6 +40,8 @@ TEST(Rare, HoldsWhatIsPutInAsTheContainerDoes)
     EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{1, 2}));
     EXPECT_EQ(*numbers.find(2), 2);
     EXPECT_EQ(numbers.find(3), numbers.end());
+    EXPECT_EQ(numbers.upper_bound(2), numbers.end());
+    EXPECT_EQ(*numbers.upper_bound(1), 2);
     EXPECT_EQ(numbers.erase(1), 1U);
     EXPECT_EQ(numbers.size(), 1U);
 }

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 
@@ -153,6 +154,20 @@ TEST(HostQueue, AWorkMayEmptyIt)
     HostQueue::post([&] { ++done; });
     EXPECT_EQ(HostQueue::drain(), 1);
     EXPECT_EQ(done, 1);
+}
+
+TEST(HostQueue, WhatAWorkHasCapturedMayPostAtItsEnd)
+{
+    std::vector<int> done;
+    std::shared_ptr<void> captured(nullptr,
+                                   [&](void*) { HostQueue::post([&] { done.push_back(2); }); });
+    HostQueue::post([&, captured] { done.push_back(1); });
+    captured.reset();
+
+    EXPECT_EQ(HostQueue::drain(), 1);
+    EXPECT_THAT(done, ElementsAre(1));
+    EXPECT_EQ(HostQueue::drain(), 1);
+    EXPECT_THAT(done, ElementsAre(1, 2));
 }
 
 TEST(HostQueueThreads, TakesWorkFromAnyThread)

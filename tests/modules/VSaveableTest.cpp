@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 #include <random>
 
 namespace Quorl
@@ -158,6 +159,29 @@ TEST_F(VSaveableTest, KeepsASaverOverItsReplacementInAWalk)
     a = RefPtr<TestSaver>();
 
     EXPECT_EQ(collection.iterateSavers(visitor), 1);
+}
+
+TEST(VSaveable, MayEndInAWalkOfItsSavers)
+{
+    struct End final : VSaveable::SaveIterator
+    {
+        explicit End(std::unique_ptr<VSaveable>& savers) : collection(savers) {}
+        bool apply(const string& name, const RefPtr<ZelmSaver>& saver) override
+        {
+            collection.reset();
+            seen += name + saver->extension;
+            return true;
+        }
+        std::unique_ptr<VSaveable>& collection;
+        string seen;
+    };
+    auto collection = std::make_unique<VSaveable>();
+    collection->addSaver("a", makeSaver("x"));
+    collection->addSaver("b", makeSaver("y"));
+    End end(collection);
+
+    EXPECT_EQ(collection->iterateSavers(end), 2);
+    EXPECT_EQ(end.seen, "axby");
 }
 
 TEST(VSaveable, HasOneForTheWholeApplication)

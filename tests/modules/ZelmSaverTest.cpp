@@ -5,6 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 namespace Quorl
 {
 namespace
@@ -58,6 +61,52 @@ TEST(ZelmSaver, SavesNothingAgainThatItNeverSaved)
 
     EXPECT_EQ(ticksOf([&] { EXPECT_FALSE(saver->autosave()); }), 0);
     EXPECT_TRUE(saver->files.empty());
+}
+
+/// A format that does something when it has written.
+class BusySaver final : public ZelmSaver
+{
+public:
+    explicit BusySaver(std::function<void(BusySaver&)> atEnd)
+        : ZelmSaver("busy"), act_(std::move(atEnd))
+    {
+    }
+    bool save(const std::string& file) override
+    {
+        act_(*this);
+        written = file;
+        return true;
+    }
+    std::string written;
+
+private:
+    const std::function<void(BusySaver&)> act_;
+};
+
+TEST(ZelmSaver, MayBeLetGoOfInItsSave)
+{
+    RefPtr<BusySaver> owner(new BusySaver([&](BusySaver&) { owner = RefPtr<BusySaver>(); }));
+    WeakPtr<BusySaver> saver = owner;
+    EXPECT_TRUE(saver->Save("first"));
+    EXPECT_FALSE(saver);
+
+    owner = RefPtr<BusySaver>(new BusySaver([&](BusySaver&) { owner = RefPtr<BusySaver>(); }));
+    saver = owner;
+    saver->lastFile = "again";
+    EXPECT_TRUE(saver->autosave());
+    EXPECT_FALSE(saver);
+}
+
+TEST(ZelmSaver, SavesAgainToTheFileThatWasTheLastAsItBegan)
+{
+    const std::string first = "a name that is too long to stand in the text itself";
+    const RefPtr<BusySaver> saver(
+        new BusySaver([](BusySaver& self) { self.lastFile = std::string(100, 'x'); }));
+    saver->lastFile = first;
+
+    EXPECT_TRUE(saver->autosave());
+
+    EXPECT_EQ(saver->written, first);
 }
 
 } // namespace

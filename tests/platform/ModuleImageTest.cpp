@@ -127,6 +127,20 @@ TEST_F(ModuleImageTest, TakesTheFirstTextOfANumberUpToItsEnd)
     EXPECT_EQ(imageOf(made.bytes()).text(1, 100), "");
 }
 
+TEST_F(ModuleImageTest, KeepsNoTextsOfNumbersThatNoModuleHas)
+{
+    constexpr unsigned kMost = ModuleImage::kMostNumber;
+    Image made;
+    made.notes = noteBytes({kMost + 1, std::string("ZELM\0", 5), "too high"});
+    EXPECT_FALSE(imageOf(made.bytes()).hasTexts());
+    made.notes += noteBytes({0xFFFFFFFF, std::string("ZELM\0", 5), "the highest"}) +
+                  noteBytes({kMost, std::string("ZELM\0", 5), "the last"});
+    const ModuleImage image = imageOf(made.bytes());
+    EXPECT_TRUE(image.hasTexts());
+    EXPECT_EQ(image.text(kMost, 100), "the last");
+    EXPECT_EQ(image.text(kMost + 1, 100), "");
+}
+
 TEST_F(ModuleImageTest, StepsByEightWhereASegmentSaysSo)
 {
     Image made;

@@ -112,6 +112,30 @@ TEST(VCreationPreferences, DoesNotCountTheWordThatStoppedTheVisit)
     EXPECT_EQ(words.iterate(last), 2);
 }
 
+TEST(VCreationPreferences, MayBeAssignedAndEndWhileTheyAreVisited)
+{
+    struct Change final : VCreationPreferences::ConstIterator
+    {
+        explicit Change(RefPtr<VCreationPreferences>& w) : words(w) {}
+        bool apply(const string& word, double) override
+        {
+            seen += word;
+            if (words) *words = VCreationPreferences("b", "y");
+            words = RefPtr<VCreationPreferences>();
+            return true;
+        }
+        RefPtr<VCreationPreferences>& words;
+        string seen;
+    };
+    RefPtr<VCreationPreferences> words(new VCreationPreferences("a", "c", "x"));
+    const WeakPtr<VCreationPreferences> watch = words;
+    Change change(words);
+
+    EXPECT_EQ(watch->iterate(change), 3);
+    EXPECT_EQ(change.seen, "aby");
+    EXPECT_FALSE(watch);
+}
+
 TEST(VCreationPreferences, CanSitInACube)
 {
     Tolmen::Intercube cube;

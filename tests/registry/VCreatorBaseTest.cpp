@@ -160,6 +160,52 @@ TEST(VCreatorBase, StandsUnderEachApplicationOfItsList)
     EXPECT_EQ(VCreatorBase::iterateApplications(none), before + 2);
 }
 
+/// The number of entries under an application, dead ones too; -1 if it is unknown.
+struct Entries final : VCreatorBase::ApplicationIterator
+{
+    explicit Entries(const string& name) : wanted(name) {}
+    bool apply(const string& name, VCreatorBase::ApplicationProperties& properties) override
+    {
+        if (name != wanted) return true;
+        count = static_cast<int>(properties.creators.size());
+        return false;
+    }
+    const string wanted;
+    int count = -1;
+};
+
+TEST(VCreatorBase, LeavesItsApplicationsNowAndThenWhenItHasEnded)
+{
+    for (int number = 0; number < 1000; ++number)
+        Registered(new TestCreator(meantFor("App/Passing", "test busy"))).drop();
+    Entries busy("test busy");
+    VCreatorBase::iterateApplications(busy);
+
+    EXPECT_GT(busy.count, 0);
+    EXPECT_LE(busy.count, 16);
+}
+
+TEST(VCreatorBase, LeavesNoApplicationThatIsVisited)
+{
+    struct Visit final : VCreatorBase::ApplicationIterator
+    {
+        bool apply(const string& name, VCreatorBase::ApplicationProperties& properties) override
+        {
+            if (name != "test visited") return true;
+            for (int number = 0; number < 100; ++number)
+                Registered(new TestCreator(meantFor("App/Visited", name))).drop();
+            count = properties.creators.size();
+            return true;
+        }
+        std::size_t count = 0;
+    };
+    const Registered creator(new TestCreator(meantFor("App/Stays", "test visited")));
+    Visit visit;
+    VCreatorBase::iterateApplications(visit);
+
+    EXPECT_EQ(visit.count, 101U);
+}
+
 TEST(VCreatorBase, TellsWhetherAnApplicationIsEnabled)
 {
     VCreatorBase::ApplicationProperties properties;

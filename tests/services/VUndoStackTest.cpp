@@ -4,6 +4,8 @@
 
 #include <functional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace Quorl
 {
@@ -199,6 +201,76 @@ TEST_F(VUndoStackTest, MayEndInItsOwnGlobalUndo)
     EXPECT_TRUE(global.undo());
     EXPECT_EQ(taken, "A");
     EXPECT_EQ(global.size(), 0);
+}
+
+/// Does something when it ends, and when it is undone.
+struct Ending final : VUndoAction
+{
+    explicit Ending(std::function<void()> atEnd) : VUndoAction("ends"), whenEnded(std::move(atEnd))
+    {
+    }
+    ~Ending() override { whenEnded(); }
+    bool undo() override
+    {
+        if (whenUndone) whenUndone();
+        return true;
+    }
+    std::function<void()> whenUndone;
+    const std::function<void()> whenEnded;
+};
+
+TEST_F(VUndoStackTest, IsWholeWhenAnActionEndsThatIsCutOff)
+{
+    std::vector<int> sizes;
+    stack->AddAction(new Ending([&] {
+        sizes.push_back(stack->size());
+        stack->undo();
+        sizes.push_back(stack->setSize(0));
+    }));
+    for (const char* label : {"A", "B", "C"}) add(stack, label);
+
+    EXPECT_EQ(stack->setSize(3), 0);
+    EXPECT_EQ(sizes, (std::vector<int>{3, 0}));
+    EXPECT_EQ(taken, "C");
+}
+
+TEST_F(VUndoStackTest, MayBeHeldByAnActionThatIsCutOff)
+{
+    const WeakPtr<VUndoStack> watch = stack;
+    RefPtr<VUndoStack> held = stack;
+    stack->AddAction(new Ending([held] {}));
+    add(stack, "A");
+    add(stack, "B");
+    held = stack = RefPtr<VUndoStack>();
+    ASSERT_TRUE(watch);
+
+    EXPECT_EQ(watch->setSize(1), 1);
+    EXPECT_FALSE(watch);
+}
+
+TEST_F(VUndoStackTest, MayBeHeldByWhatAnAdditionPushesOffTheGlobalStack)
+{
+    const WeakPtr<VUndoStack> watch = stack;
+    global.AddAction(new Ending([held = stack] {}));
+    for (int i = 0; i < 99; ++i) global.AddAction(new Append(taken, "x"));
+    stack = RefPtr<VUndoStack>();
+
+    watch->AddAction(new Append(taken, "y"));
+
+    EXPECT_FALSE(watch);
+    EXPECT_EQ(global.size(), 100);
+}
+
+TEST_F(VUndoStackTest, IsWholeWhenAnActionEndsThatWasAddedByTheOneThatIsUndone)
+{
+    add(stack, "A");
+    const RefPtr<Ending> undone(new Ending([] {}));
+    undone->whenUndone = [&] { stack->AddAction(new Ending([&] { stack->setSize(0); })); };
+    stack->AddAction(undone);
+
+    EXPECT_TRUE(stack->undo());
+    EXPECT_EQ(stack->size(), 0);
+    EXPECT_EQ(taken, "");
 }
 
 TEST_F(VUndoStackTest, CanBeAnInterfaceOfACube)

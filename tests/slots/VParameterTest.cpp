@@ -174,6 +174,29 @@ TEST(VParameter, NamesItsUndoStackAfterItself)
     EXPECT_EQ(parameter->UndoStack()->name, "owner.p");
 }
 
+TEST(VParameter, MayBeLetGoOfByAnUndoActionThatIsCutOff)
+{
+    struct Holds final : VUndoAction
+    {
+        explicit Holds(const RefPtr<VParameter>& changed) : VUndoAction("holds"), parameter(changed)
+        {
+        }
+        bool undo() override { return true; }
+        const RefPtr<VParameter> parameter;
+    };
+    RefPtr<VParameter> parameter = makeParameter("p");
+    const WeakPtr<VParameter> watch = parameter;
+    parameter->AddUndoAction(new Holds(parameter), 0);
+    const RefPtr<VUndoStack> stack = parameter->UndoStack();
+    stack->name = "";
+    parameter = RefPtr<VParameter>();
+
+    watch->AddUndoAction(new Holds({}), 1);
+
+    EXPECT_FALSE(watch);
+    EXPECT_EQ(stack->name, "p") << "named all the same";
+}
+
 TEST(VParameter, NeverRemovesOrVisitsUsers)
 {
     struct Visit final : VParameter::UserIterator

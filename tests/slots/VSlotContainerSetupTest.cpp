@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <vector>
 
 /// A container as it begins, and as it is set up.
@@ -104,6 +105,49 @@ TEST_F(VSlotContainerSetup, RunsFunctionsByAddressAndFunctorsByHandle)
     std::sort(functors.begin(), functors.end());
     for (std::size_t i = 0; i < functors.size(); ++i)
         EXPECT_EQ(Functor::called.at(i), functors[i].rawptr());
+}
+
+/// Does something when it is called.
+struct Acting final : VSlotContainer::SetupFunctor
+{
+    explicit Acting(std::function<void()> whenCalled) : act(std::move(whenCalled)) {}
+    void apply(VSlotContainer*, const VSlotSet&) override
+    {
+        ++calls;
+        act();
+    }
+    const std::function<void()> act;
+    int calls = 0;
+};
+
+TEST(VSlotContainer, MayEndInItsSetUp)
+{
+    RefPtr<VSlotContainer> container(new VSlotContainer);
+    const WeakPtr<VSlotContainer> watch = container;
+    std::vector<RefPtr<Acting>> functors;
+    for (int number = 0; number < 3; ++number)
+    {
+        functors.emplace_back(new Acting([&] { container = RefPtr<VSlotContainer>(); }));
+        container->addSetupFunctor(functors.back());
+    }
+
+    watch->initialize();
+
+    for (const auto& functor : functors) EXPECT_EQ(functor->calls, 1);
+    EXPECT_FALSE(watch);
+}
+
+TEST(VSlotContainer, LosesSetupFunctorsInItsSetUp)
+{
+    const RefPtr<VSlotContainer> container(new VSlotContainer);
+    const RefPtr<Acting> clearing(new Acting([&] { container->SetupFunctors.clear(); }));
+    const RefPtr<Acting> other(new Acting([&] { container->SetupFunctors.clear(); }));
+    container->addSetupFunctor(clearing);
+    container->addSetupFunctor(other);
+
+    container->initialize();
+
+    EXPECT_EQ(clearing->calls + other->calls, 1);
 }
 
 TEST_F(VSlotContainerSetup, RunsFunctorsThatNobodyOwns)

@@ -53,6 +53,48 @@ TEST(VSlotSet, VisitsItsSlotsByNameWithTheLevelGiven)
     EXPECT_EQ(slots.iterate(7, stopped), 1);
 }
 
+TEST(VSlotSet, SlotsMayComeAndGoWhileItIsVisited)
+{
+    struct Change final : VSlotIterator
+    {
+        explicit Change(VSlotSet& changed) : slots(changed) {}
+        bool apply(const RefPtr<VSlot>& slot, int /*expertLevel*/) override
+        {
+            slots.removeSlot(slot->Name);
+            slots.removeSlot("c");
+            slots.insertSlot(RefPtr<VSlot>(new VSlot(nullptr, {}, "z", "")), false);
+            seen += slot->Name;
+            return true;
+        }
+        VSlotSet& slots;
+        string seen;
+    };
+    VSlotSet slots;
+    for (const char* name : {"a", "b", "c", "d"})
+        slots.insertSlot(RefPtr<VSlot>(new VSlot(nullptr, {}, name, "")), false);
+    Change change(slots);
+
+    EXPECT_EQ(slots.iterate(0, change), 3);
+    EXPECT_EQ(change.seen, "abd");
+    EXPECT_EQ(slots.size(), 1U);
+}
+
+TEST(VSlotSet, VisitsAllThatLiveAroundOneThatEndedBehindItsBack)
+{
+    VSlotSet slots;
+    std::vector<VSlot*> mortals;
+    for (const char* name : {"a", "b", "c", "d", "e", "f", "g"})
+    {
+        mortals.push_back(new VSlot(nullptr, {}, name, ""));
+        slots.insertSlot(RefPtr<VSlot>(mortals.back()), false);
+    }
+    delete mortals[3];
+    SlotVisit visit;
+
+    EXPECT_EQ(slots.iterate(0, visit), 6);
+    EXPECT_EQ(visit.seen, (std::vector<string>{"a0", "b0", "c0", "e0", "f0", "g0"}));
+}
+
 TEST(VSlotSet, PassesOverSlotsThatEndedBehindItsBack)
 {
     Network network;

@@ -96,6 +96,30 @@ TEST_F(ManagedCotasks, AddsTasksAndForwards)
     EXPECT_THAT(manager.calls, ElementsAre("start", "isrunning", "start", "isrunning"));
 }
 
+TEST_F(Cotasks, AnswersFalseWhenItsManagerHasEndedAndSeesNoOther)
+{
+    auto manager = std::make_unique<TestManager>();
+    auto threads = std::make_unique<TestThreads>(*manager);
+    VCotask cotask(node.rawptr(), "tasks", 0);
+    const RefPtr<VTask> task = makeTask();
+    cotask.addTask(task, "one");
+    const RefPtr<VValue<VThreadManager>> copied = cotask.TaskParameter->newValue();
+    threads.reset();
+    manager.reset();
+    TestManager next;
+    const TestThreads nextThreads(next);
+
+    EXPECT_FALSE(cotask.run("one"));
+    EXPECT_FALSE(cotask.run(task));
+    EXPECT_FALSE(cotask.isrunning("one"));
+    EXPECT_FALSE(cotask.isrunning(task));
+    EXPECT_FALSE(task->sendMessage(QuorlTest::makeMessage("hello")));
+    EXPECT_FALSE(copied->start(task));
+    EXPECT_EQ(copied->Text(), "");
+    EXPECT_EQ(cotask.findTask("one"), task);
+    EXPECT_THAT(next.calls, IsEmpty());
+}
+
 TEST_F(ManagedCotasks, PassesOnThatTheManagerRefuses)
 {
     const RefPtr<VTask> task = makeTask();

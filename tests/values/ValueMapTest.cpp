@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace Quorl
@@ -118,6 +120,55 @@ TEST(ValueMap, VisitsByNameUntilFalseAndCountsTheTrueAnswers)
     EXPECT_EQ(all.seen, (std::vector<string>{"a", "b", "c", "d"}));
     EXPECT_EQ(map.iterate(two), 1);
     EXPECT_EQ(two.seen.size(), 2U);
+}
+
+/// Does something at each entry, and notes what it was shown.
+struct Busy final : ValueMap::iterator
+{
+    explicit Busy(std::function<void(const string&)> atEach) : act(std::move(atEach)) {}
+
+    bool apply(const string& name, const RefPtr<VValueBase>& value) override
+    {
+        act(name);
+        seen += name + value->Text();
+        return true;
+    }
+
+    const std::function<void(const string&)> act;
+    string seen;
+};
+
+TEST(ValueMap, KeepsAnEntryForTheVisitThatReplacesIt)
+{
+    ValueMap map;
+    for (const char* name : {"a", "b"}) map.setValue(name, make(1));
+    Busy empty([&](const string& name) { map.setValue(name, RefPtr<VValueBase>()); });
+
+    EXPECT_EQ(map.iterate(empty), 2);
+    EXPECT_EQ(empty.seen, "a1b1");
+}
+
+TEST(ValueMap, MayBeChangedAndAssignedInAVisit)
+{
+    ValueMap map;
+    for (const char* name : {"a", "c"}) map.setValue(name, make(1));
+    Busy add([&](const string& name) {
+        if (name == "a") map.setValue("b", make(2));
+    });
+    EXPECT_EQ(map.iterate(add), 3);
+    EXPECT_EQ(add.seen, "a1b2c1");
+
+    ValueMap other;
+    other.setValue("a", make(3));
+    other.setValue("d", make(4));
+    Busy assign([&](const string&) { map = other; });
+    EXPECT_EQ(map.iterate(assign), 2);
+    EXPECT_EQ(assign.seen, "a1d4");
+
+    Busy clear([&](const string&) { map = ValueMap(); });
+    EXPECT_EQ(map.iterate(clear), 1);
+    EXPECT_EQ(clear.seen, "a3");
+    EXPECT_EQ(map.nComponents(), 0U);
 }
 
 TEST(ValueMap, CopiesTheComponentsThatJoinTheContainer)

@@ -343,6 +343,42 @@ TEST(ValueNotifierListUndo, CutsTheStackOnlyForASizeAboveZero)
     EXPECT_EQ(list->UndoStack()->size(), 2);
 }
 
+/// What actions do that take changes of a list back.
+struct HoldsList final : VUndoAction
+{
+    explicit HoldsList(const RefPtr<ValueNotifierList>& changed)
+        : VUndoAction("holds"), list(changed)
+    {
+    }
+    bool undo() override { return true; }
+    const RefPtr<ValueNotifierList> list;
+};
+
+TEST(ValueNotifierListUndo, MayBeLetGoOfByAnActionThatIsCutOff)
+{
+    auto list = makeList();
+    const WeakPtr<ValueNotifierList> watch = list;
+    string log;
+    list->AddUndoAction(new HoldsList(list), 0);
+    list = {};
+    ASSERT_TRUE(watch) << "its history keeps it";
+
+    watch->AddUndoAction(new Note(log), 1);
+
+    EXPECT_FALSE(watch);
+}
+
+TEST(ValueNotifierListUndo, MayBeLetGoOfByTheActionThatIsUndone)
+{
+    auto list = makeList();
+    const WeakPtr<ValueNotifierList> watch = list;
+    list->AddUndoAction(new HoldsList(list), 0);
+    list = {};
+
+    EXPECT_TRUE(watch->undo());
+    EXPECT_FALSE(watch);
+}
+
 TEST(ValueActionBase, GetsTheArgumentsOfANotificationAsTheyAre)
 {
     struct Action final : ValueActionBase

@@ -109,6 +109,30 @@ TEST(PoolThreads, FinishingAsksTasksToEndAndForgetsThoseThatWait)
     pool.finish();
 }
 
+TEST(PoolThreads, FinishingReleasesATaskThatWaitsForOneThatIsForgotten)
+{
+    for (int round = 0; round < 20; ++round)
+    {
+        ThreadPool pool(1);
+        std::binary_semaphore go(0);
+        std::atomic<bool> isWaiting = false;
+        bool wasReleased = false;
+        const RefPtr<VTask> second = makeTask();
+        const RefPtr<VTask> first = makeTask([&](TestTask&) {
+            go.acquire();
+            isWaiting = true;
+            wasReleased = pool.wait(second);
+        });
+        pool.start(first);
+        pool.start(second);
+        go.release();
+        while (!isWaiting) std::this_thread::yield();
+        for (int turn = 0; turn < 100; ++turn) std::this_thread::yield(); // it is all but there
+        pool.finish();
+        EXPECT_TRUE(wasReleased);
+    }
+}
+
 TEST(PoolThreads, AnyTaskMayAskThemToFinish)
 {
     ThreadPool pool;

@@ -1,7 +1,9 @@
 #include <quorl/foundation/VGlobals.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/registry/VInputCreatorBase.h>
+#include <quorl/tasks/VCotask.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/Node.h>
 #include <tests/support/TestTask.h>
 
 #include <gtest/gtest.h>
@@ -219,6 +221,67 @@ TEST_F(ThreadsModule, SaysThatANumberOfThreadsIsNone)
     }
     ::setenv("ZELM_THREADS", "", 1);
     EXPECT_EQ(QuorlTest::errorOutputOf([] { EXPECT_NE(loaded(), nullptr); }), "");
+}
+
+TEST_F(ThreadsModule, TakesItsManagerFromObjectsWithTasks)
+{
+    for (const bool comesAnew : {false, true})
+    {
+        Quorl::VThreadManager* const manager = loaded();
+        QuorlTest::Network network;
+        const auto node = network.node("worker");
+        Quorl::VCotask cotask(node.rawptr(), "tasks", 0);
+        std::atomic<int> runs = 0;
+        const RefPtr<TestTask> task = makeTask([&](TestTask&) { ++runs; });
+        cotask.addTask(task, "counts");
+        EXPECT_TRUE(cotask.run("counts"));
+        EXPECT_TRUE(manager->wait(task));
+
+        EXPECT_TRUE(unload());
+        EXPECT_EQ(mappings("threads.zelm"), 0);
+        const bool isThere = comesAnew && loaded();
+        EXPECT_EQ(isThere, comesAnew);
+
+        EXPECT_FALSE(cotask.run("counts"));
+        EXPECT_FALSE(cotask.isrunning("counts"));
+        EXPECT_FALSE(task->sendMessage(QuorlTest::makeMessage("hello")));
+        EXPECT_EQ(runs, 1);
+    }
+}
+
+TEST_F(ThreadsModule, ATaskMayEndTheProcessWhileOthersWaitForIt)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            Quorl::VThreadManager* const manager = loaded();
+            std::counting_semaphore<> begun(0);
+            const RefPtr<VTask> ends = makeTask([&](TestTask&) {
+                begun.acquire();
+                begun.acquire();
+                std::exit(7);
+            });
+            manager->start(ends);
+            manager->start(makeTask([&](TestTask&) {
+                begun.release();
+                manager->wait(ends);
+            }));
+            begun.release();
+            manager->wait(ends);
+            std::binary_semaphore(0).acquire(); // the process ends meanwhile
+        },
+        testing::ExitedWithCode(7), testing::Eq(""));
+}
+
+TEST_F(ThreadsModule, ATaskWithoutAThreadMayEndTheProcess)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            ::setenv("ZELM_THREADS", "0", 1);
+            loaded()->start(makeTask([](TestTask&) { std::exit(7); }));
+        },
+        testing::ExitedWithCode(7), testing::Eq(""));
 }
 
 TEST_F(ThreadsModule, TheProcessEndsWhileATaskRuns)

@@ -122,8 +122,8 @@ std::optional<std::vector<Elf64_Phdr>> readSegments(const ReadOnlyFile& file)
     return segments;
 }
 
-/// Collects the texts of one segment of notes; the first of a number counts. Ends where a note
-/// would reach beyond the segment.
+/// Collects the texts of one segment of notes; the first of a number counts, and numbers that are
+/// too high are passed over. Ends where a note would reach beyond the segment.
 void collectTexts(std::string_view notes, std::uint64_t alignment,
                   std::map<unsigned, std::string>& texts)
 {
@@ -138,7 +138,7 @@ void collectTexts(std::string_view notes, std::uint64_t alignment,
         const std::uint64_t nameSize = aligned(note.n_namesz);
         if (nameSize > notes.size() || note.n_descsz > notes.size() - nameSize) return;
         const std::string_view text = notes.substr(nameSize, note.n_descsz);
-        if (notes.substr(0, note.n_namesz) == kOwner)
+        if (notes.substr(0, note.n_namesz) == kOwner && note.n_type <= ModuleImage::kMostNumber)
             texts.emplace(note.n_type, text.substr(0, text.find('\0')));
         notes.remove_prefix(
             std::min<std::uint64_t>(nameSize + aligned(note.n_descsz), notes.size()));
