@@ -39,7 +39,7 @@ public:
     std::set<RefPtr<ValuePoolCreator>> poolCreators; ///< asked for pools that do not exist
     std::map<string, WeakPtr<ValuePool>> pools;      ///< by name; the dead stay
     VInputClass inputClasses;
-    std::set<WeakPtr<ApplicationQuitter>> quitters; ///< passes over the dead
+    std::set<WeakPtr<ApplicationQuitter>> quitters; ///< some are dead
 
 private:
     VGlobals();

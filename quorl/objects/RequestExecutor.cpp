@@ -74,11 +74,12 @@ void RequestExecutor::ReckonedSum::owe(const std::shared_ptr<const LevelCourse>&
 /// Where all memory for debts is in use, one is settled for each that comes.
 LevelDebt& RequestExecutor::ReckonedSum::debtOf(const std::shared_ptr<const LevelCourse>& course)
 {
-    const auto [begin, end] = debts_.equal_range(course->fingerprint());
+    Debts& debts = debts_.made();
+    const auto [begin, end] = debts.equal_range(course->fingerprint());
     for (auto known = begin; known != end; ++known)
         if (known->second->isOf(course)) return *known->second;
-    if (!debts_.empty() && LevelDebt::sizeOfAll() + course->size() > kMostDebts) settleOne();
-    return *debts_.emplace(course->fingerprint(), std::make_unique<LevelDebt>(course))->second;
+    if (!debts.empty() && LevelDebt::sizeOfAll() + course->size() > kMostDebts) settleOne();
+    return *debts.emplace(course->fingerprint(), std::make_unique<LevelDebt>(course))->second;
 }
 
 void RequestExecutor::ReckonedSum::settleOne() const

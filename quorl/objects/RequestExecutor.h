@@ -2,6 +2,7 @@
 
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
+#include <quorl/foundation/Rare.h>
 #include <quorl/foundation/RefPtr.h>
 
 #include <algorithm>
@@ -62,13 +63,15 @@ public:
         friend class RequestPlan;
 
         using Places = std::pair<std::uint32_t, std::uint32_t>; // of a course: first, behind last
+
         void add(std::int64_t more) const;
         void owe(const std::shared_ptr<const LevelCourse>& course, Places places);
         LevelDebt& debtOf(const std::shared_ptr<const LevelCourse>& course);
         void settleOne() const;
 
         mutable std::int32_t value_ = 0; // not more than the largest number
-        mutable std::multimap<std::size_t, std::unique_ptr<LevelDebt>> debts_; // by fingerprints
+        using Debts = std::multimap<std::size_t, std::unique_ptr<LevelDebt>>; // by fingerprints
+        mutable Tolmen::Rare<Debts> debts_;
     };
 
     /// What all executors of one chain share.

@@ -8,6 +8,7 @@ namespace Quorl
 void WalkExcerpt::take(const WalkGraph& walked, const std::vector<LatentVisit>& visits)
 {
     ++excerpt_;
+    ways_.clear(); // where memory ran out, there are some left
     graph_ = WalkGraph();
     visits_.clear();
     origins_.clear();
