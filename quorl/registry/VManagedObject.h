@@ -115,9 +115,9 @@ public:
     static int iterateModules(ModuleIterator& visitor);
     static int iterateModules(const ModuleVisit& visit);
 
-    /// Lets go of all objects of a module; their entries wait for it to be loaded again. So do their
-    /// lines in the index of priorities. Deliberate: insertion adds another line all the same, so
-    /// that walks show an object once more for each time that its module was loaded again.
+    /// Lets go of all objects of a module; their entries wait for it to be loaded again. So do
+    /// their lines in the index of priorities. Deliberate: insertion adds another line all the
+    /// same, so that walks show an object once more for each time that its module was loaded again.
     static void UnloadVModule(const string& module, VRemoveItem& remover);
 
     static string CurrentLoadModule; ///< path of the module that is being loaded, else empty
