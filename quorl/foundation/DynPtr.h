@@ -197,7 +197,8 @@ protected:
             Referer* const former = referer;
             former->weak.fetch_add(1, std::memory_order_relaxed);
             endLife(*former);
-            if (referer == former) wunref();
+            if (referer != former) return unrefBoth(); // as below
+            wunref();
         }
     }
 
@@ -218,7 +219,7 @@ private:
             endLife(*referer);
         else
             unref();
-        if (referer != former) return; // what ended has assigned to this very handle
+        if (referer != former) return unrefBoth(); // what ended has assigned to this very handle
         if (referer->weak.load(std::memory_order_acquire) == 1)
             freeReferer();
         else

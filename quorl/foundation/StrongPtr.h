@@ -67,7 +67,7 @@ public:
     {
         if (this->referer == source.referer) return *this;
         StrongPtr taken(std::move(source)); // which may end with what is dropped
-        this->template dropAll<Shares>();
+        this->unrefBoth();
         this->adopt(taken.referer);
         taken.forget();
         if (this->referer) CheckRefConstruction(this->referer->object);

@@ -89,17 +89,6 @@ protected:
     template <class Share = WeakShare>
     void assign(Referer* next);
 
-    /// Drops what is held, and what that has assigned to this very handle when it ended.
-    template <class Share>
-    void dropAll()
-    {
-        const Referer* former = nullptr;
-        do {
-            former = this->referer;
-            Share::drop(*this);
-        } while (this->referer && this->referer != former);
-    }
-
     void adopt(Referer* source)
     {
         this->referer = source;
@@ -135,7 +124,7 @@ void WeakPtrImpl<T, B>::assign(Referer* next)
 {
     if (this->referer == next) return;
     if (next) next->weak.fetch_add(1, std::memory_order_relaxed);
-    dropAll<Share>();
+    Share::drop(*this);
     adopt(next);
     if (!next) return;
     Share::takeRest(*this);
