@@ -1,12 +1,19 @@
 #include <quorl/foundation/VGlobals.h>
 
 #include <quorl/foundation/AtCleanUp.h>
+#include <quorl/foundation/DeadEntries.h>
 #include <quorl/modules/VModule.h> // completes the record of a module
 #include <quorl/values/ValuePool.h>
 #include <quorl/values/ValuePoolCreator.h>
 
 namespace Quorl
 {
+namespace
+{
+
+constinit Tolmen::DeadEntries theDeadQuitters; // of the only table there is
+
+} // namespace
 
 VGlobals::VGlobals() : modules(new ModuleTable) {}
 
@@ -30,14 +37,14 @@ VGlobals& VGlobals::theGlobals()
 
 void VGlobals::quit() const
 {
-    const Tolmen::DeadEntries::Walk walk(deadQuitters_);
+    const Tolmen::DeadEntries::Walk walk(theDeadQuitters);
     for (const WeakPtr<ApplicationQuitter>& quitter : quitters)
         if (quitter) quitter->quit(); // not owned meanwhile: that would end one that nobody owns
 }
 
 void VGlobals::addQuitter(const WeakPtr<ApplicationQuitter>& quitter)
 {
-    deadQuitters_.takeOut(quitters, [](const auto& entry) { return !entry; });
+    theDeadQuitters.takeOut(quitters, [](const auto& entry) { return !entry; });
     quitters.insert(quitter);
 }
 

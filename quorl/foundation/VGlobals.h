@@ -3,7 +3,6 @@
 #include <quorl/Export.h>
 #include <quorl/Forward.h>
 #include <quorl/foundation/ApplicationQuitter.h>
-#include <quorl/foundation/DeadEntries.h>
 #include <quorl/foundation/RefPtr.h>
 #include <quorl/slots/VInputClass.h> // the table itself; a header that stands on std alone
 
@@ -46,8 +45,6 @@ private:
     ~VGlobals();
 
     void cleanUp();
-
-    mutable Tolmen::DeadEntries deadQuitters_;
 };
 
 } // namespace Quorl
