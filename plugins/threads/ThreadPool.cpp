@@ -255,11 +255,11 @@ std::deque<ThreadPool::Job> ThreadPool::askToEnd()
 /// Their bodies are below this call, and do not go on.
 void ThreadPool::leaveTasksOfThisThread()
 {
-    static auto& left = *new std::deque<Job>; // never ended: the bodies have not
     for (auto job = jobs_.begin(); job != jobs_.end();)
     {
         const auto entry = job++;
         if (entry->second.thread != std::this_thread::get_id()) continue;
+        static auto& left = *new std::deque<Job>; // never ended: the bodies have not
         left.push_back(std::move(entry->second));
         jobs_.erase(entry);
     }
