@@ -3,7 +3,6 @@
 #include "Output.h"
 
 #include <quorl/modules/VCreatorCache.h>
-#include <zelm/network/Json.h>
 #include <zelm/network/NetworkError.h>
 #include <zelm/network/Replacement.h>
 #include <zelm/network/WholeFile.h>
@@ -80,10 +79,10 @@ CacheFile::CacheFile(const Settings& settings)
 
 CacheFile::Verdict CacheFile::check(const Modules& modules) const
 {
-    if (isForeign()) return Verdict::Foreign;
+    const Json sum = sumIn(sumPath());
+    if (isForeign(sum)) return Verdict::Foreign;
     const auto bytes = bytesOf(path_);
     if (!bytes) return Verdict::Absent;
-    const Json sum = sumIn(sumPath());
     if (sum.value("checksum", Json()) != checksum(*bytes)) return Verdict::Torn;
     if (sum.value("folders", Json()) != Json(modules.folders())) return Verdict::Other;
     const Json stamps = sum.value("modules", Json::object());
@@ -131,7 +130,7 @@ bool CacheFile::drop() const
 }
 
 /// Neither is what has no sum of this program beside it, nor what stands in the place of the sum.
-bool CacheFile::isForeign() const
+bool CacheFile::isForeign(const Json& sum) const
 {
     const auto isThere = [](const std::string& file) {
         std::error_code failure;
@@ -139,12 +138,12 @@ bool CacheFile::isForeign() const
     };
     std::error_code ignored;
     if (isThere(path_) && !fs::is_regular_file(path_, ignored)) return true;
-    return (isThere(path_) || isThere(sumPath())) && sumIn(sumPath()).is_null();
+    return (isThere(path_) || isThere(sumPath())) && sum.is_null();
 }
 
 void CacheFile::refuseForeign() const
 {
-    if (isForeign()) throw NetworkError(path_, {}, "", "", words(Verdict::Foreign));
+    if (isForeign(sumIn(sumPath()))) throw NetworkError(path_, {}, "", "", words(Verdict::Foreign));
 }
 
 std::string CacheFile::words(Verdict verdict)

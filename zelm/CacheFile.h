@@ -2,6 +2,8 @@
 
 #include "Modules.h"
 
+#include <zelm/network/Json.h>
+
 #include <string>
 
 namespace Zelm
@@ -45,7 +47,7 @@ public:
 
 private:
     std::string sumPath() const { return path_ + ".sum"; }
-    bool isForeign() const;
+    bool isForeign(const Json& sum) const; // what stands beside it; null for none of ours
     void refuseForeign() const;
 
     std::string path_;

@@ -40,10 +40,11 @@ bool isTerminal(std::FILE* stream)
     return ::isatty(::fileno(stream)) && kind && std::strcmp(kind, "dumb") != 0;
 }
 
+/// In this order, since the lowest free number is taken. Standard output is opened for reading, so
+/// that who prints learns that it is closed.
 void openClosedStreams()
 {
-    for (const int stream :
-         {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) // the lowest free is taken
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(stream, F_GETFD) < 0)
             ::open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
 }

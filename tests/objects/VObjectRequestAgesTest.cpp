@@ -14,6 +14,7 @@ using QuorlTest::ask;
 using QuorlTest::makeParameter;
 using QuorlTest::makePool;
 using QuorlTest::Network;
+using QuorlTest::Node;
 using QuorlTest::tick;
 using QuorlTest::touchInput;
 
@@ -120,6 +121,16 @@ TEST(VObjectRequest, LeavesWhatIsConnectedMeanwhileToTheNextRequest)
     EXPECT_TRUE(ask(object, pool));
 }
 
+/// The next request has the source run, which makes the object that asks it as young as the clock.
+void makeYoungerInItsWalk(Node& object, Node& source, const RefPtr<ValuePool>& pool)
+{
+    source.touchInputSetAge();
+    source.whenUpdated = [&object, pool](VRequest&) {
+        object.age(pool) = tick();
+        return false;
+    };
+}
+
 TEST(VObjectRequest, ComparesInputsWithThePresentAgeOfTheObject)
 {
     Network network;
@@ -130,11 +141,7 @@ TEST(VObjectRequest, ComparesInputsWithThePresentAgeOfTheObject)
     const auto pool = makePool();
     ask(object, pool);
     touchInput(pure, pool);
-    source->touchInputSetAge();
-    source->whenUpdated = [&](VRequest&) {
-        object->age(pool) = tick();
-        return false;
-    };
+    makeYoungerInItsWalk(*object, *source, pool);
 
     EXPECT_FALSE(ask(object, pool)) << "the second input is not newer any more";
     EXPECT_EQ(object->updates, 1);
@@ -148,12 +155,8 @@ TEST(VObjectRequest, JudgesItsConnectionsByItsAgeOfBeforeTheWalk)
     network.connect(source, object, "x");
     const auto pool = makePool();
     ask(object, pool);
-    source->touchInputSetAge();
     object->touchInputSetAge();
-    source->whenUpdated = [&](VRequest&) {
-        object->age(pool) = tick();
-        return false;
-    };
+    makeYoungerInItsWalk(*object, *source, pool);
 
     EXPECT_TRUE(ask(object, pool)) << "though it is younger than its connections by now";
     EXPECT_EQ(object->updates, 2);
