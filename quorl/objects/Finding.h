@@ -19,6 +19,7 @@ public:
     Repeats::Place place() const { return place_; }
 
     void noteEntry() { repeats_.enter(place_); }
+    void noteExit() { repeats_.leave(place_); }
 
     /// A place of memory on which the result depends.
     void notePlace(const void* place)
@@ -35,6 +36,9 @@ public:
     /// A source has answered.
     void noteAnswer(const VObject& source);
 
+    /// A source was passed over, as the walk is inside of it.
+    void noteCycle(const VObject& source);
+
     /// Each further visit has something to do.
     void noteMoreToDo() { isSettled_ = false; }
 
@@ -49,6 +53,7 @@ private:
     const Repeats::Place place_;
     Tolmen::Watch* const watch_ = repeats_.watchFor(place_); // null if there is no need
     std::uint32_t told_ = Repeats::kNobody;
+    Repeats::Cycles cycles_;
     bool isSettled_ = true;
     bool isKept_ = watch_ != nullptr;
 };

@@ -137,6 +137,25 @@ bool Repeats::hasKeptTicket()
 
 bool Repeats::isSettled(const VObject& object)
 {
+    return isIdle(object) && isAsBefore(*metAt(object), graph_.placeOf(object));
+}
+
+/// Whether the walk would be cut upstream where it was before: those who were inside of it then are
+/// so still, and nobody else is who was met there.
+bool Repeats::isAsBefore(const Met& met, Place place) const
+{
+    if (met.isHead) return !met.isInCycles && cyclicUnderWay_ == 0;
+    return !met.isInCycles || met_[*cycles_.at(place).rbegin()].isUnderWay;
+}
+
+Repeats::Cycles Repeats::cyclesOf(const VObject& object) const
+{
+    return cycles_.at(graph_.placeOf(object));
+}
+
+/// Whether its last visit has found nothing to do, and nothing has changed since.
+bool Repeats::isIdle(const VObject& object)
+{
     notice();
     const Met* const met = metAt(object);
     return met && met->settled == era_ && met->told >= connections_ && isSilent(request_) &&
@@ -157,6 +176,14 @@ void Repeats::enter(Place place)
     Met& met = met_[graph_.first(place)];
     if (met.visited == era_) met.visitedTwice = era_;
     met.visited = era_;
+    if (met.isCyclic) ++cyclicUnderWay_;
+    met_[place].isUnderWay = true;
+}
+
+void Repeats::leave(Place place)
+{
+    if (met_[graph_.first(place)].isCyclic) --cyclicUnderWay_;
+    met_[place].isUnderWay = false;
 }
 
 /// One suffices at the first visit, and as long as no code of others runs at all.
@@ -171,7 +198,7 @@ std::uint32_t Repeats::connections()
     return connections_;
 }
 
-void Repeats::settle(Place place, bool isKept, std::uint32_t told)
+void Repeats::settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycles)
 {
     if (!isSilent(request_)) return;
     notice();
@@ -181,6 +208,10 @@ void Repeats::settle(Place place, bool isKept, std::uint32_t told)
     met.alarms = watch_.alarms();
     met.told = told;
     met.isKept = isKept;
+    met.isHead = cycles.erase(place) > 0;
+    met.isInCycles = !cycles.empty();
+    if (met.isHead || met.isInCycles) met_[graph_.first(place)].isCyclic = true;
+    if (met.isInCycles) cycles_.insert_or_assign(place, std::move(cycles));
 }
 
 /// What a second visit does to the traces: `Previous` is this evaluation, as `Latest` is. Each

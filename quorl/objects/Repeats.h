@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <set>
 #include <vector>
 
@@ -25,6 +26,12 @@ namespace Quorl
 /// changes nothing but tallies, levels and traces. It is latent then: put on a list, and worked out
 /// with all others when the walk ends or when somebody reads what it concerns.
 ///
+/// A source is passed over where the walk is inside of it, which closes a cycle. What a visit has
+/// found holds as long as the walk stays inside of all those that were passed over upstream. An
+/// object that was passed over itself, upstream of itself, is the head of a cycle: it is settled
+/// only for walks that have not come through any cycle. How often an object of a cycle is visited
+/// is how many ways lead there that pass nobody twice, so that no walk can spare more in general.
+///
 /// An object tells its validators of the newest connection that the request has met: what has some
 /// upstream is settled only until the request meets a newer one.
 ///
@@ -37,6 +44,7 @@ class Repeats
 {
 public:
     using Place = WalkGraph::Place;
+    using Cycles = std::set<Place>; ///< visits under way that were met again
 
     explicit Repeats(const VRequest& request);
     ~Repeats();
@@ -97,6 +105,9 @@ private:
         std::uint32_t upstreamTwice = 0; // the same, for two visits to all that is upstream
         std::uint32_t told = kNobody;    // validators here and upstream, of so many connections
         bool isKept = false;
+        bool isUnderWay = false;
+        bool isInCycles = false; // some of its own are known
+        bool isHead = false;     // it was met again itself, further upstream
 
         // By first place, that is by object
 
@@ -104,6 +115,7 @@ private:
         std::uint32_t owedSince = 0; // in accounts; 0 for never
         std::uint32_t visited = 0;   // eras, again
         std::uint32_t visitedTwice = 0;
+        bool isCyclic = false; // was found in a cycle
     };
 
     struct Depth
@@ -116,9 +128,13 @@ private:
     void owe(Place place, Place asker, bool isDeep);
     void notice();
     const Met* metAt(const VObject& object) const;
+    bool isIdle(const VObject& object);
+    bool isAsBefore(const Met& met, Place place) const;
+    Cycles cyclesOf(const VObject& object) const;
     void enter(Place place);
+    void leave(Place place);
     std::uint32_t connections();
-    void settle(Place place, bool isKept, std::uint32_t told);
+    void settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycles);
     Tolmen::Watch* watchFor(Place place);
     void visitTwice(Place place);
     template <class Origin>
@@ -131,6 +147,8 @@ private:
     std::set<RefPtr<ValuePool>> formerPools_; // where visits began that may still be under way
     WalkGraph graph_;
     std::vector<Met> met_;
+    std::map<Place, Cycles> cycles_;   // of visits that have some
+    std::uint32_t cyclicUnderWay_ = 0; // visits of objects that were known to be cyclic
     std::vector<LatentVisit> latent_;
     RefPtr<RequestExecutor::MaxRequestExecutor> chain_; // of the latent visits
     std::vector<Place> ways_;                           // working storage, as is the next

@@ -117,9 +117,7 @@ bool Visit::considerInput(const VSlot& slot)
         return false;
     }
     trace_.sourceIsOlderThanInput(slot, parameterAge, *source_);
-    if (isToBeAsked(*source_)) return true;
-    finding_.noteMoreToDo();
-    return false;
+    return isToBeAsked(*source_);
 }
 
 /// \return the age at which it was looked at.
@@ -155,12 +153,14 @@ bool Visit::isToBeAsked(const VObject& source)
     if (!source.RequestProcessing)
     {
         trace_.sourceIsNotReady(source);
+        finding_.noteMoreToDo();
         return false;
     }
     if (OwnOperations::hasHasRequest(source)) finding_.noteForeignCode();
     if (source.hasRequest(request_))
     {
         trace_.cycleStopped(source);
+        finding_.noteCycle(source);
         return false;
     }
     return true;
@@ -204,6 +204,7 @@ bool Visit::conclude()
 {
     deeper_.reset();
     object_.leave(); // Deliberate: not done if the walk throws.
+    finding_.noteExit();
     if (request_.isCancelled()) return false;
 
     trace_.walked(static_cast<bool>(reason_));

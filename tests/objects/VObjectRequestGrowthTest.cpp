@@ -59,14 +59,16 @@ public:
             output->touchValue(request.Pool);
             return true;
         };
-        for (const std::size_t source : sources)
-        {
-            node->input(std::to_string(inputs_))->attachSource(outputs_[source]);
-            ++inputs_;
-        }
         nodes_.push_back(node);
         outputs_.push_back(output);
+        for (const std::size_t source : sources) connect(source, nodes_.size() - 1);
         return node;
+    }
+
+    void connect(std::size_t from, std::size_t to)
+    {
+        nodes_[to]->input(std::to_string(inputs_))->attachSource(outputs_[from]);
+        ++inputs_;
     }
 
     /// \return how many questions a request at the last object asked, for each input of the
@@ -77,6 +79,12 @@ public:
         theQuestions = 0;
         ask(nodes_[object], pool);
         return static_cast<double>(theQuestions) / inputs_;
+    }
+
+    /// From now on updates touch nothing.
+    void calmDown()
+    {
+        for (const RefPtr<Node>& node : nodes_) node->whenUpdated = [](VRequest&) { return true; };
     }
 
     void changeFirst() { nodes_.front()->touchInputSetAge(); }
@@ -211,6 +219,36 @@ TEST_P(Growth, OfUnchangedRequestsIsLinearBehindAValidatorThatHasEnded)
         EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_LE(network.questionsOfRequest(), kMostForInput);
         EXPECT_EQ(network.questionsOfRequest(), 0) << "the place of each age is known";
+    });
+}
+
+/// Outputs that are fed back are younger each time than those they are made from, so that all
+/// objects run again.
+TEST_P(Growth, OfRequestsIsLinearWhereTheEndIsFedBack)
+{
+    atEachSize([](Growing& network) {
+        network.connect(network.objects() - 1, 0);
+        for (int request = 0; request < 3; ++request)
+        {
+            EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+            EXPECT_GT(network.updates(), network.objects() / 2);
+        }
+    });
+}
+
+TEST_P(Growth, OfRequestsIsLinearBehindACycle)
+{
+    atEachSize([](Growing& network) {
+        const std::size_t size = network.objects();
+        network.add({size - 1});
+        network.connect(size, 0);
+        for (std::size_t at = 0; at < size; ++at) network.add({size + at, size + at});
+        network.calmDown();
+        EXPECT_LE(network.questionsOfRequest(), 2 * kMostForInput);
+        network.updates();
+
+        EXPECT_LE(network.questionsOfRequest(), kMostForInput);
+        EXPECT_EQ(network.updates(), 0U);
     });
 }
 
