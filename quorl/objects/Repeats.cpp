@@ -8,6 +8,7 @@
 #include <quorl/services/Vprintf.h>
 #include <quorl/slots/InputCursor.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -140,12 +141,13 @@ bool Repeats::isSettled(const VObject& object)
     return isIdle(object) && isAsBefore(*metAt(object), graph_.placeOf(object));
 }
 
-/// Whether the walk would be cut upstream where it was before: those who were inside of it then are
-/// so still, and nobody else is who was met there.
+/// Whether the walk would be cut upstream where it was before: it is still inside of those that it
+/// was inside of then, and of nobody else who was met there.
 bool Repeats::isAsBefore(const Met& met, Place place) const
 {
     if (met.isHead) return !met.isInCycles && cyclicUnderWay_ == 0;
-    return !met.isInCycles || met_[*cycles_.at(place).rbegin()].isUnderWay;
+    return !met.isInCycles ||
+           std::ranges::all_of(cycles_.at(place), [&](Place at) { return met_[at].isUnderWay; });
 }
 
 Repeats::Cycles Repeats::cyclesOf(const VObject& object) const
@@ -177,12 +179,14 @@ void Repeats::enter(Place place)
     if (met.visited == era_) met.visitedTwice = era_;
     met.visited = era_;
     if (met.isCyclic) ++cyclicUnderWay_;
+    met_[place].wasCyclic = met.isCyclic;
     met_[place].isUnderWay = true;
 }
 
+/// What a walk that throws is inside of stays under way: it is passed over from then on.
 void Repeats::leave(Place place)
 {
-    if (met_[graph_.first(place)].isCyclic) --cyclicUnderWay_;
+    if (met_[place].wasCyclic) --cyclicUnderWay_;
     met_[place].isUnderWay = false;
 }
 

@@ -106,6 +106,7 @@ private:
         std::uint32_t told = kNobody;    // validators here and upstream, of so many connections
         bool isKept = false;
         bool isUnderWay = false;
+        bool wasCyclic = false;  // known to be, as it was entered
         bool isInCycles = false; // some of its own are known
         bool isHead = false;     // it was met again itself, further upstream
 
