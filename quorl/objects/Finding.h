@@ -18,7 +18,11 @@ public:
 
     Repeats::Place place() const { return place_; }
 
-    void noteEntry() { repeats_.enter(place_); }
+    void noteEntry()
+    {
+        if (repeats_.enter(place_)) noteMoreToDo();
+    }
+
     void noteExit() { repeats_.leave(place_); }
 
     /// A place of memory on which the result depends.

@@ -172,7 +172,8 @@ bool Repeats::isSilent(const VRequest& request)
            !OwnOperations::hasIsCancelled(request) && !request.isCancelled();
 }
 
-void Repeats::enter(Place place)
+/// \return whether the walk is inside of the object anyway: somebody has let it out meanwhile.
+bool Repeats::enter(Place place)
 {
     notice();
     Met& met = met_[graph_.first(place)];
@@ -181,6 +182,7 @@ void Repeats::enter(Place place)
     if (met.isCyclic) ++cyclicUnderWay_;
     met_[place].wasCyclic = met.isCyclic;
     met_[place].isUnderWay = true;
+    return met.underWay++ > 0;
 }
 
 /// What a walk that throws is inside of stays under way: it is passed over from then on.
@@ -188,6 +190,7 @@ void Repeats::leave(Place place)
 {
     if (met_[place].wasCyclic) --cyclicUnderWay_;
     met_[place].isUnderWay = false;
+    --met_[graph_.first(place)].underWay;
 }
 
 /// One suffices at the first visit, and as long as no code of others runs at all.

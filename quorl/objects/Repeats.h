@@ -116,7 +116,8 @@ private:
         std::uint32_t owedSince = 0; // in accounts; 0 for never
         std::uint32_t visited = 0;   // eras, again
         std::uint32_t visitedTwice = 0;
-        bool isCyclic = false; // was found in a cycle
+        std::uint32_t underWay = 0; // visits
+        bool isCyclic = false;      // was found in a cycle
     };
 
     struct Depth
@@ -132,7 +133,7 @@ private:
     bool isIdle(const VObject& object);
     bool isAsBefore(const Met& met, Place place) const;
     Cycles cyclesOf(const VObject& object) const;
-    void enter(Place place);
+    bool enter(Place place);
     void leave(Place place);
     std::uint32_t connections();
     void settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycles);

@@ -91,7 +91,7 @@ void Network::attach(const Move& move)
     const int slot = within(move.a, slots_.size());
     const int owner = slotOwners_[at(slot)];
     RefPtr<VParameter> shown = parameter(move.b);
-    const bool mayCycle = move.c % 8 == 0;
+    const bool mayCycle = move.c % 4 == 0;
     if (!mayCycle && shown->source && numberOf(shown->source) >= owner && owner > 0)
         shown = parameters_[at(outputs_[at(within(move.b, at(owner)))].front())];
     Quorl::VSlotContainer::attachParameter(shown, slots_[at(slot)], move.c % 8 == 1 ? "part" : "");

@@ -119,6 +119,38 @@ TEST(VObjectRequest, HandsItsDepthDown)
     EXPECT_EQ(b->Executor.Max->MaxLevel, 1);
 }
 
+/// An object that is let out while the walk is inside of it is walked once more on each way round,
+/// which leaves it at another depth.
+TEST(VObjectRequest, CountsDepthsFromWhereAnObjectIsByThen)
+{
+    Network network;
+    const auto source = network.node("source");
+    const auto object = network.node("object");
+    const auto near = network.node("near");
+    const auto last = network.node("last");
+    network.connect(source, object, "1");
+    network.connect(near, object, "2");
+    network.connect(near, object, "3");
+    network.connect(near, object, "4");
+    network.connect(last, object, "5");
+    network.connect(object, near, "x");
+    const auto pool = makePool();
+    ask(object, pool);
+    source->touchInputSetAge();
+    source->whenUpdated = [&](VRequest& request) {
+        object->removeRequest(request);
+        return true;
+    };
+    VRequest request(pool, false);
+
+    object->init_request(request, 1.0);
+
+    // Each round begins at the depth at which the one before ended.
+    EXPECT_EQ(object->Executor.Level, 6);
+    EXPECT_EQ(last->Executor.Level, 7);
+    EXPECT_EQ(request.Id->levels().at(last->ID).MaxLevel, 7);
+}
+
 /// Each takes from the two before it, so that depths become others many times.
 RefPtr<Node> endOfLadder(Network& network)
 {
