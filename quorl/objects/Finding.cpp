@@ -19,14 +19,15 @@ void Finding::noteAnswer(const VObject& source)
     const Repeats::Met& met = *repeats_.metAt(source);
     isKept_ = isKept_ && met.isKept;
     told_ = std::min(told_, met.told);
-    if (met.isInCycles) cycles_.merge(repeats_.cyclesOf(source));
+    const WalkCycles::Passed& passed = repeats_.cycles_.passedBy(repeats_.graph().placeOf(source));
+    passed_.insert(passed.begin(), passed.end());
 }
 
 void Finding::noteCycle(const VObject& source)
 {
-    const Repeats::Met* const met = repeats_.metAt(source);
-    if (met && met->isUnderWay)
-        cycles_.insert(repeats_.graph().placeOf(source));
+    const Repeats::Place place = repeats_.graph().placeOf(source);
+    if (place != WalkGraph::kNowhere && repeats_.cycles_.isUnderWay(place))
+        passed_.insert(place);
     else
         noteMoreToDo(); // it is another walk that is inside
 }
@@ -39,7 +40,7 @@ void Finding::noteForeignCode()
 
 void Finding::noteIdle()
 {
-    if (isSettled_) repeats_.settle(place_, isKept_, told_, std::move(cycles_));
+    if (isSettled_) repeats_.settle(place_, isKept_, told_, std::move(passed_));
 }
 
 } // namespace Quorl

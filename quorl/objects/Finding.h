@@ -57,7 +57,7 @@ private:
     const Repeats::Place place_;
     Tolmen::Watch* const watch_ = repeats_.watchFor(place_); // null if there is no need
     std::uint32_t told_ = Repeats::kNobody;
-    Repeats::Cycles cycles_;
+    WalkCycles::Passed passed_;
     bool isSettled_ = true;
     bool isKept_ = watch_ != nullptr;
 };

@@ -8,7 +8,6 @@
 #include <quorl/services/Vprintf.h>
 #include <quorl/slots/InputCursor.h>
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -40,6 +39,7 @@ Repeats::Place Repeats::meet(VObject& object)
 {
     if (request_.Pool != pool_) notice();
     met_.emplace_back();
+    cycles_.add();
     return graph_.add(object);
 }
 
@@ -138,21 +138,7 @@ bool Repeats::hasKeptTicket()
 
 bool Repeats::isSettled(const VObject& object)
 {
-    return isIdle(object) && isAsBefore(*metAt(object), graph_.placeOf(object));
-}
-
-/// Whether the walk would be cut upstream where it was before: it is still inside of those that it
-/// was inside of then, and of nobody else who was met there.
-bool Repeats::isAsBefore(const Met& met, Place place) const
-{
-    if (met.isHead) return !met.isInCycles && cyclicUnderWay_ == 0;
-    return !met.isInCycles ||
-           std::ranges::all_of(cycles_.at(place), [&](Place at) { return met_[at].isUnderWay; });
-}
-
-Repeats::Cycles Repeats::cyclesOf(const VObject& object) const
-{
-    return cycles_.at(graph_.placeOf(object));
+    return isIdle(object) && cycles_.isCutAsBefore(graph_.placeOf(object));
 }
 
 /// Whether its last visit has found nothing to do, and nothing has changed since.
@@ -172,25 +158,19 @@ bool Repeats::isSilent(const VRequest& request)
            !OwnOperations::hasIsCancelled(request) && !request.isCancelled();
 }
 
-/// \return whether the walk is inside of the object anyway: somebody has let it out meanwhile.
+/// \return whether the walk is inside of the object anyway.
 bool Repeats::enter(Place place)
 {
     notice();
     Met& met = met_[graph_.first(place)];
     if (met.visited == era_) met.visitedTwice = era_;
     met.visited = era_;
-    if (met.isCyclic) ++cyclicUnderWay_;
-    met_[place].wasCyclic = met.isCyclic;
-    met_[place].isUnderWay = true;
-    return met.underWay++ > 0;
+    return cycles_.enter(place, graph_.first(place));
 }
 
-/// What a walk that throws is inside of stays under way: it is passed over from then on.
 void Repeats::leave(Place place)
 {
-    if (met_[place].wasCyclic) --cyclicUnderWay_;
-    met_[place].isUnderWay = false;
-    --met_[graph_.first(place)].underWay;
+    cycles_.leave(place, graph_.first(place));
 }
 
 /// One suffices at the first visit, and as long as no code of others runs at all.
@@ -205,7 +185,7 @@ std::uint32_t Repeats::connections()
     return connections_;
 }
 
-void Repeats::settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycles)
+void Repeats::settle(Place place, bool isKept, std::uint32_t told, WalkCycles::Passed&& passed)
 {
     if (!isSilent(request_)) return;
     notice();
@@ -215,10 +195,7 @@ void Repeats::settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycl
     met.alarms = watch_.alarms();
     met.told = told;
     met.isKept = isKept;
-    met.isHead = cycles.erase(place) > 0;
-    met.isInCycles = !cycles.empty();
-    if (met.isHead || met.isInCycles) met_[graph_.first(place)].isCyclic = true;
-    if (met.isInCycles) cycles_.insert_or_assign(place, std::move(cycles));
+    cycles_.settle(place, graph_.first(place), std::move(passed));
 }
 
 /// What a second visit does to the traces: `Previous` is this evaluation, as `Latest` is. Each

@@ -7,12 +7,12 @@
 #include <quorl/objects/RequestExecutor.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/objects/VisitTally.h>
+#include <quorl/objects/WalkCycles.h>
 #include <quorl/objects/WalkExcerpt.h>
 #include <quorl/objects/WalkGraph.h>
 
 #include <cstdint>
 #include <limits>
-#include <map>
 #include <set>
 #include <vector>
 
@@ -26,11 +26,7 @@ namespace Quorl
 /// changes nothing but tallies, levels and traces. It is latent then: put on a list, and worked out
 /// with all others when the walk ends or when somebody reads what it concerns.
 ///
-/// A source is passed over where the walk is inside of it, which closes a cycle. What a visit has
-/// found holds as long as the walk stays inside of all those that were passed over upstream. An
-/// object that was passed over itself, upstream of itself, is the head of a cycle: it is settled
-/// only for walks that have not come through any cycle. How often an object of a cycle is visited
-/// is how many ways lead there that pass nobody twice, so that no walk can spare more in general.
+/// A source is passed over where the walk is inside of it, which closes a cycle: see `WalkCycles`.
 ///
 /// An object tells its validators of the newest connection that the request has met: what has some
 /// upstream is settled only until the request meets a newer one.
@@ -44,7 +40,6 @@ class Repeats
 {
 public:
     using Place = WalkGraph::Place;
-    using Cycles = std::set<Place>; ///< visits under way that were met again
 
     explicit Repeats(const VRequest& request);
     ~Repeats();
@@ -105,10 +100,6 @@ private:
         std::uint32_t upstreamTwice = 0; // the same, for two visits to all that is upstream
         std::uint32_t told = kNobody;    // validators here and upstream, of so many connections
         bool isKept = false;
-        bool isUnderWay = false;
-        bool wasCyclic = false;  // known to be, as it was entered
-        bool isInCycles = false; // some of its own are known
-        bool isHead = false;     // it was met again itself, further upstream
 
         // By first place, that is by object
 
@@ -116,8 +107,6 @@ private:
         std::uint32_t owedSince = 0; // in accounts; 0 for never
         std::uint32_t visited = 0;   // eras, again
         std::uint32_t visitedTwice = 0;
-        std::uint32_t underWay = 0; // visits
-        bool isCyclic = false;      // was found in a cycle
     };
 
     struct Depth
@@ -131,12 +120,10 @@ private:
     void notice();
     const Met* metAt(const VObject& object) const;
     bool isIdle(const VObject& object);
-    bool isAsBefore(const Met& met, Place place) const;
-    Cycles cyclesOf(const VObject& object) const;
     bool enter(Place place);
     void leave(Place place);
     std::uint32_t connections();
-    void settle(Place place, bool isKept, std::uint32_t told, Cycles&& cycles);
+    void settle(Place place, bool isKept, std::uint32_t told, WalkCycles::Passed&& passed);
     Tolmen::Watch* watchFor(Place place);
     void visitTwice(Place place);
     template <class Origin>
@@ -149,8 +136,7 @@ private:
     std::set<RefPtr<ValuePool>> formerPools_; // where visits began that may still be under way
     WalkGraph graph_;
     std::vector<Met> met_;
-    std::map<Place, Cycles> cycles_;   // of visits that have some
-    std::uint32_t cyclicUnderWay_ = 0; // visits of objects that were known to be cyclic
+    WalkCycles cycles_;
     std::vector<LatentVisit> latent_;
     RefPtr<RequestExecutor::MaxRequestExecutor> chain_; // of the latent visits
     std::vector<Place> ways_;                           // working storage, as is the next
