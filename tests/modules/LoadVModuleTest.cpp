@@ -47,6 +47,19 @@ TEST_F(LoadVModuleTest, RegistersItsCreatorsUnderItsPath)
     EXPECT_TRUE(asked().empty());
 }
 
+TEST_F(LoadVModuleTest, RegistersUnderItsPathWhatFollowsALoadOfAnother)
+{
+    const string other = add("version1", "versioned.zelm");
+    const string path = add("leading", "leading.zelm");
+
+    EXPECT_EQ(outputOf([&] { EXPECT_TRUE(LoadVModule(path)); }), "");
+
+    ASSERT_TRUE(creator("Leading/Leading"));
+    EXPECT_EQ(creator("Leading/Leading")->getLoadModule(), path);
+    EXPECT_EQ(creator("Versioned/Answering")->getLoadModule(), other);
+    EXPECT_EQ(VManagedObject::CurrentLoadModule, "");
+}
+
 TEST_F(LoadVModuleTest, KeepsWhatItKnowsOfAModule)
 {
     const string path = add("version1", "versioned.zelm");
