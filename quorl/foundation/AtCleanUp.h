@@ -1,5 +1,7 @@
 #pragma once
 
+#include <quorl/foundation/SteadyChange.h>
+
 #include <utility>
 
 namespace Tolmen
@@ -24,12 +26,5 @@ public:
 private:
     const Act act_;
 };
-
-/// Empties a container whose contents may enter others while they end.
-template <class Container>
-void emptySteadily(Container& container)
-{
-    while (!container.empty()) const Container ending = std::exchange(container, Container());
-}
 
 } // namespace Tolmen

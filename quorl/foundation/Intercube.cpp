@@ -1,6 +1,7 @@
 #include <quorl/foundation/Intercube.h>
 
 #include <quorl/foundation/FindOrNull.h>
+#include <quorl/foundation/SteadyChange.h>
 
 namespace Tolmen
 {
@@ -19,7 +20,10 @@ Intercube& Intercube::operator=(const Intercube& other)
     return *this;
 }
 
-Intercube::~Intercube() = default;
+Intercube::~Intercube()
+{
+    endSteadily(interfaces_);
+}
 
 RefPtr<InterfaceBase> Intercube::findInterface(const std::type_info& domain) const
 {
@@ -37,7 +41,7 @@ RefPtr<InterfaceBase> Intercube::getInterface(const std::type_info& domain)
 void Intercube::addInterface(const RefPtr<InterfaceBase>& interface) const
 {
     if (!interfaces_) interfaces_ = std::make_unique<Interfaces>();
-    (*interfaces_)[interface->getInterfaceDomain()] = interface;
+    enterSteadily(*interfaces_, interface->getInterfaceDomain(), interface);
 }
 
 RefPtr<InterfaceBase> Intercube::createInterface(const std::type_info& /*domain*/) const

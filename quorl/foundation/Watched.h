@@ -87,6 +87,7 @@ public:
     using value_type = typename Table::value_type;
     using const_iterator = typename Table::const_iterator;
     using iterator = const_iterator;
+    using node_type = typename Table::node_type;
 
     WatchedTable() = default;
     WatchedTable(const WatchedTable&) = default;
@@ -149,6 +150,13 @@ public:
     {
         const Watch::ShapeChange change;
         return table_.erase(std::forward<Arguments>(arguments)...);
+    }
+    /// \return what was there, so that the caller lets it end when all else is done.
+    template <class What>
+    node_type extract(const What& what)
+    {
+        const Watch::ShapeChange change;
+        return table_.extract(what);
     }
     void clear()
     {

@@ -1,5 +1,8 @@
 #include <quorl/kit/HostQueue.h>
 
+#include <quorl/kit/LongestWait.h>
+
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -65,7 +68,8 @@ bool HostQueue::waitFor(std::chrono::milliseconds time)
 {
     Queue& queue = theQueue();
     std::unique_lock lock(queue.mutex);
-    return queue.arrived.wait_for(lock, time, [&] { return !queue.entries.empty(); });
+    return queue.arrived.wait_for(lock, std::min(time, kLongestWait),
+                                  [&] { return !queue.entries.empty(); });
 }
 
 } // namespace Quorl

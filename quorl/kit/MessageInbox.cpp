@@ -1,6 +1,9 @@
 #include <quorl/kit/MessageInbox.h>
 
+#include <quorl/kit/LongestWait.h>
 #include <quorl/tasks/VTaskMessage.h>
+
+#include <algorithm>
 
 namespace Quorl
 {
@@ -41,7 +44,7 @@ RefPtr<VTaskMessage> MessageInbox::wait()
 RefPtr<VTaskMessage> MessageInbox::waitFor(std::chrono::milliseconds time)
 {
     std::unique_lock lock(mutex_);
-    arrived_.wait_for(lock, time, [this] { return isDone(); });
+    arrived_.wait_for(lock, std::min(time, kLongestWait), [this] { return isDone(); });
     return isClosed_ ? RefPtr<VTaskMessage>() : takeFirst();
 }
 

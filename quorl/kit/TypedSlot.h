@@ -11,6 +11,7 @@
 #include <quorl/slots/VValueParameter.h>
 
 #include <optional>
+#include <type_traits>
 
 namespace Quorl
 {
@@ -115,10 +116,16 @@ public:
 template <class T>
 void TypedSlot<T>::set(const RefPtr<ValuePool>& pool, const T& datum) const
 {
-    const RefPtr<VParameter>& parameter = slot_->Parameter;
-    const RefPtr<VValueBase> value = parameter->getValue(pool, "");
-    value.viewAs<VTypedValueBase<T>>()->setValue(datum);
-    parameter->notifyValueChange(value, pool, "", {}, nullptr, nullptr);
+    const auto setThrough = [&datum](const RefPtr<VParameter>& parameter,
+                                     const RefPtr<ValuePool>& context) {
+        const RefPtr<VValueBase> value = parameter->getValue(context, "");
+        value.viewAs<VTypedValueBase<T>>()->setValue(datum);
+        parameter->notifyValueChange(value, context, "", {}, nullptr, nullptr);
+    };
+    if constexpr (std::is_trivially_destructible_v<T>)
+        setThrough(slot_->Parameter, pool);
+    else // the former datum may have the last shares of both
+        setThrough(RefPtr<VParameter>(slot_->Parameter), RefPtr<ValuePool>(pool));
 }
 
 template <class T>

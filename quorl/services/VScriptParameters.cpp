@@ -1,5 +1,6 @@
 #include <quorl/services/VScriptParameters.h>
 
+#include <quorl/foundation/SteadyChange.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptTypedValue.h>
 #include <quorl/services/VScriptValue.h>
@@ -25,7 +26,7 @@ bool VScriptParameters::append(const RefPtr<VScriptValue>& value)
 
 bool VScriptParameters::insert(const string& name, const RefPtr<VScriptValue>& value)
 {
-    (*table_)[name] = value;
+    Tolmen::enterSteadily(*table_, name, value);
     return true;
 }
 
@@ -51,6 +52,7 @@ RefPtr<VScriptTypedValue> VScriptParameters::get(const string& first, const stri
 
 int VScriptParameters::iterate(iterator& visitor)
 {
+    const RefPtr<VScriptParameters> held = Tolmen::heldIfOwned(self);
     int count = 0;
     Tolmen::walkSteadily(*table_, [&](const string& name, const RefPtr<VScriptValue>& value) {
         if (!visitor.apply(name, value)) return false;

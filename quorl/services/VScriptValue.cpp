@@ -1,5 +1,6 @@
 #include <quorl/services/VScriptValue.h>
 
+#include <quorl/foundation/SteadyChange.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptTypedValue.h>
 
@@ -30,12 +31,12 @@ VScriptValue::~VScriptValue() = default;
 
 void VScriptValue::insert(const std::type_info& type, const RefPtr<VScriptTypedValue>& value)
 {
-    (*table_)[type] = value;
+    Tolmen::enterSteadily(*table_, type, value);
 }
 
 void VScriptValue::remove(const std::type_info& type)
 {
-    table_->erase(type);
+    const auto ended = table_->extract(type);
 }
 
 bool VScriptValue::hasType(const std::type_info& type) const
@@ -68,6 +69,7 @@ RefPtr<VScriptTypedValue> VScriptValue::get(const std::type_info& first,
 
 int VScriptValue::iterate(iterator& visitor)
 {
+    const RefPtr<VScriptValue> held = Tolmen::heldIfOwned(self);
     int count = 0;
     Tolmen::walkSteadily(*table_,
                          [&](const Tolmen::TypeInfo& type, const RefPtr<VScriptTypedValue>& value) {

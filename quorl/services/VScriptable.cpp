@@ -1,6 +1,7 @@
 #include <quorl/services/VScriptable.h>
 
 #include <quorl/foundation/FindOrNull.h>
+#include <quorl/foundation/SteadyChange.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/services/VScriptFunctor.h>
 
@@ -13,7 +14,11 @@ VScriptable::iterator::~iterator() = default;
 
 VScriptable::VScriptable() = default;
 VScriptable::VScriptable(const VScriptable& /*other*/) : VScriptable() {}
-VScriptable::~VScriptable() = default;
+
+VScriptable::~VScriptable()
+{
+    Tolmen::endSteadily(functors_);
+}
 
 VScriptable::Table& VScriptable::functors() const
 {
@@ -32,12 +37,14 @@ VScriptable& VScriptable::operator=(const VScriptable& /*other*/)
 RefPtr<VScriptFunctor> VScriptable::insertFunctor(const string& name,
                                                   const RefPtr<VScriptFunctor>& functor)
 {
-    return functors()[name] = functor;
+    RefPtr<VScriptFunctor> entered = functor;
+    Tolmen::enterSteadily(functors(), name, entered);
+    return entered;
 }
 
 void VScriptable::removeFunctor(const string& name)
 {
-    functors().erase(name);
+    const auto ended = functors().extract(name);
 }
 
 RefPtr<VScriptFunctor> VScriptable::findFunctor(const string& name) const

@@ -47,6 +47,7 @@ VConnectable::~VConnectable() = default;
 RefPtr<VSlot> VConnectable::Connect(const RefPtr<VParameter>& parameter)
 {
     if (!parameter) return {};
+    const RefPtr<VSlotContainer> held = heldForVisits();
     const RefPtr<VSlot> slot = findReplaceableSlot(parameter);
     if (!slot)
     {

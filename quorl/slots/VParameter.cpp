@@ -147,6 +147,23 @@ void VParameter::touchValue(const RefPtr<ValuePool>& pool) const
     if (defaultValue) defaultValue->age().touch();
 }
 
+/// Touches the value when all have been told, even where one of them throws: it is another one, and
+/// who asks next has to see that. They may change the handle of the context, so they get a copy.
+template <class Tell>
+void VParameter::tellAndTouch(RefPtr<ValuePool> pool, Tell&& tell) const
+{
+    try
+    {
+        tell(pool);
+    }
+    catch (...)
+    {
+        touchValue(pool);
+        throw;
+    }
+    touchValue(pool);
+}
+
 bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& pool,
                                   const string& member, bool create,
                                   const WeakPtr<ValueNotifier>& skip,
@@ -158,10 +175,14 @@ bool VParameter::setValueFromText(const string& text, const RefPtr<ValuePool>& p
         std::puts("Vparam->setValueFromText() getValueBase() NOT ok");
         return false;
     }
+    const RefPtr<ValueNotifierList> held = kept(*this); // the former datum may have the last share
     if (!value->setValueFromText(text)) return false;
-    const auto held = hasNotifiers() ? kept(*this) : RefPtr<ValueNotifierList>();
-    notify(value, pool, skip, caller, changes);
-    touchValue(pool);
+    if (hasNotifiers())
+        tellAndTouch(pool, [&](const RefPtr<ValuePool>& context) {
+            notify(value, context, skip, caller, changes);
+        });
+    else
+        touchValue(pool);
     return true;
 }
 
@@ -172,10 +193,12 @@ void VParameter::notifyValueChange(const RefPtr<VValueBase>& value, const RefPtr
     // What nobody hears needs no preparations; they cost more than all the rest.
     if (!hasNotifiers() && !VActionNotifier::hasSubscribers()) return touchValue(pool);
     const RefPtr<ValueNotifierList> held = kept(*this);
-    notify(value, pool, skip, caller, changes);
-    NotifyActionChangeParameter(WeakPtr<ValueNotifierList>(this),
-                                local ? pool : RefPtr<ValuePool>(), value, member);
-    touchValue(pool);
+    const RefPtr<VValueBase> changed = value;
+    tellAndTouch(pool, [&](const RefPtr<ValuePool>& context) {
+        notify(changed, context, skip, caller, changes);
+        NotifyActionChangeParameter(WeakPtr<ValueNotifierList>(this),
+                                    local ? context : RefPtr<ValuePool>(), changed, member);
+    });
 }
 
 void VParameter::NotifyActionChangeParameter(const WeakPtr<ValueNotifierList>& parameter,
@@ -195,7 +218,6 @@ void VParameter::notifyOfProperties(const WeakPtr<ValueNotifier>& skip,
                                     const ValueNotifierList* caller,
                                     const WeakPtr<ValuePool>& pool) const
 {
-    const RefPtr<ValueNotifierList> held = kept(*this);
     notify(defaultValue, pool, skip, caller, properties.get());
 }
 
@@ -203,6 +225,7 @@ void VParameter::sendNotification(const WeakPtr<ValueNotifier>& skip,
                                   const ValueNotifierList* caller, const WeakPtr<ValuePool>& pool)
 {
     if (!properties) return;
+    const RefPtr<ValueNotifierList> held = kept(*this);
     notifyOfProperties(skip, caller, pool);
 }
 
@@ -210,6 +233,7 @@ void VParameter::setProperty(const string& propertyName, const RefPtr<VValueBase
                              const WeakPtr<ValueNotifier>& skip, const ValueNotifierList* caller,
                              const WeakPtr<ValuePool>& pool)
 {
+    const RefPtr<ValueNotifierList> held = kept(*this); // the former value may have the last share
     ensuredProperties().setValue(propertyName, value);
     notifyOfProperties(skip, caller, pool);
 }
@@ -230,6 +254,7 @@ void VParameter::updateProperties(const ValueMap& changed, const WeakPtr<ValueNo
         ValueMap& target;
     };
 
+    const RefPtr<ValueNotifierList> held = kept(*this);
     Enter enter(ensuredProperties());
     std::puts("VParameter::updateProperties()....");
     changed.iterate(enter);
@@ -265,7 +290,8 @@ int VParameter::iterateUsers(UserIterator& /*visitor*/) const
 int VParameter::ConnectibilityMismatch(const VParameter& other) const
 {
     int refusals = 0;
-    for (const RefPtr<VParameterConnectionConstraint>& constraint : constraints)
+    const auto asked = constraints; // which may change it
+    for (const RefPtr<VParameterConnectionConstraint>& constraint : asked)
         if (constraint && !constraint->accepts(other, *this)) ++refusals;
     return refusals;
 }

@@ -172,6 +172,8 @@ private:
     /// The value that an edit means: a local variable if there is or may be one, else the default.
     RefPtr<VValueBase> editedValue(const RefPtr<ValuePool>& pool, const string& member,
                                    bool create) const;
+    template <class Tell>
+    void tellAndTouch(RefPtr<ValuePool> pool, Tell&& tell) const;
     ValueMap& ensuredProperties();
     void notifyOfProperties(const WeakPtr<ValueNotifier>& skip, const ValueNotifierList* caller,
                             const WeakPtr<ValuePool>& pool) const;

@@ -41,8 +41,9 @@ VSlot::~VSlot()
 bool VSlot::assignParameter(const RefPtr<VParameter>& parameter, const string& member)
 {
     if (parameter == Parameter && member == Member) return false;
-    Parameter = parameter;
+    const RefPtr<VSlot> held = Tolmen::heldIfOwned(self); // by the former parameter, perhaps
     Member = member;
+    Parameter = parameter;
     ConnectionTime.touch();
     if (Parameter && Parameter->source)
         if (const RefPtr<VSlot> output = Parameter->source->findOutputSlot(Parameter))

@@ -102,7 +102,8 @@ RefPtr<VSlot> VSlotContainer::addSlot(const RefPtr<VSlot>& added, int expertLeve
         Vprintf(kTraceVerbosity, "VSlotContainer::addSlot(%s,%s, %d)\n",
                 Tolmen::Typename(slot->getType()).c_str(), slot->Name.c_str(), expertLevel);
     VNamedInputSet& level = Slots->Inputs[expertLevel];
-    if (replace) level.erase(slot);
+    // What ends may end the container, too.
+    const auto former = replace ? level.extract(slot) : VNamedInputSet::node_type();
     const bool wasInserted = level.insert(slot).second;
     // Deliberate: a refusal counts as a change of the connections, too.
     touchInputSetAge();
@@ -130,7 +131,7 @@ bool VSlotContainer::removeParameter(const string& name)
     {
         const auto found = slots.find(name);
         if (found == slots.end()) continue;
-        slots.erase(found);
+        const auto ended = slots.extract(found);
         touchInputSetAge();
         return true;
     }

@@ -258,8 +258,10 @@ public:
     Tolmen::Rare<std::set<Tolmen::WeakPtrImpl<SetupFunctor, SetupFunctor>>>
         SetupFunctors; ///< the dead stay
 
-private:
+protected:
     RefPtr<VSlotContainer> heldForVisits() const;
+
+private:
     RefPtr<VSlot> registerOutputSlot(const RefPtr<VParameter>& parameter, const string& name,
                                      const std::type_info& type, const string& member);
     bool hasOtherSource(const VParameter& parameter) const;

@@ -120,6 +120,7 @@ int VSlotContainer::connectSlots(const RefPtr<VSlotContainer>& given)
 {
     const RefPtr<VSlotContainer> other = given;
     if (!other) return 0;
+    const RefPtr<VSlotContainer> held = heldForVisits();
     int count = 0;
     const auto passOn = [&](const RefPtr<VSlot>& slot, const RefPtr<VSlot>& place, int level) {
         if (!place || !slot->Parameter || !isOfType(*place, slot->getType())) return;

@@ -41,7 +41,7 @@ RefPtr<VSlot> VSlotSet::insertSlot(const RefPtr<VSlot>& slot, bool replace)
 {
     if (!slot) return {};
     const RefPtr<VSlot> held = slot; // it may be the one of this set that is replaced
-    if (replace) erase(held);
+    const node_type former = replace ? extract(held) : node_type(); // ends behind the insertion
     return insert(held).second ? held : RefPtr<VSlot>();
 }
 
@@ -68,24 +68,25 @@ bool VSlotSet::removeSlot(const string& name)
 {
     const auto found = find(name);
     if (found == end()) return false;
-    erase(found);
+    const node_type ended = extract(found);
     return true;
 }
 
-/// A slot that has ended behind the set's back has no name any more, and may hide others from a
-/// search by name.
-bool VSlotSet::stillHas(const RefPtr<VSlot>& slot) const
+/// Looks at one after the other: a slot that has ended behind the set's back has no name any more,
+/// and may hide others from a search by name.
+bool VSlotSet::holds(const RefPtr<VSlot>& slot) const
 {
-    return contains(slot) || std::ranges::find(*this, slot) != end();
+    return std::ranges::find(*this, slot) != end();
 }
 
 int VSlotSet::iterate(int expertLevel, VSlotIterator& visitor)
 {
     const std::vector<RefPtr<VSlot>> slots(begin(), end());
+    const bool areOrdered = std::ranges::all_of(slots, [](const auto& slot) { return slot; });
     int count = 0;
     for (const RefPtr<VSlot>& slot : slots)
     {
-        if (!slot || !stillHas(slot)) continue;
+        if (!slot || !(contains(slot) || (!areOrdered && holds(slot)))) continue;
         if (!visitor.apply(slot, expertLevel)) break;
         ++count;
     }

@@ -44,7 +44,7 @@ public:
     int iterate(int expertLevel, VSlotIterator& visitor);
 
 private:
-    bool stillHas(const RefPtr<VSlot>& slot) const;
+    bool holds(const RefPtr<VSlot>& slot) const;
 };
 
 } // namespace Quorl

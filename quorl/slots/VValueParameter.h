@@ -30,7 +30,7 @@ public:
     bool setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const override;
     RefPtr<VValueBase> newValue() const override
     {
-        return defaultValue ? value->copy() : RefPtr<VValueBase>();
+        return defaultValue ? defaultValue->copy() : RefPtr<VValueBase>();
     }
 
     VValue<T>* value; ///< the default value, which the base owns; may be null
@@ -61,7 +61,7 @@ template <class T>
 bool VValueParameter<T>::setGlobalValue(const RefPtr<VValueBase>& given, const string& member) const
 {
     const RefPtr<VValueBase> target =
-        defaultValue ? value->component(member) : defaultValue.value();
+        defaultValue ? defaultValue->component(member) : defaultValue.value();
     return target && target->getValueFrom(given);
 }
 

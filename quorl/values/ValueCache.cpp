@@ -1,5 +1,7 @@
 #include <quorl/values/ValueCache.h>
 
+#include <quorl/foundation/SteadyChange.h>
+#include <quorl/foundation/SteadyWalk.h>
 #include <quorl/slots/VSlot.h>
 #include <quorl/slots/VSlotContainer.h>
 #include <quorl/values/VValueBase.h>
@@ -25,22 +27,21 @@ void ValueCache::consider(const WeakPtr<VSlot>& slot, const RefPtr<ValuePool>& p
 {
     if (!slot) return;
     const RefPtr<VValueBase> value = slot->getValueBase(pool);
-    (*this)[slot] = value ? value->copy() : RefPtr<VValueBase>();
+    Tolmen::enterSteadily(*this, slot, value ? value->copy() : RefPtr<VValueBase>());
 }
 
 bool ValueCache::hasChanged(const WeakPtr<VSlotContainer>& container,
                             const RefPtr<ValuePool>& pool) const
 {
-    for (const auto& [slot, snapshot] : *this)
-    {
-        if (!slot) continue;
-        if (!snapshot) return true; // asked before the container: deliberate, for any container
-        if (!(slot->Owner == container)) continue;
+    const auto isAsBefore = [&](const WeakPtr<VSlot>& slot, const RefPtr<VValueBase>& snapshot) {
+        if (!slot) return true;
+        if (!snapshot) return false; // asked before the container: deliberate, for any container
+        if (!(slot->Owner == container)) return true;
         const RefPtr<VValueBase> value = slot->getValueBase(pool);
-        if (value.referer == nullptr) return true;
-        if (value && snapshot->isDifferentFrom(value)) return true;
-    }
-    return false;
+        if (value.referer == nullptr) return false;
+        return !value || !snapshot->isDifferentFrom(value);
+    };
+    return !Tolmen::walkSteadily(*this, isAsBefore);
 }
 
 bool ValueCache::hasChanged(const WeakPtr<VSlotContainer>& container, const Tolmen::Intercube& cube,

@@ -1,6 +1,7 @@
 #include <quorl/values/ValueMap.h>
 
 #include <quorl/foundation/FindOrNull.h>
+#include <quorl/foundation/SteadyChange.h>
 #include <quorl/foundation/SteadyWalk.h>
 #include <quorl/values/VValueBase.h>
 
@@ -19,8 +20,11 @@ ValueMap::ValueMap() = default;
 ValueMap::ValueMap(const ValueMap& source) : ValueMap()
 {
     if (!source.entries_) return;
-    for (const auto& [name, value] : *source.entries_)
-        if (value) entries()[name] = value->copy();
+    Tolmen::walkSteadily(*source.entries_,
+                         [&](const string& name, const RefPtr<VValueBase>& value) {
+                             if (value) entries()[name] = value->copy();
+                             return true;
+                         });
 }
 
 ValueMap& ValueMap::operator=(const ValueMap& source)
@@ -56,7 +60,7 @@ RefPtr<VValueBase> ValueMap::getValue(const string& name) const
 
 void ValueMap::setValue(const string& name, const RefPtr<VValueBase>& value)
 {
-    entries()[name] = value;
+    Tolmen::enterSteadily(entries(), name, value);
 }
 
 unsigned long long ValueMap::nComponents() const
@@ -81,13 +85,13 @@ bool ValueMap::copyComponents(const ValueMap& source, const WeakPtr<VValueBase>&
     clear(); // first: nothing is left of a map that is its own source
     if (!container) return false;
     if (!source.entries_) return true;
-    for (const auto& [name, value] : *source.entries_)
-    {
-        if (!value) continue;
-        const RefPtr<VValueBase> copied = value->copy();
-        if (copied && copied->setContainerValue(container)) entries()[name] = copied;
-    }
-    return true;
+    return Tolmen::walkSteadily(
+        *source.entries_, [&](const string& name, const RefPtr<VValueBase>& value) {
+            const RefPtr<VValueBase> copied = value ? value->copy() : RefPtr<VValueBase>();
+            if (copied && copied->setContainerValue(container))
+                Tolmen::enterSteadily(entries(), name, copied);
+            return true;
+        });
 }
 
 } // namespace Quorl

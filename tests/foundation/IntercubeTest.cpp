@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
+
 namespace Tolmen
 {
 namespace
@@ -133,6 +136,56 @@ TEST(Intercube, IsAssignedTheInterfacesOfAnother)
     EXPECT_FALSE(other.findInterface(typeid(Other)));
     other = *&other;
     EXPECT_EQ(other.findInterface(typeid(Service)), service);
+}
+
+/// Does something when it ends.
+struct Ending final : Interface<Ending>
+{
+    ~Ending() override { whenEnded(); }
+    std::function<void()> whenEnded;
+};
+
+TEST(Intercube, MayBeAskedByWhatEndsWithIt)
+{
+    bool wasFound = true;
+    {
+        Making cube;
+        cube.addInterface(RefPtr<InterfaceBase>(new Service));
+        const RefPtr<Ending> ending(new Ending);
+        ending->whenEnded = [&] {
+            wasFound = static_cast<bool>(cube.findInterface(typeid(Ending)));
+        };
+        cube.addInterface(ending);
+    }
+    EXPECT_FALSE(wasFound);
+}
+
+TEST(Intercube, DropsWhatComesWhileItEnds)
+{
+    const RefPtr<InterfaceBase> late(new Service);
+    {
+        Making cube;
+        const RefPtr<Ending> ending(new Ending);
+        ending->whenEnded = [&] { cube.addInterface(late); };
+        cube.addInterface(ending);
+    }
+    EXPECT_EQ(late.referer->strong, 1);
+}
+
+TEST(Intercube, MayEndWithTheInterfaceThatIsReplaced)
+{
+    auto cube = std::make_unique<Making>();
+    {
+        const RefPtr<Ending> ending(new Ending);
+        ending->whenEnded = [&] { cube.reset(); };
+        cube->addInterface(ending);
+    }
+    const RefPtr<Ending> next(new Ending);
+    next->whenEnded = [] {};
+
+    cube->addInterface(next);
+
+    EXPECT_FALSE(cube);
 }
 
 } // namespace

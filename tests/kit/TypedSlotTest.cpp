@@ -169,5 +169,46 @@ TEST_F(TypedSlots, TakeWhatIsPluggedIn)
     second->VManagedObject::remove();
 }
 
+/// A datum that may own an object.
+struct Owning
+{
+    RefPtr<VManagedObject> object;
+    bool operator!=(const Owning& other) const { return !(object == other.object); }
+};
+
+} // namespace
+
+template <>
+struct VValueTrait<Owning>
+{
+    static bool setValueFromText(Owning& /*datum*/, const string& /*text*/) { return false; }
+    static string Text(const Owning& /*datum*/) { return {}; }
+};
+
+namespace
+{
+
+class OwnedByItsInput final : public VObject
+{
+public:
+    using VObject::VObject;
+    const InputSlot<Owning> owner{*this, "owner"};
+};
+
+TEST(TypedSlot, OutlastsADatumThatOwnsItsObject)
+{
+    RefPtr<OwnedByItsInput> made(new OwnedByItsInput("owned", 0, {}));
+    const WeakPtr<OwnedByItsInput> object = made;
+    const InputSlot<Owning>& owner = made->owner;
+    owner.set({}, Owning{made});
+    made->VManagedObject::remove();
+    made = RefPtr<OwnedByItsInput>();
+    ASSERT_TRUE(object);
+
+    owner.set({}, Owning{});
+
+    EXPECT_FALSE(object);
+}
+
 } // namespace
 } // namespace Quorl

@@ -4,12 +4,15 @@
 #include <quorl/services/VScriptTypedValue.h>
 #include <quorl/services/VScriptValue.h>
 #include <quorl/services/VScriptable.h>
+#include <tests/support/Ending.h>
 #include <tests/support/Node.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace Quorl
 {
@@ -342,6 +345,142 @@ TEST(VScriptable, AFunctorOutlivesItsObject)
     EXPECT_EQ(textOf(functor->call({}, {})), "0");
     object->VManagedObject::remove();
     EXPECT_FALSE(functor->call({}, {}).referer);
+}
+
+// Tables whose contents come back to them
+
+class EndingFunctor final : public VScriptFunctor
+{
+public:
+    explicit EndingFunctor(std::function<void()> act) : act_(std::move(act)) {}
+    ~EndingFunctor() override { act_(); }
+    RefPtr<VScriptParameters> describe() const override { return {}; }
+    RefPtr<VScriptValue> call(const RefPtr<VScriptParameters>& /*arguments*/,
+                              const RefPtr<ValuePool>& /*pool*/) override
+    {
+        return {};
+    }
+
+private:
+    const std::function<void()> act_;
+};
+
+RefPtr<VScriptFunctor> endingFunctor(std::function<void()> act)
+{
+    return RefPtr<VScriptFunctor>(new EndingFunctor(std::move(act)));
+}
+
+RefPtr<VScriptTypedValue> endingTyped(std::function<void()> act)
+{
+    const RefPtr<QuorlTest::Ending<VScriptTypedValue>> value(
+        new QuorlTest::Ending<VScriptTypedValue>("1"));
+    value->whenEnded = std::move(act);
+    return value;
+}
+
+TEST(VScriptable, KeepsAFunctorThatComesWhileTheOnlyOneIsTakenAway)
+{
+    VScriptable scriptable;
+    scriptable.insertFunctor(
+        "a", endingFunctor([&] { scriptable.insertFunctor("b", endingFunctor([] {})); }));
+
+    scriptable.removeFunctor("a");
+
+    EXPECT_TRUE(scriptable.findFunctor("b"));
+    EXPECT_EQ(scriptable.nFunctors(), 1U);
+}
+
+TEST(VScriptable, AnswersTheFunctorWhosePredecessorTakesItAway)
+{
+    VScriptable scriptable;
+    scriptable.insertFunctor("a", endingFunctor([&] { scriptable.removeFunctor("a"); }));
+    const RefPtr<VScriptFunctor> next = endingFunctor([] {});
+
+    EXPECT_EQ(scriptable.insertFunctor("a", next), next);
+    EXPECT_FALSE(scriptable.findFunctor("a")) << "the former one has ended last";
+}
+
+TEST(VScriptable, MayBeAskedByWhatEndsWithIt)
+{
+    bool wasFound = true;
+    {
+        VScriptable scriptable;
+        for (const char* name : {"a", "b", "c"})
+            scriptable.insertFunctor(name, endingFunctor([&] {
+                                         wasFound = static_cast<bool>(scriptable.findFunctor("c"));
+                                     }));
+    }
+    EXPECT_FALSE(wasFound);
+}
+
+TEST(VScriptValue, KeepsATypeThatComesWhileTheOnlyOneIsTakenAway)
+{
+    VScriptValue value;
+    value.insert(typeid(int), endingTyped([&] { value.insert(typeid(double), typed("2")); }));
+
+    value.remove(typeid(int));
+
+    EXPECT_EQ(value.polymorphism(), 1U);
+    EXPECT_EQ(textOf(value.get(typeid(double))), "2");
+}
+
+TEST(VScriptValue, ReplacesATextThatTakesItsTypeAway)
+{
+    VScriptValue value;
+    value.insert(typeid(int), endingTyped([&] { value.remove(typeid(int)); }));
+
+    value.insert(typeid(int), typed("2"));
+
+    EXPECT_EQ(value.polymorphism(), 0U) << "the former one has ended last";
+}
+
+TEST(VScriptValue, OutlastsAVisitorThatDropsIt)
+{
+    struct Drop final : VScriptValue::iterator
+    {
+        bool apply(const std::type_info& /*type*/, VScriptTypedValue& /*value*/) override
+        {
+            owner = RefPtr<VScriptValue>();
+            return true;
+        }
+        RefPtr<VScriptValue> owner{new VScriptValue(typeid(int), "1")};
+    };
+    Drop drop;
+    drop.owner->insert(typeid(double), typed("2"));
+
+    EXPECT_EQ(drop.owner->iterate(drop), 2);
+}
+
+TEST(VScriptParameters, OutlastAVisitorThatDropsThem)
+{
+    struct Drop final : VScriptParameters::iterator
+    {
+        bool apply(const string& /*name*/, const RefPtr<VScriptValue>& /*value*/) override
+        {
+            owner = RefPtr<VScriptParameters>();
+            return true;
+        }
+        RefPtr<VScriptParameters> owner{new VScriptParameters};
+    };
+    Drop drop;
+    for (const char* text : {"a", "b"}) drop.owner->append(valueOf(text));
+
+    EXPECT_EQ(drop.owner->iterate(drop), 2);
+}
+
+TEST(VScriptParameters, ReplaceAValueThatDropsThem)
+{
+    RefPtr<VScriptParameters> parameters(new VScriptParameters);
+    const WeakPtr<VScriptParameters> seen = parameters;
+    {
+        const RefPtr<VScriptValue> value(new VScriptValue);
+        value->insert(typeid(int), endingTyped([&] { parameters = RefPtr<VScriptParameters>(); }));
+        parameters->insert("x", value);
+    }
+
+    EXPECT_TRUE(seen->insert("x", valueOf("next")));
+
+    EXPECT_FALSE(seen);
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include <quorl/values/ValueCache.h>
 
 #include <quorl/slots/VSlotContainer.h>
+#include <quorl/slots/VValueParameter.h>
 #include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace Quorl
 {
@@ -117,6 +120,31 @@ TEST_F(ValueCacheTest, SitsInACubeThatGetsOneWhenAsked)
 
     EXPECT_TRUE(ValueCache::hasChanged(object, cube, pool));
     EXPECT_TRUE(object->hasChangedSlots(cube, pool));
+}
+
+TEST_F(ValueCacheTest, SurvivesAComparisonThatConsidersAnew)
+{
+    struct Considering final : VValue<double>
+    {
+        RefPtr<VValueBase> copy() const override
+        {
+            const RefPtr<Considering> copied(new Considering);
+            copied->whenCompared = whenCompared;
+            return copied;
+        }
+        bool isDifferentFrom(const WeakPtr<VValueBase>& other) const override
+        {
+            whenCompared();
+            return VValue<double>::isDifferentFrom(other);
+        }
+        std::function<void()> whenCompared;
+    };
+    const RefPtr<Considering> value(new Considering);
+    value->whenCompared = [&] { cache->consider(slot, pool); };
+    slot->assignParameter(RefPtr<VParameter>(new VValueParameter<double>(value, "p")), "");
+    cache->consider(slot, pool);
+
+    EXPECT_FALSE(hasChanged());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <quorl/values/ValueMap.h>
 
 #include <quorl/values/VValue.h>
+#include <tests/support/Ending.h>
 
 #include <gtest/gtest.h>
 
@@ -227,6 +228,51 @@ TEST(ValueMap, LosesItsOldComponentsBeforeItTakesNewOnes)
     target.copyComponents(source, make(0));
 
     EXPECT_TRUE(target.getValue("looks"));
+}
+
+TEST(ValueMap, HoldsAValueWhosePredecessorEmptiesIt)
+{
+    ValueMap map;
+    {
+        const RefPtr<QuorlTest::Ending<VValue<int>>> value(new QuorlTest::Ending<VValue<int>>(1));
+        value->whenEnded = [&] { map = ValueMap(); };
+        map.setValue("x", value);
+    }
+
+    map.setValue("x", make(2));
+
+    EXPECT_EQ(map.nComponents(), 0U) << "the former one has ended last";
+}
+
+TEST(ValueMap, IsCopiedAsFarAsItIsThere)
+{
+    struct Emptying final : VValue<int>
+    {
+        explicit Emptying(ValueMap& map) : map_(map) {}
+        RefPtr<VValueBase> copy() const override
+        {
+            map_ = ValueMap();
+            return make(1);
+        }
+        bool setContainerValue(const WeakPtr<VValueBase>&) override { return true; }
+
+    private:
+        ValueMap& map_;
+    };
+    const RefPtr<VValueBase> whole = make(0);
+    for (const bool areParts : {false, true})
+    {
+        ValueMap map;
+        map.setValue("a", RefPtr<VValueBase>(new Emptying(map)));
+        map.setValue("b", make(2));
+        ValueMap copied;
+        if (areParts)
+            EXPECT_TRUE(copied.copyComponents(map, whole));
+        else
+            copied = map;
+        EXPECT_EQ(copied.nComponents(), areParts ? 0U : 1U) << "what was emptied is no part";
+        EXPECT_EQ(map.nComponents(), 0U);
+    }
 }
 
 } // namespace
