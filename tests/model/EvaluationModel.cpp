@@ -420,8 +420,16 @@ void Model::perform(const Move& move, Ticket* ticket)
             Parameter& parameter = parameters[at(move.a)];
             if (parameter.isLocal && move.b != kNoPool)
                 parameter.variables.try_emplace(move.b, clock); // a new value is of now
-            for (const Move& reaction : std::vector<Move>(parameter.observer))
-                perform(reaction, nullptr);
+            try
+            {
+                for (const Move& reaction : std::vector<Move>(parameter.observer))
+                    perform(reaction, nullptr);
+            }
+            catch (...)
+            {
+                touch(parameter, move.b); // the value is another one all the same
+                throw;
+            }
             touch(parameter, move.b);
             break;
         }
