@@ -1,6 +1,7 @@
 #include "ThreadPool.h"
 
 #include <quorl/kit/BackgroundTask.h>
+#include <quorl/kit/LongestWait.h>
 #include <quorl/modules/VModules.h>
 #include <quorl/services/Vprintf.h>
 #include <quorl/tasks/VTaskMessage.h>
@@ -192,9 +193,9 @@ bool ThreadPool::sendMessage(const RefPtr<VTask>& task, const RefPtr<Quorl::VTas
 
 void ThreadPool::waitForAll(unsigned long milliseconds)
 {
-    constexpr unsigned long kLongest = 1000UL * 60 * 60 * 24 * 365; // what clocks can add
     Lock lock(mutex_);
-    ended_.wait_for(lock, std::chrono::milliseconds(std::min(milliseconds, kLongest)),
+    const auto longest = static_cast<unsigned long>(Quorl::kLongestWait.count());
+    ended_.wait_for(lock, std::chrono::milliseconds(std::min(milliseconds, longest)),
                     [this] { return jobs_.empty() && departing_ == 0; });
 }
 

@@ -2,11 +2,10 @@
 
 #include <utility>
 
+/// Changes of tables whose contents may do anything when they end: ask the table, enter something,
+/// end it. So whatever ends does so when the table is whole, and nobody comes back to it.
 namespace Tolmen
 {
-
-/// Changes tables whose contents may do anything when they end: ask the table, enter something, end
-/// it. So whatever ends does so when the table is whole again, and nobody comes back to it.
 
 /// Enters a value in the place of the one that is there.
 template <class Map>

@@ -16,10 +16,11 @@ void Finding::noteAnswer(const VObject& source)
 {
     isSettled_ = isSettled_ && repeats_.isIdle(source);
     if (!isSettled_) return;
-    const Repeats::Met& met = *repeats_.metAt(source);
+    const Repeats::Place place = repeats_.graph().placeOf(source);
+    const Repeats::Met& met = repeats_.met_[place];
     isKept_ = isKept_ && met.isKept;
     told_ = std::min(told_, met.told);
-    const WalkCycles::Passed& passed = repeats_.cycles_.passedBy(repeats_.graph().placeOf(source));
+    const WalkCycles::Passed& passed = repeats_.cycles_.passedBy(place);
     passed_.insert(passed.begin(), passed.end());
 }
 

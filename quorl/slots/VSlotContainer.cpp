@@ -187,7 +187,6 @@ int VSlotContainer::getNumberOfParameters(int maxExpertLevel) const
     return static_cast<int>(count);
 }
 
-/// Visitors may drop the container. \return null if nobody owns it.
 RefPtr<VSlotContainer> VSlotContainer::heldForVisits() const
 {
     return Tolmen::heldIfOwned(WeakPtr<VSlotContainer>(const_cast<VSlotContainer*>(this)));

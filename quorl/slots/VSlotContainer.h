@@ -259,6 +259,7 @@ public:
         SetupFunctors; ///< the dead stay
 
 protected:
+    /// Keeps the container while code of others runs that may drop it. Null if nobody owns it.
     RefPtr<VSlotContainer> heldForVisits() const;
 
 private:

@@ -72,21 +72,21 @@ bool VSlotSet::removeSlot(const string& name)
     return true;
 }
 
-/// Looks at one after the other: a slot that has ended behind the set's back has no name any more,
-/// and may hide others from a search by name.
-bool VSlotSet::holds(const RefPtr<VSlot>& slot) const
+/// \param isOrdered false if a slot has ended behind the set's back: it has no name any more, and
+/// may hide others from a search by name.
+bool VSlotSet::stillHas(const RefPtr<VSlot>& slot, bool isOrdered) const
 {
-    return std::ranges::find(*this, slot) != end();
+    return contains(slot) || (!isOrdered && std::ranges::find(*this, slot) != end());
 }
 
 int VSlotSet::iterate(int expertLevel, VSlotIterator& visitor)
 {
     const std::vector<RefPtr<VSlot>> slots(begin(), end());
-    const bool areOrdered = std::ranges::all_of(slots, [](const auto& slot) { return slot; });
+    const bool isOrdered = std::ranges::all_of(slots, [](const auto& slot) { return slot; });
     int count = 0;
     for (const RefPtr<VSlot>& slot : slots)
     {
-        if (!slot || !(contains(slot) || (!areOrdered && holds(slot)))) continue;
+        if (!slot || !stillHas(slot, isOrdered)) continue;
         if (!visitor.apply(slot, expertLevel)) break;
         ++count;
     }

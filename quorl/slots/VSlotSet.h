@@ -44,7 +44,7 @@ public:
     int iterate(int expertLevel, VSlotIterator& visitor);
 
 private:
-    bool holds(const RefPtr<VSlot>& slot) const;
+    bool stillHas(const RefPtr<VSlot>& slot, bool isOrdered) const;
 };
 
 } // namespace Quorl
