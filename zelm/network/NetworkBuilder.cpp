@@ -15,6 +15,8 @@
 #include <quorl/values/ValuePool.h>
 
 #include <functional>
+#include <initializer_list>
+#include <string_view>
 
 namespace Zelm
 {
@@ -173,9 +175,11 @@ private:
         throw NetworkError(document_.file, place, owner, key, message);
     }
 
-    /// Says where in the file something was that could not be done.
+    /// Says where in the file something was that could not be done. \param key in pieces, which
+    /// may be long, and are put together only then.
     template <class Act>
-    void located(Place place, const std::string& owner, const std::string& key, Act&& act) const
+    void located(Place place, const std::string& owner, std::initializer_list<std::string_view> key,
+                 Act&& act) const
     {
         try
         {
@@ -183,14 +187,16 @@ private:
         }
         catch (...)
         {
-            refuse(place, owner, key, wordsOfException());
+            std::string whole;
+            for (const std::string_view piece : key) whole += piece;
+            refuse(place, owner, whole, wordsOfException());
         }
     }
 
     void make(const ObjectEntry& entry)
     {
         RefPtr<VObject> object;
-        located(entry.place, ownerOf(entry), "creator", [&] { object = created(entry); });
+        located(entry.place, ownerOf(entry), {"creator"}, [&] { object = created(entry); });
         network_->objects.emplace_back(entry.name, object);
         objects_.emplace(entry.name, object);
         object->addInterface(network_);
@@ -242,8 +248,9 @@ private:
     void connect(const ObjectEntry& entry) const
     {
         const RefPtr<VObject>& object = objects_.at(entry.name);
+        const std::string owner = ownerOf(entry);
         for (const Connection& connection : entry.inputs)
-            located(connection.place, ownerOf(entry), "inputs." + connection.input,
+            located(connection.place, owner, {"inputs.", connection.input},
                     [&] { attach(*object, connection); });
     }
 
@@ -289,17 +296,20 @@ private:
 
     void setValues(const ObjectEntry& entry) const
     {
+        const RefPtr<VObject>& object = objects_.at(entry.name);
+        const std::string owner = ownerOf(entry);
         for (const InputValue& value : entry.values)
-            located(value.place, ownerOf(entry), "values." + value.input,
-                    [&] { setInput(*objects_.at(entry.name), value.input, {}, value.datum); });
+            located(value.place, owner, {"values.", value.input},
+                    [&] { setInput(*object, value.input, {}, value.datum); });
     }
 
     void makeContext(const ContextEntry& entry)
     {
         const RefPtr<ValuePool> pool = addContext(*network_, entry.name);
+        const std::string owner = ownerOf(entry);
         for (const ContextValues& values : entry.values) setValuesIn(pool, entry, values);
         for (const NamedValue& value : entry.named)
-            located(value.place, ownerOf(entry), "named." + value.name, [&] {
+            located(value.place, owner, {"named.", value.name}, [&] {
                 const auto made = valueFromJson(value.type, value.datum);
                 pool->registerValue(value.name, made);
                 network_->named.push_back({value.name, pool, made, value.kept});
@@ -311,17 +321,17 @@ private:
     {
         const RefPtr<VObject>& object = objects_.at(values.object);
         const RefPtr<ObjectRecord> record = object->findInterface(typeid(ObjectRecord));
+        const std::string owner = ownerOf(context);
         for (const InputValue& value : values.values)
-            located(
-                value.place, ownerOf(context), "values." + values.object + "." + value.input, [&] {
-                    const RefPtr<VParameter> parameter = inputOf(*object, value.input)->Parameter;
-                    if (parameter && !parameter->isLocal())
-                        throw NetworkError(
-                            "this input has one value for all contexts, which belongs to "
-                            "the values of its object");
-                    setInput(*object, value.input, pool, value.datum);
-                    record->toldIn.emplace(context.name, value.input);
-                });
+            located(value.place, owner, {"values.", values.object, ".", value.input}, [&] {
+                const RefPtr<VParameter> parameter = inputOf(*object, value.input)->Parameter;
+                if (parameter && !parameter->isLocal())
+                    throw NetworkError(
+                        "this input has one value for all contexts, which belongs to "
+                        "the values of its object");
+                setInput(*object, value.input, pool, value.datum);
+                record->toldIn.emplace(context.name, value.input);
+            });
     }
 
     const NetworkDocument& document_;

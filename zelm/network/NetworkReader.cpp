@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -13,22 +14,28 @@ namespace Zelm
 namespace
 {
 
-std::string joined(const std::string& path, const std::string& key)
+/// The keys that lead to a value. They are put together only where people are told of them: they
+/// may be long, and there may be many values behind one of them.
+struct Way
 {
-    return path.empty() ? key : path + "." + key;
-}
+    std::shared_ptr<const Way> before; // null at the first key
+    std::string_view key;              // of the tree
 
-/// A value of the file, and how people are told of it.
+    std::string told() const { return (before ? before->told() + "." : "") + std::string(key); }
+};
+
+/// A value of the file, and how people are told of it. Parts of one owner share its words.
 struct Part
 {
     const JsonTree* tree;
     const JsonNode* node;
-    std::string owner; // such as `object "region"`
-    std::string key;   // the way to it from the owner
+    std::shared_ptr<const std::string> owner; // such as `object "region"`; null if there is none
+    std::shared_ptr<const Way> way;           // from the owner; null at the owner itself
 
     [[noreturn]] void refuse(const std::string& message) const
     {
-        throw NetworkError(tree->file(), place(), owner, key, message);
+        throw NetworkError(tree->file(), place(), owner ? *owner : "", way ? way->told() : "",
+                           message);
     }
     [[noreturn]] void expected(const std::string& what) const
     {
@@ -38,7 +45,7 @@ struct Part
     Place place() const { return tree->placeOf(node->offset); }
     Part at(const JsonMember& member) const
     {
-        return {tree, &member.value, owner, joined(key, member.key)};
+        return {tree, &member.value, owner, std::make_shared<const Way>(Way{way, member.key})};
     }
 
     const std::vector<JsonMember>& members() const
@@ -52,7 +59,7 @@ struct Part
         std::vector<Part> parts;
         parts.reserve(node->elements.size());
         for (const JsonNode& element : node->elements)
-            parts.push_back({tree, &element, owner, key});
+            parts.push_back({tree, &element, owner, way});
         return parts;
     }
 
@@ -105,8 +112,8 @@ public:
     /// Names what is read, from now on; keys are told from there.
     void own(const std::string& owner)
     {
-        whole_.owner = owner;
-        whole_.key.clear();
+        whole_.owner = std::make_shared<const std::string>(owner);
+        whole_.way.reset();
     }
 
     Json rest() const
@@ -243,8 +250,7 @@ ContextEntry readContext(const Part& part)
     Members members(part);
     entry.place = part.place();
     entry.name = members.need("name").name();
-    const std::string owner = "context " + inQuotes(entry.name);
-    members.own(owner);
+    members.own("context " + inQuotes(entry.name));
     if (const auto values = members.take("values"))
         for (const JsonMember& member : values->members())
         {
@@ -300,10 +306,7 @@ public:
     void check() const
     {
         for (const ObjectEntry& object : document_.objects) checkObject(object);
-        for (const ContextEntry& context : document_.contexts)
-            for (const ContextValues& values : context.values)
-                needObject(values.object, values.place, "context " + inQuotes(context.name),
-                           "values." + values.object);
+        for (const ContextEntry& context : document_.contexts) checkContext(context);
         for (const RequestEntry& request : document_.requests)
         {
             needObject(request.object, request.place, "", "request");
@@ -349,6 +352,13 @@ private:
         }
     }
 
+    void checkContext(const ContextEntry& context) const
+    {
+        const std::string owner = "context " + inQuotes(context.name);
+        for (const ContextValues& values : context.values)
+            needObject(values.object, values.place, owner, "values." + values.object);
+    }
+
     void needObject(const std::string& name, Place place, const std::string& owner,
                     const std::string& key) const
     {
@@ -381,7 +391,7 @@ NetworkDocument readTree(const JsonTree& tree)
 {
     NetworkDocument document;
     document.file = tree.file();
-    Members members(Part{&tree, &tree.root(), "", ""});
+    Members members(Part{&tree, &tree.root(), nullptr, nullptr});
     readVersion(members);
     readList(members, "objects", document.objects, readObject);
     readList(members, "contexts", document.contexts, readContext);
