@@ -127,6 +127,36 @@ TEST_F(ModuleImageTest, TakesTheFirstTextOfANumberUpToItsEnd)
     EXPECT_EQ(imageOf(made.bytes()).text(1, 100), "");
 }
 
+TEST_F(ModuleImageTest, ReadsNoMoreNotesInAllThanAModuleMayHave)
+{
+    Image made;
+    constexpr std::uint32_t kFiller = 1000;
+    const std::string filler = noteBytes({kFiller, "OTHER", std::string(700'000, 'x')});
+    const std::string texts = made.notes;
+    made.header.e_phnum = 3;
+    made.segment.p_offset = sizeof made.header + 3 * sizeof made.segment;
+    made.notes = filler + texts;
+    Elf64_Phdr large = made.segment;
+    large.p_filesz = filler.size();
+    Elf64_Phdr small = made.segment;
+    small.p_offset += filler.size();
+    small.p_filesz = texts.size();
+
+    const auto imageWith = [&](const std::vector<Elf64_Phdr>& segments) {
+        std::string bytes(made.segment.p_offset, '\0');
+        std::memcpy(bytes.data(), &made.header, sizeof made.header);
+        std::memcpy(bytes.data() + sizeof made.header, segments.data(),
+                    segments.size() * sizeof(Elf64_Phdr));
+        return imageOf(bytes + made.notes);
+    };
+    EXPECT_EQ(imageWith({large, large, small}).text(1, 100), "the word")
+        << "what is passed over takes nothing from what follows";
+    Elf64_Phdr both = made.segment;
+    both.p_filesz = made.notes.size();
+    EXPECT_EQ(imageWith({large, both, large}).hasTexts(), false);
+    EXPECT_EQ(imageWith({both, large, large}).text(2, 100), "the place");
+}
+
 TEST_F(ModuleImageTest, KeepsNoTextsOfNumbersThatNoModuleHas)
 {
     constexpr unsigned kMost = ModuleImage::kMostNumber;

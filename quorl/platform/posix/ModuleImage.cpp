@@ -22,7 +22,7 @@ namespace
 {
 
 constexpr std::uint64_t kMostSegments = 4096;
-constexpr std::uint64_t kMostNoteBytes = 1 << 20; // of a segment
+constexpr std::uint64_t kMostNoteBytes = 1 << 20; // of all segments
 constexpr std::string_view kOwner("ZELM\0", 5);
 
 #if defined(__x86_64__)
@@ -149,9 +149,11 @@ std::map<unsigned, std::string> readTexts(const ReadOnlyFile& file,
                                           const std::vector<Elf64_Phdr>& segments)
 {
     std::map<unsigned, std::string> texts;
+    std::uint64_t left = kMostNoteBytes; // segments may lie over one another
     for (const Elf64_Phdr& segment : segments)
     {
-        if (segment.p_type != PT_NOTE || segment.p_filesz > kMostNoteBytes) continue;
+        if (segment.p_type != PT_NOTE || segment.p_filesz > left) continue;
+        left -= segment.p_filesz;
         std::string notes(segment.p_filesz, '\0');
         if (file.read(segment.p_offset, notes.data(), notes.size()))
             collectTexts(notes, segment.p_align == 8 ? 8 : 4, texts);
