@@ -70,7 +70,7 @@ private:
     const int number_;
 };
 
-/// \return false also for descriptors of nothing.
+/// \return whether all was copied; if not, `errno` tells why.
 bool copyBytes(int from, int to)
 {
     struct stat status = {};
@@ -78,6 +78,7 @@ bool copyBytes(int from, int to)
     for (off_t left = status.st_size; left > 0;)
     {
         const ssize_t sent = ::sendfile(to, from, nullptr, static_cast<std::size_t>(left));
+        if (sent == 0) errno = ENOEXEC; // the file has shrunk
         if (sent <= 0) return false;
         left -= sent;
     }
@@ -110,31 +111,70 @@ bool isPresent(void* handle)
 
 std::shared_ptr<Image> imageAt(const std::string& openPath)
 {
-    void* const handle = open(openPath);
-    return handle ? std::make_shared<Image>(Image{openPath, handle, isPresent(handle)}) : nullptr;
+    auto image = std::make_shared<Image>(Image{openPath, nullptr, false});
+    image->handle = open(openPath);
+    if (!image->handle) return nullptr;
+    image->isShared = isPresent(image->handle);
+    return image;
+}
+
+std::string lastError()
+{
+    const char* const text = ::dlerror();
+    return text ? text : "";
+}
+
+/// What a path is loaded as, with a share of it for the caller, or the system's words for why there
+/// can be none.
+struct Found
+{
+    std::shared_ptr<Image> image;
+    std::string error;
+};
+
+Found found(std::shared_ptr<Image> image)
+{
+    return image ? Found{std::move(image), {}} : Found{nullptr, lastError()};
 }
 
 /// An image of a copy that has no name in the file system.
-std::shared_ptr<Image> imageOfCopy(const std::string& path)
+Found imageOfCopy(const std::string& path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file < 0) return {nullptr, std::strerror(errno)};
     const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
-    return copyBytes(file, copy) ? imageAt(freshPathTo(copy)) : nullptr;
+    if (copy < 0 || !copyBytes(file, copy)) return {nullptr, std::strerror(errno)};
+    return found(imageAt(freshPathTo(copy)));
 }
 
-/// The image of a path, with a share of it for the caller; null if there can be none.
-std::shared_ptr<Image> load(const std::string& path)
+/// From now on a path stands for an image. Memory that runs out takes back the share in it.
+void enter(const std::string& path, const std::shared_ptr<Image>& image)
+{
+    try
+    {
+        theLoaded().images.insert_or_assign(path, image);
+    }
+    catch (...)
+    {
+        ::dlclose(image->handle);
+        throw;
+    }
+}
+
+Found load(const std::string& path)
 {
     Loaded& loaded = theLoaded();
-    std::shared_ptr<Image>& image = loaded.images[path];
-    if (image)
-        open(image->openPath); // another share
-    else if (loaded.residents.contains(path))
-        image = imageOfCopy(path);
-    if (!image) image = imageAt(pathForLoader(path));
-    const std::shared_ptr<Image> found = image;
-    if (!found) loaded.images.erase(path);
-    return found;
+    const auto present = loaded.images.find(path);
+    if (present != loaded.images.end())
+    {
+        open(present->second->openPath); // another share
+        return {present->second, {}};
+    }
+    // The file itself would be taken for the image that is still there, and run nothing.
+    Found next =
+        loaded.residents.contains(path) ? imageOfCopy(path) : found(imageAt(pathForLoader(path)));
+    if (next.image) enter(path, next.image);
+    return next;
 }
 
 bool isMapped(const std::string& path)
@@ -143,12 +183,6 @@ bool isMapped(const std::string& path)
     if (!handle) return false;
     ::dlclose(handle); // takes back the share that the question has taken
     return true;
-}
-
-std::string lastError()
-{
-    const char* const text = ::dlerror();
-    return text ? text : "";
 }
 
 } // namespace
@@ -160,11 +194,10 @@ SharedLibrary::SharedLibrary(const std::string& path) : path_(path)
         error_ = std::strerror(ENOENT);
         return;
     }
-    image_ = load(path);
-    if (image_)
-        ++image_->owners;
-    else
-        error_ = lastError();
+    Found next = load(path);
+    image_ = std::move(next.image);
+    error_ = std::move(next.error);
+    if (image_) ++image_->owners;
 }
 
 SharedLibrary::~SharedLibrary()
