@@ -50,6 +50,7 @@
 #include <quorl/kit/BackgroundTask.h>
 #include <quorl/kit/ClassCreator.h>
 #include <quorl/kit/HostQueue.h>
+#include <quorl/kit/LongestWait.h>
 #include <quorl/kit/MessageInbox.h>
 #include <quorl/kit/Module.h>
 #include <quorl/kit/Network.h>

@@ -22,11 +22,18 @@ using Tolmen::Platform::FileStatus;
 
 /// The items of a file, one by one. A file that does not come to its end, as on a full disk, is
 /// emptied: a scan passes over the modules that a cache names, also where half of their creators
-/// are missing in it.
+/// are missing in it. The count of domains, which stands first, is 0 until all else is written, so
+/// that whatever ends the process leaves a cache of nothing.
 class CacheWriter
 {
 public:
-    explicit CacheWriter(const string& path) : path_(path), file_(std::fopen(path.c_str(), "wb")) {}
+    CacheWriter(const string& path, std::uint64_t domains)
+        : path_(path), domains_(domains), file_(std::fopen(path.c_str(), "wb"))
+    {
+        if (!file_) return;
+        isCountLast_ = std::fseek(file_.get(), 0, SEEK_SET) == 0; // not so in a pipe
+        number(isCountLast_ ? std::uint64_t{0} : domains_);
+    }
     CacheWriter(const CacheWriter&) = delete;
     CacheWriter& operator=(const CacheWriter&) = delete;
     ~CacheWriter()
@@ -47,10 +54,18 @@ public:
     /// All has been told.
     void finish()
     {
+        if (isCountLast_) writeCount();
         if (std::fclose(file_.release()) != 0 || !isWhole_) empty();
     }
 
 private:
+    void writeCount()
+    {
+        isWhole_ =
+            isWhole_ && std::fflush(file_.get()) == 0 && std::fseek(file_.get(), 0, SEEK_SET) == 0;
+        if (isWhole_) number(domains_);
+    }
+
     void empty()
     {
         file_.reset(); // first: it may have something left to write
@@ -59,7 +74,9 @@ private:
     }
 
     const string path_;
+    const std::uint64_t domains_;
     Tolmen::OwnedFile file_;
+    bool isCountLast_ = false;
     bool isWhole_ = true;
 };
 
@@ -99,10 +116,9 @@ void writeDomain(const string& domain, const VCreatorMap& map, ModuleFiles& file
 
 bool SaveVCreatorMapTypes(const string& path)
 {
-    CacheWriter writer(path);
+    CacheWriter writer(path, VCreatorTypes().size());
     if (!writer.isOpen()) return false;
     ModuleFiles files;
-    writer.number(std::uint64_t{VCreatorTypes().size()});
     for (const auto& [type, map] : VCreatorTypes())
         if (map) writeDomain(Tolmen::Typename(type), *map, files, writer);
     writer.finish();

@@ -57,8 +57,16 @@ VModule::VModule(const string& modulePath)
     : path(modulePath), fileInfo(modulePath), errorText("No error on module " + modulePath)
 {
     VManagedObject::CurrentLoadModule = path;
-    // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
-    if (isCompatible()) load();
+    try
+    {
+        // Deliberate: a file that is refused for its word leaves CurrentLoadModule set.
+        if (isCompatible()) load();
+    }
+    catch (...)
+    {
+        VManagedObject::CurrentLoadModule.clear();
+        throw;
+    }
     // What the static initialisers around this load register from now on is of their module.
     if (const VModule* const outer = LoadScope::inStaticInitialisers())
         VManagedObject::CurrentLoadModule = outer->path;

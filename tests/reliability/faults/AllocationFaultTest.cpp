@@ -11,10 +11,12 @@
 
 #include <quorl/kit/Network.h>
 #include <quorl/modules/VCreatorCache.h>
+#include <quorl/modules/VModules.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
 #include <quorl/registry/VCreatorMapTypes.h>
+#include <quorl/registry/VManagedObject.h>
 #include <quorl/services/VUndoStack.h>
 #include <quorl/tasks/VScheduler.h>
 
@@ -219,16 +221,19 @@ enum class Outcome
 {
     Done,
     Failed,
-    Ended, ///< by a destructor of the JSON library, which allocates
+    Ended, ///< by what must not throw: a destructor of the JSON library, a static initialiser
     Broken
 };
+
+constexpr int kBroken = 3; // as an exit code
 
 Outcome outcomeOf(const Work& work, long number)
 {
     const ::pid_t child = ::fork();
     if (child == 0)
     {
-        if (!std::freopen("/dev/null", "w", stderr)) ::_exit(3); // where it is said that it ends
+        if (!std::freopen("/dev/null", "w", stderr))
+            ::_exit(kBroken); // where it is said that it ends
         const FailingMemory memory(number);
         try
         {
@@ -236,7 +241,7 @@ Outcome outcomeOf(const Work& work, long number)
         }
         catch (const std::exception&)
         {
-            ::_exit(memory.hasFailed() ? 1 : 3);
+            ::_exit(memory.hasFailed() ? 1 : kBroken);
         }
         ::_exit(memory.hasFailed() ? 1 : 0);
     }
@@ -278,6 +283,34 @@ TEST(AllocationFaults, LeaveASavedNetworkWhole)
                 std::filesystem::remove_all(entry.path());
     }
     EXPECT_EQ(bytesOf(saved), fresh);
+}
+
+/// Static initialisers of a module that run out of memory end the process, as those of a program
+/// do.
+TEST(AllocationFaults, LeaveTheHostItsOwnWhereAModuleIsLoaded)
+{
+    const std::string module = GOOD_MODULE;
+    const Work load = [&] {
+        try
+        {
+            Quorl::LoadVModule(module);
+        }
+        catch (const std::bad_alloc&)
+        {
+            // What the host makes from now on would be taken away with the module.
+            if (!Quorl::VManagedObject::CurrentLoadModule.empty()) ::_exit(kBroken);
+            throw;
+        }
+    };
+    auto outcome = Outcome::Failed;
+    int failures = 0;
+    for (long number = 1; outcome != Outcome::Done; ++number)
+    {
+        outcome = outcomeOf(load, number);
+        ASSERT_NE(outcome, Outcome::Broken) << number;
+        failures += outcome == Outcome::Failed ? 1 : 0;
+    }
+    EXPECT_GT(failures, 10);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <sys/mman.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -121,6 +123,18 @@ ssize_t pread(int descriptor, void* bytes, size_t size, off_t offset)
     const ssize_t most = permitted("pread", size);
     if (most < 0) return errno == 0 ? 0 : -1; // the file has shrunk
     return own<decltype(pread)>("pread")(descriptor, bytes, static_cast<size_t>(most), offset);
+}
+
+ssize_t sendfile(int to, int from, off_t* offset, size_t size) noexcept
+{
+    const ssize_t most = permitted("sendfile", size);
+    if (most < 0) return errno == 0 ? 0 : -1; // the file has shrunk
+    return own<decltype(sendfile)>("sendfile")(to, from, offset, static_cast<size_t>(most));
+}
+
+int memfd_create(const char* name, unsigned int flags) noexcept
+{
+    return fails("memfd_create") ? -1 : own<decltype(memfd_create)>("memfd_create")(name, flags);
 }
 
 int fsync(int descriptor)

@@ -1,5 +1,6 @@
 #include <tests/reliability/faults/FailingCalls.h>
 #include <tests/support/CapturedOutput.h>
+#include <tests/support/EmptyDomain.h>
 #include <tests/support/FileBytes.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/support/WorkingDirectory.h>
@@ -14,18 +15,26 @@
 #include <quorl/modules/VModules.h>
 #include <quorl/platform/Directory.h>
 #include <quorl/platform/ModuleImage.h>
+#include <quorl/registry/VCreatorBaseInfo.h>
+#include <quorl/registry/VCreatorMap.h>
+#include <quorl/registry/VCreatorMapTypes.h>
+#include <quorl/registry/VInputCreatorBase.h>
 
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <string>
+#include <utility>
 
 /// The system refuses a call now and then: files are whole or as they were, and what is said is
 /// what the system said.
@@ -114,12 +123,12 @@ TEST_F(SystemFaults, AWriteThatIsInterruptedOrDoesHalfGoesOn)
 }
 
 /// \return whether a process of its own, which is ended by a signal in that call, came to it.
-bool isEndedIn(const char* call, const std::function<void()>& act)
+bool isEndedIn(const char* call, const std::function<void()>& act, long number = 1)
 {
     const ::pid_t child = ::fork();
     if (child == 0)
     {
-        const FailingCall failing(call, 1, 0, FailingCall::Kills);
+        const FailingCall failing(call, number, 0, FailingCall::Kills);
         act();
         ::_exit(0);
     }
@@ -143,6 +152,16 @@ TEST_F(SystemFaults, ASaveThatIsKilledOnceItIsDoneLeavesTheNewFile)
     writeBytes("file", "former");
     EXPECT_TRUE(isEndedIn("close", [] { writeWholeFile("file", longText('b')); }));
     EXPECT_EQ(bytesOf("file"), longText('b'));
+}
+
+TEST_F(SystemFaults, ASaveWhoseFileCannotBeClosedIsDoneAllTheSame)
+{
+    writeBytes("file", "former");
+    const FailingCall failing("close", 1, EIO); // behind fsync, which has told what could fail
+    writeWholeFile("file", longText('b'));
+    EXPECT_TRUE(FailingCall::hasHappened());
+    EXPECT_EQ(bytesOf("file"), longText('b'));
+    EXPECT_EQ(folder_.count(), 1U);
 }
 
 /// Does it where no file may grow beyond so many bytes. \return whether it did what is expected.
@@ -221,6 +240,54 @@ TEST_F(SystemFaults, AFullDiskLeavesTheCacheEmpty)
     EXPECT_TRUE(isDoneOnAFullDisk(16, [] { return saveCache() && bytesOf("cache").empty(); }));
 }
 
+/// Enters so many creators that a cache of them takes several calls of the system.
+void enterManyCreators()
+{
+    auto& map = *Quorl::VCreators(typeid(Quorl::VInputCreatorBase));
+    for (int number = 0; number < 1000; ++number)
+    {
+        const Quorl::RefPtr<Quorl::VCreatorBaseInfo> info(new Quorl::VCreatorBaseInfo);
+        info->ModuleName = "./first.zelm";
+        map.entered("Many/" + std::to_string(number)).second = info;
+    }
+}
+
+TEST_F(SystemFaults, ACacheWhoseSaveIsKilledIsOneOfNothing)
+{
+    copyModule();
+    enterManyCreators();
+    const auto kill = [](const char* call, long number) {
+        return isEndedIn(call, [] { Quorl::SaveVCreatorMapTypes("cache"); }, number);
+    };
+    bool isHalfWritten = false;
+    for (long number = 1; kill("fwrite", number); number += 500)
+    {
+        isHalfWritten = isHalfWritten || !bytesOf("cache").empty();
+        EXPECT_EQ(outputOf([] { Quorl::LoadVCreatorMapTypes("cache"); }), "TypeEntries: 0\n")
+            << number;
+        EXPECT_TRUE(Quorl::VModules::isLoadable("./first.zelm")) << "a scan loads it";
+    }
+    EXPECT_TRUE(isHalfWritten);
+    for (const char* const call : {"fflush", "fclose"})
+    {
+        EXPECT_TRUE(kill(call, 1)) << call;
+        EXPECT_EQ(outputOf([] { Quorl::LoadVCreatorMapTypes("cache"); }), "TypeEntries: 0\n")
+            << call;
+    }
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+}
+
+TEST_F(SystemFaults, ACacheMayBeWrittenToAPipe)
+{
+    enterManyCreators();
+    saveCache();
+    ASSERT_EQ(::mkfifo("pipe", 0600), 0);
+    auto read = std::async(std::launch::async, [] { return bytesOf("pipe"); });
+    outputOf([] { EXPECT_TRUE(Quorl::SaveVCreatorMapTypes("pipe")); });
+    EXPECT_EQ(read.get(), bytesOf("cache"));
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+}
+
 TEST_F(SystemFaults, ACacheThatCannotBeClosedAfterReadingIsReadAllTheSame)
 {
     saveCache();
@@ -274,6 +341,32 @@ TEST_F(SystemFaults, ReadsThatAreInterruptedOrDoHalfGoOn)
         }
 }
 
+/// The earlier image, which would be found in its place, has run its initialisers already.
+TEST_F(SystemFaults, AModuleThatStaysMappedIsNotLoadedAgainIfItCannotBeCopied)
+{
+    std::filesystem::copy_file(STAYING_MODULE, "harm.zelm");
+    Quorl::LeaveItems remover;
+    outputOf([] { EXPECT_TRUE(LoadVModule("harm.zelm")); });
+    for (const auto& [call, error] :
+         {std::pair("sendfile", ENOSPC), {"sendfile", 0}, {"memfd_create", EMFILE}})
+    {
+        std::filesystem::remove("ZelmError.log");
+        EXPECT_TRUE(Quorl::UnloadVModule("harm.zelm", remover));
+        outputOf([&] {
+            const FailingCall failing(call, 1, error);
+            EXPECT_FALSE(LoadVModule("harm.zelm"));
+            EXPECT_TRUE(FailingCall::hasHappened()) << call;
+        });
+        const std::string words = std::strerror(error == 0 ? ENOEXEC : error);
+        EXPECT_EQ(bytesOf("ZelmError.log"),
+                  "Error while loading Zelm plugin\n harm.zelm \n\nThe problem is that \"" + words +
+                      "\"\n\n");
+        EXPECT_FALSE(Quorl::VModules::find("harm.zelm"));
+        outputOf([] { EXPECT_TRUE(LoadVModule("harm.zelm")); }); // once there is room again
+    }
+    EXPECT_TRUE(Quorl::UnloadVModule("harm.zelm", remover));
+}
+
 TEST_F(SystemFaults, AModuleWhoseFileCannotBeAskedIsLoadedAndNeverNewer)
 {
     copyModule();
@@ -315,10 +408,12 @@ TEST_F(SystemFaults, AFileThatCannotBeRenamedKeepsItsName)
     {
         const FailingCall failing("renameat2", 1, EACCES);
         EXPECT_FALSE(Tolmen::Platform::renameFile("from", "to"));
+        EXPECT_TRUE(FailingCall::hasHappened());
     }
     EXPECT_EQ(bytesOf("from"), "bytes");
     const FailingCall failing("renameat2", 1, EINVAL); // as some file systems say
     EXPECT_TRUE(Tolmen::Platform::renameFile("from", "to"));
+    EXPECT_TRUE(FailingCall::hasHappened());
     EXPECT_EQ(bytesOf("to"), "bytes");
 }
 
@@ -326,6 +421,7 @@ TEST_F(SystemFaults, OutputThatCannotBeFlushedIsLost)
 {
     const FailingCall failing("fflush", 1, EPIPE);
     EXPECT_EQ(Quorl::openModules("nowhere", nullptr, false, {}), 0);
+    EXPECT_TRUE(FailingCall::hasHappened());
 }
 
 } // namespace
