@@ -96,31 +96,32 @@ void tell(const VSlot& slot, const RefPtr<VValueBase>& value, const RefPtr<Value
     slot.Parameter->notifyValueChange(value, where, "", {}, nullptr, nullptr);
 }
 
-/// Sets one word's weight, which is 1 when it is entered.
-class SetWeight final : public VCreationPreferences::Iterator
+using Weights = std::vector<std::pair<std::string, double>>;
+
+/// Sets the weights of words, which are 1 when they are entered.
+class SetWeights final : public VCreationPreferences::Iterator
 {
 public:
-    SetWeight(const std::string& word, double weight) : word_(word), weight_(weight) {}
+    explicit SetWeights(const Weights& words)
+    {
+        for (const auto& [word, weight] : words) weights_[word] = weight;
+    }
     bool apply(const std::string& word, double& weight) override
     {
-        if (word == word_) weight = weight_;
-        return word != word_;
+        weight = weights_.at(word);
+        return true;
     }
 
 private:
-    const std::string& word_;
-    const double weight_;
+    std::map<std::string_view, double> weights_;
 };
 
-RefPtr<VCreationPreferences> preferencesOf(const std::vector<std::pair<std::string, double>>& words)
+RefPtr<VCreationPreferences> preferencesOf(const Weights& words)
 {
     RefPtr<VCreationPreferences> preferences(new VCreationPreferences);
-    for (const auto& [word, weight] : words)
-    {
-        *preferences += word;
-        SetWeight setting(word, weight);
-        preferences->iterate(setting);
-    }
+    for (const auto& [word, weight] : words) *preferences += word;
+    SetWeights setting(words);
+    preferences->iterate(setting);
     return preferences;
 }
 

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace Zelm
 {
@@ -41,30 +44,57 @@ void writeInline(std::string& text, const Json& json)
         text += json.dump();
 }
 
-/// Members that are there already stay in front.
+using Member = std::pair<std::string, Json>;
+
+/// An object of which there may be many members: JSON itself would look through all of them for
+/// each new one.
+template <class Items, class MemberOf>
+Json objectOf(const Items& items, MemberOf&& memberOf)
+{
+    Json json = Json::object();
+    auto& members = json.get_ref<Json::object_t&>();
+    std::unordered_map<std::string, std::size_t> places;
+    for (const auto& item : items)
+    {
+        Member member = memberOf(item);
+        const auto [place, isNew] = places.try_emplace(member.first, members.size());
+        if (isNew)
+            members.emplace_back(std::move(member.first), std::move(member.second));
+        else
+            std::next(members.begin(), static_cast<std::ptrdiff_t>(place->second))->second =
+                std::move(member.second);
+    }
+    return json;
+}
+
+/// Members that are there already, which are few, stay in front.
 void append(Json& json, const Json& kept)
 {
+    auto& members = json.get_ref<Json::object_t&>();
+    const auto count = static_cast<std::ptrdiff_t>(members.size());
     for (const auto& [key, value] : kept.items())
-        if (!json.contains(key)) json[key] = value;
+    {
+        const auto end = std::next(members.begin(), count);
+        const bool isThere = std::any_of(members.begin(), end,
+                                         [&](const auto& known) { return known.first == key; });
+        if (!isThere) members.emplace_back(key, value);
+    }
 }
 
 Json ofValues(const std::vector<InputValue>& values)
 {
-    Json json = Json::object();
-    for (const InputValue& value : values) json[value.input] = value.datum;
-    return json;
+    return objectOf(values,
+                    [](const InputValue& value) { return Member(value.input, value.datum); });
 }
 
 Json ofPreferences(const std::vector<std::pair<std::string, double>>& words)
 {
     const bool isPlain =
         std::ranges::all_of(words, [](const auto& word) { return word.second == 1.0; });
-    Json json = isPlain ? Json::array() : Json::object();
-    for (const auto& [word, weight] : words)
-        if (isPlain)
-            json.push_back(word);
-        else
-            json[word] = weight;
+    if (!isPlain)
+        return objectOf(words, [](const auto& word) { return Member(word.first, word.second); });
+    Json json = Json::array();
+    for (const auto& [word, weight] : words) json.push_back(word);
     return json;
 }
 
@@ -99,8 +129,10 @@ Json ofObject(const ObjectEntry& object)
     if (!object.module.empty()) json["module"] = object.module;
     if (!object.preferences.empty()) json["preferences"] = ofPreferences(object.preferences);
     if (!object.values.empty()) json["values"] = ofValues(object.values);
-    for (const Connection& connection : object.inputs)
-        json["inputs"][connection.input] = ofConnection(connection);
+    if (!object.inputs.empty())
+        json["inputs"] = objectOf(object.inputs, [](const Connection& connection) {
+            return Member(connection.input, ofConnection(connection));
+        });
     append(json, object.kept);
     return json;
 }
@@ -143,7 +175,10 @@ void writeLines(std::string& text, std::string_view indent, char open, char clos
 void writeContext(std::string& text, const ContextEntry& context)
 {
     Json head = {{"name", context.name}};
-    for (const NamedValue& value : context.named) head["named"][value.name] = ofNamed(value);
+    if (!context.named.empty())
+        head["named"] = objectOf(context.named, [](const NamedValue& value) {
+            return Member(value.name, ofNamed(value));
+        });
     append(head, context.kept);
     writeInline(text, head);
     if (context.values.empty()) return;
