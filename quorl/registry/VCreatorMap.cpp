@@ -44,9 +44,17 @@ VCreatorMap::Entry* VCreatorMap::lookUp(const Line& line) const
 VCreatorMap::Entry& VCreatorMap::entered(const string& name)
 {
     if (Entry* const known = lookUp(name)) return *known;
-    Entry& made = *try_emplace(name).first;
-    index_.insert(made);
-    return made;
+    const auto made = try_emplace(name).first;
+    try
+    {
+        index_.insert(*made);
+    }
+    catch (...)
+    {
+        NameTable::erase(made);
+        throw;
+    }
+    return *made;
 }
 
 void VCreatorMap::forget(const Entry& entry)
@@ -83,18 +91,16 @@ void VCreatorMap::clear()
 
 bool VCreatorMap::remove(const string& name)
 {
-    const string removed = name; // may be the name of the object that ends here
-    const auto entry = find(removed);
+    const auto entry = find(name);
     if (entry == end())
     {
-        std::printf("Could not find %s...\n", removed.c_str());
-        removePriority(removed);
+        std::printf("Could not find %s...\n", name.c_str());
+        removePriority(name);
         return false;
     }
-    const RefPtr<VCreatorBaseInfo> info =
-        entry->second; // ends the object when the tables are whole
-    erase(entry);
-    removePriority(removed);
+    forget(*entry);
+    const auto last = NameTable::extract(entry); // ends the object when the tables are whole
+    removePriority(last.key());
     return true;
 }
 

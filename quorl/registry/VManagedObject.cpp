@@ -40,6 +40,33 @@ string freeName(const VCreatorMap& domain, const string& name)
     return candidate;
 }
 
+RefPtr<VCreatorBaseInfo> recordOfPresentModule()
+{
+    RefPtr<VCreatorBaseInfo> record(new VCreatorBaseInfo);
+    record->ModuleName = VManagedObject::CurrentLoadModule;
+    return record;
+}
+
+/// Makes an entry and a line of a name, if need be, and its record. An exception leaves none behind
+/// that were not there.
+VCreatorBaseInfo& enteredRecord(VCreatorMap& domain, const string& name, int priority)
+{
+    const std::size_t count = domain.size();
+    VCreatorMap::Entry& entry = domain.entered(name);
+    const bool isNew = domain.size() > count;
+    try
+    {
+        if (!entry.second) entry.second = recordOfPresentModule();
+        domain.addPriority(priority, name);
+    }
+    catch (...)
+    {
+        if (isNew) domain.erase(name);
+        throw;
+    }
+    return *entry.second;
+}
+
 } // namespace
 
 string VManagedObject::CurrentLoadModule;
@@ -74,16 +101,10 @@ void VManagedObject::insert(const string& wantedName, int givenPriority)
         return;
     }
     setName(candidate);
-    RefPtr<VCreatorBaseInfo>& info = domainMap->entered(candidate).second;
-    if (!info)
-    {
-        info = new VCreatorBaseInfo;
-        info->ModuleName = CurrentLoadModule;
-    }
     // Straight into the record: a strong handle in passing would end this object, which nobody
     // holds yet.
-    info->Creator = static_cast<const VManagedObjectBase*>(this)->self;
-    domainMap->addPriority(givenPriority, candidate);
+    enteredRecord(*domainMap, candidate, givenPriority).Creator =
+        static_cast<const VManagedObjectBase*>(this)->self;
     priority = givenPriority;
 }
 
