@@ -44,7 +44,8 @@ std::vector<RefPtr<VObject>> LoadedNetwork::liveObjects() const
 void LoadedNetwork::remove()
 {
     const RefPtr<LoadedNetwork> myself(this); // the objects own it
-    for (const RefPtr<VObject>& object : liveObjects()) object->remove();
+    for (std::size_t at = 0; at < objects.size(); ++at)
+        if (const RefPtr<VObject> object = objects[at].second) object->remove();
 }
 
 } // namespace Zelm

@@ -147,7 +147,9 @@ public:
     Builder& operator=(const Builder&) = delete;
     ~Builder()
     {
-        if (!isFinished_) network_->remove();
+        if (isFinished_) return;
+        for (const auto& [name, object] : objects_)
+            if (object) object->remove();
     }
 
     RefPtr<LoadedNetwork> build()
@@ -196,10 +198,9 @@ private:
 
     void make(const ObjectEntry& entry)
     {
-        RefPtr<VObject> object;
+        RefPtr<VObject>& object = objects_[entry.name]; // held from the first, whatever fails next
         located(entry.place, ownerOf(entry), {"creator"}, [&] { object = created(entry); });
         network_->objects.emplace_back(entry.name, object);
-        objects_.emplace(entry.name, object);
         object->addInterface(network_);
         object->addInterface(recordOf(entry, *object));
     }

@@ -58,9 +58,13 @@ T numberFrom(const Json& json)
 template <std::floating_point T>
 T numberFrom(const Json& json)
 {
-    if (json == "inf") return std::numeric_limits<T>::infinity();
-    if (json == "-inf") return -std::numeric_limits<T>::infinity();
-    if (json == "nan") return std::numeric_limits<T>::quiet_NaN();
+    if (json.is_string()) // the library's own comparison ends the process if there is no memory
+    {
+        const auto& word = json.get_ref<const std::string&>();
+        if (word == "inf") return std::numeric_limits<T>::infinity();
+        if (word == "-inf") return -std::numeric_limits<T>::infinity();
+        if (word == "nan") return std::numeric_limits<T>::quiet_NaN();
+    }
     const bool fits = json.is_number() && std::isfinite(static_cast<T>(json.get<double>()));
     if (!fits) refuse("a number", json);
     return static_cast<T>(json.get<double>());
