@@ -48,12 +48,26 @@ TEST_F(Exit, AHandlerMayUseTheKernelBehindItsCleanUp)
 TEST_F(Exit, WhatIsLeftInTheTablesMayUseThemWhenItEnds)
 {
     run("LeavesEverything");
-    expectQuietEnd("main ends\n");
+    // What the program itself owns last first, and then in the reverse order of first use.
+    expectQuietEnd("main ends\n"
+                   "the action of a stack\n"
+                   "the action of the stack for all\n"
+                   "the scheduled object\n"
+                   "the handler\n"
+                   "the quitter\n"
+                   "the subscriber\n"
+                   "the logger\n"
+                   "the watcher\n"
+                   "the saver\n"
+                   "the pool creator\n"
+                   "the object in the registry\n"
+                   "the reader\n");
 }
 
 TEST_F(Exit, AProcessMayEndInTheMiddleOfAnyCall)
 {
-    for (const char* const place : {"update", "turn", "logger", "subscriber", "undo", "walk"})
+    for (const char* const place : {"update", "turn", "logger", "subscriber", "undo", "walk",
+                                    "observer", "slots", "savers", "action", "unction", "queue"})
     {
         run("ExitsFrom", place);
         EXPECT_EQ(out, "leaving\n") << place;

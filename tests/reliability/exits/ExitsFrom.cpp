@@ -1,5 +1,9 @@
+#include <quorl/kit/Network.h>
+#include <quorl/modules/ZelmSaver.h>
+#include <quorl/values/ValueNotifier.h>
 #include <tests/reliability/exits/UseEverything.h>
 
+#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -42,6 +46,40 @@ struct Action final : VUndoAction
 {
     Action() : VUndoAction("leaves") {}
     bool undo() override { endTheProcess(); }
+};
+
+struct LeavesAtItsEnd final : VUndoAction
+{
+    LeavesAtItsEnd() : VUndoAction("leaves at its end") {}
+    ~LeavesAtItsEnd() override { endTheProcess(); }
+    bool undo() override { return true; }
+};
+
+struct LeavesInItsUnction final : VUndoAction
+{
+    LeavesInItsUnction() : VUndoAction("leaves before its end") {}
+    bool undo() override { return true; }
+    void extremeUnction() override { endTheProcess(); }
+};
+
+struct Observer final : ValueNotifier
+{
+    void valueChanged(const RefPtr<VValueBase>&, const WeakPtr<ValuePool>&,
+                      const ValueNotifierList*, const ValueMap*) override
+    {
+        endTheProcess();
+    }
+};
+
+struct Saver final : ZelmSaver
+{
+    Saver() : ZelmSaver(".left") {}
+    bool save(const std::string& /*file*/) override { return true; }
+};
+
+struct SaverVisitor final : VSaveable::SaveIterator
+{
+    bool apply(const string&, const RefPtr<ZelmSaver>&) override { endTheProcess(); }
 };
 
 struct Visitor final : VManagedObjectIterator
@@ -91,9 +129,53 @@ void fromWalk()
     VManagedObject::traverse(typeid(VObject), visitor);
 }
 
+void fromAction()
+{
+    VUndoStack::GlobalUndoStack().AddAction(new LeavesAtItsEnd);
+    VUndoStack::GlobalUndoStack().setSize(0);
+}
+
+void fromUnction()
+{
+    const RefPtr<VUndoAction> action(new LeavesInItsUnction);
+}
+
+void fromObserver()
+{
+    const RefPtr<VParameter> parameter = QuorlTest::makeNumber("watched");
+    const RefPtr<Observer> observer(new Observer);
+    parameter->addNotifier(observer);
+    const RefPtr<QuorlTest::Counting> owner(new QuorlTest::Counting("owner"));
+    owner->addParameter("watched", 0, parameter, false);
+    setText(*owner, "watched", "2", RefPtr<ValuePool>(new ValuePool("left")));
+}
+
+void fromSlots()
+{
+    const RefPtr<QuorlTest::Counting> owner(new QuorlTest::Counting("owner"));
+    owner->addParameter("met", 0, QuorlTest::makeNumber("met"), false);
+    owner->iterate_inputs(
+        std::function<bool(VSlot&, int)>([](VSlot&, int) -> bool { endTheProcess(); }));
+}
+
+void fromSavers()
+{
+    VSaveable::GlobalState().addSaver("left", new Saver);
+    SaverVisitor visitor;
+    VSaveable::GlobalState().iterateSavers(visitor);
+}
+
+void fromQueue()
+{
+    HostQueue::post([] { endTheProcess(); });
+    HostQueue::drain();
+}
+
 constexpr std::pair<std::string_view, void (*)()> kPlaces[] = {
-    {"update", &fromUpdate},         {"turn", &fromTurn}, {"logger", &fromLogger},
-    {"subscriber", &fromSubscriber}, {"undo", &fromUndo}, {"walk", &fromWalk},
+    {"update", &fromUpdate},         {"turn", &fromTurn},       {"logger", &fromLogger},
+    {"subscriber", &fromSubscriber}, {"undo", &fromUndo},       {"walk", &fromWalk},
+    {"action", &fromAction},         {"unction", &fromUnction}, {"observer", &fromObserver},
+    {"slots", &fromSlots},           {"savers", &fromSavers},   {"queue", &fromQueue},
 };
 
 } // namespace

@@ -14,23 +14,23 @@ namespace
 
 using namespace Quorl;
 
-/// Part of each class below.
+/// Part of each class below. Says who has ended.
 struct UsesAllAtItsEnd
 {
-    UsesAllAtItsEnd() = default;
+    explicit UsesAllAtItsEnd(const char* owner) : name(owner) {}
     UsesAllAtItsEnd(const UsesAllAtItsEnd&) = delete;
     UsesAllAtItsEnd& operator=(const UsesAllAtItsEnd&) = delete;
     ~UsesAllAtItsEnd()
     {
         QuorlTest::useEverything();
-        ++ended;
+        std::printf("%s\n", name);
     }
-    static inline constinit int ended = 0;
+    const char* const name;
 };
 
 struct Object final : VObject
 {
-    explicit Object(const std::string& objectName) : VObject(objectName, 0, {})
+    explicit Object(const char* objectName) : VObject(objectName, 0, {}), last(objectName)
     {
         enableRequestProcessing();
     }
@@ -43,23 +43,23 @@ struct Logger final : VLogger
                   const string&) override
     {
     }
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the logger"};
 };
 
 struct Subscriber final : VActionNotifier
 {
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the subscriber"};
 };
 
 struct Quitter final : ApplicationQuitter
 {
     void quit() override {}
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the quitter"};
 };
 
 struct Action final : VUndoAction
 {
-    Action() : VUndoAction("left") {}
+    explicit Action(const char* name) : VUndoAction("left"), last(name) {}
     bool undo() override { return true; }
     const UsesAllAtItsEnd last;
 };
@@ -68,19 +68,19 @@ struct Saver final : ZelmSaver
 {
     Saver() : ZelmSaver(".left") {}
     bool save(const std::string& /*file*/) override { return true; }
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the saver"};
 };
 
 struct Handler final : DownloadHandler
 {
     bool download(const string&, long long, const string&, long long) override { return false; }
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the handler"};
 };
 
 struct PoolCreator final : ValuePoolCreator
 {
     RefPtr<ValuePool> createPool(const string& /*name*/) override { return {}; }
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the pool creator"};
 };
 
 struct Watcher final : ValueNotifier
@@ -89,22 +89,22 @@ struct Watcher final : ValueNotifier
                       const ValueNotifierList*, const ValueMap*) override
     {
     }
-    const UsesAllAtItsEnd last;
+    const UsesAllAtItsEnd last{"the watcher"};
 };
 
 void leaveObjects()
 {
-    const RefPtr<VObject> inRegistry(new Object("in the registry"));
+    const RefPtr<VObject> inRegistry(new Object("the object in the registry"));
     const RefPtr<VParameter> parameter = QuorlTest::makeNumber("left");
     inRegistry->registerOutput(parameter, "left");
     static const RefPtr<Watcher> watcher(new Watcher);
     parameter->addNotifier(watcher);
-    const RefPtr<VObject> reader(new Object("a reader"));
+    const RefPtr<VObject> reader(new Object("the reader"));
     reader->addParameter("left", 0, QuorlTest::makeNumber("own"), false)->attachSource(parameter);
 
     static const RefPtr<ValuePool> pool(new ValuePool("left"));
     setText(*reader, "left", "3", pool);
-    const RefPtr<VObject> scheduled(new Object("scheduled"));
+    const RefPtr<VObject> scheduled(new Object("the scheduled object"));
     scheduled->schedule(1.0, pool);
     scheduled->VManagedObject::remove(); // the scheduler owns it
 }
@@ -126,8 +126,8 @@ int main()
     leaveActive<Subscriber>();
     static const RefPtr<Quitter> quitter(new Quitter);
     static const RefPtr<VUndoStack> stack(new VUndoStack);
-    stack->AddAction(new Action);
-    VUndoStack::GlobalUndoStack().AddAction(new Action);
+    stack->AddAction(new Action("the action of a stack"));
+    VUndoStack::GlobalUndoStack().AddAction(new Action("the action of the stack for all"));
     VSaveable::GlobalState().addSaver("left", new Saver);
     DownloadHandler::setDownloadHandler(new Handler);
     VGlobals::theGlobals().poolCreators.insert(RefPtr<ValuePoolCreator>(new PoolCreator));

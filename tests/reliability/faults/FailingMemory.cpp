@@ -10,23 +10,32 @@ namespace
 {
 
 constinit std::atomic<long> theBlocks = 0;
-constinit std::atomic<long> theCallsLeft = 0; // 0 where none is to fail
+constinit std::atomic<long> theCallsLeft = 0; // 0 where none is to fail any more
+constinit std::atomic<bool> isExhausted = false;
+constinit std::atomic<bool> isToStayExhausted = false;
 
 bool isToFail()
 {
-    return theCallsLeft.load() > 0 && theCallsLeft.fetch_sub(1) == 1;
+    if (theCallsLeft.load() > 0 && theCallsLeft.fetch_sub(1) == 1)
+    {
+        isExhausted = isToStayExhausted.load();
+        return true;
+    }
+    return isExhausted;
 }
 
 } // namespace
 
-FailingMemory::FailingMemory(long number)
+FailingMemory::FailingMemory(long number, Extent extent)
 {
+    isToStayExhausted = extent == FromThenOn;
     theCallsLeft = number;
 }
 
 FailingMemory::~FailingMemory()
 {
     theCallsLeft = 0;
+    isExhausted = false;
 }
 
 bool FailingMemory::hasFailed() const

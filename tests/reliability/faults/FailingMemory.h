@@ -3,12 +3,18 @@
 namespace QuorlTest
 {
 
-/// While this lives, one allocation of the process fails: that with the given number, from 1 on. At
-/// most one at a time.
+/// While this lives, an allocation of the process fails: that with the given number, from 1 on; and
+/// those behind it, if that is wanted. At most one at a time.
 class FailingMemory
 {
 public:
-    explicit FailingMemory(long number);
+    enum Extent
+    {
+        Once,
+        FromThenOn,
+    };
+
+    explicit FailingMemory(long number, Extent extent = Once);
     FailingMemory(const FailingMemory&) = delete;
     FailingMemory& operator=(const FailingMemory&) = delete;
     ~FailingMemory();
