@@ -92,6 +92,13 @@ size_t fwrite(const void* bytes, size_t size, size_t count, FILE* file)
     return own<decltype(fwrite)>("fwrite")(bytes, size, static_cast<size_t>(most), file);
 }
 
+size_t fread(void* bytes, size_t size, size_t count, FILE* file)
+{
+    const ssize_t most = permitted("fread", count);
+    if (most < 0) return 0;
+    return own<decltype(fread)>("fread")(bytes, size, static_cast<size_t>(most), file);
+}
+
 int fflush(FILE* file)
 {
     return fails("fflush") ? EOF : own<decltype(fflush)>("fflush")(file);
@@ -116,6 +123,13 @@ ssize_t write(int descriptor, const void* bytes, size_t size)
     const ssize_t most = permitted("write", size);
     if (most < 0) return -1;
     return own<decltype(write)>("write")(descriptor, bytes, static_cast<size_t>(most));
+}
+
+ssize_t read(int descriptor, void* bytes, size_t size)
+{
+    const ssize_t most = permitted("read", size);
+    if (most < 0) return errno == 0 ? 0 : -1; // the file has shrunk
+    return own<decltype(read)>("read")(descriptor, bytes, static_cast<size_t>(most));
 }
 
 ssize_t pread(int descriptor, void* bytes, size_t size, off_t offset)

@@ -8,8 +8,8 @@ namespace QuorlTest
 /// While this lives, one call of a function of the system does not do what it should. At most one
 /// at a time, in a program that is linked with these functions in the place of the system's:
 ///
-///     close  dlopen  fchmod  fclose  fflush  fsync  fwrite  memfd_create  opendir  pread
-///     readdir  rename  renameat2  sendfile  stat  write
+///     close  dlopen  fchmod  fclose  fflush  fread  fsync  fwrite  memfd_create  opendir  pread
+///     read  readdir  rename  renameat2  sendfile  stat  write
 class FailingCall
 {
 public:

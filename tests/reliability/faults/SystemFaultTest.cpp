@@ -122,6 +122,32 @@ TEST_F(SystemFaults, AWriteThatIsInterruptedOrDoesHalfGoesOn)
     EXPECT_EQ(bytesOf("file"), "short");
 }
 
+TEST_F(SystemFaults, AFileThatShrinksWhileItIsReadIsReadAsFarAsItGoes)
+{
+    const std::string text = longText('a');
+    writeBytes("file", text);
+    const FailingCall failing("read", 2, 0); // nothing more is there
+    const std::string begin = Zelm::readWholeFile("file");
+    EXPECT_TRUE(FailingCall::hasHappened());
+    EXPECT_LT(begin.size(), text.size());
+    EXPECT_TRUE(!begin.empty() && text.starts_with(begin));
+}
+
+TEST_F(SystemFaults, AFileThatCannotBeReadToItsEndIsRefused)
+{
+    writeBytes("file", longText('a'));
+    const FailingCall failing("read", 2, EIO);
+    try
+    {
+        Zelm::readWholeFile("file");
+        ADD_FAILURE() << "half of a file is taken for all of it";
+    }
+    catch (const Zelm::NetworkError& error)
+    {
+        EXPECT_STREQ(error.what(), "file: Input/output error");
+    }
+}
+
 /// \return whether a process of its own, which is ended by a signal in that call, came to it.
 bool isEndedIn(const char* call, const std::function<void()>& act, long number = 1)
 {
@@ -274,6 +300,30 @@ TEST_F(SystemFaults, ACacheWhoseSaveIsKilledIsOneOfNothing)
         EXPECT_EQ(outputOf([] { Quorl::LoadVCreatorMapTypes("cache"); }), "TypeEntries: 0\n")
             << call;
     }
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+}
+
+TEST_F(SystemFaults, ACacheThatShrinksWhileItIsReadIsReadAsFarAsItGoes)
+{
+    copyModule();
+    enterManyCreators();
+    saveCache();
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+    const auto& creators = *Quorl::VCreators(typeid(Quorl::VInputCreatorBase));
+    {
+        const FailingCall failing("fread", 1, 0);
+        EXPECT_EQ(outputOf([] { EXPECT_TRUE(Quorl::LoadVCreatorMapTypes("cache")); }),
+                  "TypeEntries: 0\n");
+        EXPECT_TRUE(FailingCall::hasHappened());
+    }
+    EXPECT_TRUE(creators.empty());
+    {
+        const FailingCall failing("fread", 1, 0, FailingCall::Halves);
+        outputOf([] { EXPECT_TRUE(Quorl::LoadVCreatorMapTypes("cache")); });
+        EXPECT_TRUE(FailingCall::hasHappened());
+    }
+    EXPECT_GT(creators.size(), 100U);
+    EXPECT_LT(creators.size(), 1000U);
     emptyDomain(typeid(Quorl::VInputCreatorBase));
 }
 
