@@ -4,13 +4,15 @@
 Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
 run, then those of tests/model, then those of the other folders. A mutant is killed by a test that
 fails, crashes or does not end; one that does not compile does not count. Why some survive is told in
-explained.toml. Results stay in build/mutation/results.json: a further run goes on from there.
+explained.toml. Results stay in build/mutation/results.json: a further run goes on from there, but for
+files that have changed since, and tries once more what has survived.
 """
 
 import argparse
 import collections
 import contextlib
 import functools
+import hashlib
 import io
 import json
 import os
@@ -109,13 +111,14 @@ def result_of(name, mutant):
         source.write_text(text, encoding="utf-8")
 
 
-def choose(count, seed, folders):
+def choose(count, seed, folders, suffixes):
     """Mutants, spread over the folders and their files: as many of each folder, as far as it has
     them."""
     by_folder = {}
     for folder in folders:
         found = []
-        for source in sorted((TREE / "quorl" / folder).rglob("*.cpp")):
+        sources = (TREE / "quorl" / folder).rglob("*")
+        for source in sorted(source for source in sources if source.suffix in suffixes):
             name = str(source.relative_to(TREE))
             found += [(name, mutant) for mutant in find_mutants(source.read_text(encoding="utf-8"))]
         random.Random(f"{seed} {folder}").shuffle(found)
@@ -131,8 +134,15 @@ def described(name, mutant):
     begin = text.rfind("\n", 0, mutant.begin) + 1
     end = text.find("\n", mutant.end)
     changed = mutant.applied(text)[begin:end + len(mutant.replacement) + mutant.begin - mutant.end]
-    return {"file": name, "line": line_of(text, mutant.begin), "kind": mutant.kind,
-            "before": text[begin:end].strip(), "after": changed.strip()}
+    return {"file": name, "state": state_of(name), "line": line_of(text, mutant.begin),
+            "kind": mutant.kind, "before": text[begin:end].strip(), "after": changed.strip()}
+
+
+@functools.cache
+def state_of(name):
+    """What a file of the copy holds, in short; nothing if it is not there any more."""
+    source = TREE / name
+    return hashlib.sha256(source.read_bytes()).hexdigest()[:12] if source.exists() else ""
 
 
 @functools.cache
@@ -150,6 +160,8 @@ def report(results):
     counts = collections.Counter()
     unexplained = []
     for entry in results.values():
+        if entry["state"] != state_of(entry["file"]):
+            continue
         result = entry["result"]
         if result == "survived" and is_explained(entry):
             result = "explained"
@@ -172,15 +184,18 @@ def main():
     parser.add_argument("--count", type=int, default=500, help="mutants, of all folders together")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--folder", action="append", choices=FOLDERS, help="may be repeated")
+    parser.add_argument("--headers", action="store_true",
+                        help="of headers, which takes longer: most of them are part of much")
     parser.add_argument("--report", action="store_true", help="tell what is known, run nothing")
     options = parser.parse_args()
     results = json.loads(RESULTS.read_text(encoding="utf-8")) if RESULTS.exists() else {}
     if not options.report:
         prepare()
-        for name, mutant in choose(options.count, options.seed, options.folder or FOLDERS):
+        for name, mutant in choose(options.count, options.seed, options.folder or FOLDERS,
+                                   {".h"} if options.headers else {".cpp"}):
             entry = described(name, mutant)
-            key = f"{name}:{mutant.begin}:{mutant.kind}:{entry['before']}"
-            if key in results:
+            key = f"{name}:{entry['state']}:{mutant.begin}:{mutant.kind}"
+            if key in results and results[key]["result"] != "survived":
                 continue
             result = "survived" if is_explained(entry) else result_of(name, mutant)
             results[key] = entry | {"result": result}
