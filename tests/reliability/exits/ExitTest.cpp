@@ -98,7 +98,11 @@ TEST_F(Exit, AProgramMayLoadTheKernelItselfAndLetItGo)
     expectQuietEnd("unloaded\nleft to the end\n");
 }
 
-TEST_F(Exit, ThreadsMayEndWithHandlesOfTheirOwn)
+class ExitThreads : public Exit
+{
+};
+
+TEST_F(ExitThreads, MayEndWithHandlesOfTheirOwn)
 {
     run("ThreadLocalUser");
     expectQuietEnd("main ends\n");
@@ -111,7 +115,7 @@ TEST_F(Exit, ObjectsOfModulesMayBeLeftAnywhere)
 }
 
 #ifdef HAS_THREADS
-TEST_F(Exit, TasksMayRunAndWaitForAThread)
+TEST_F(ExitThreads, MayRunTasksOfWhichOthersWait)
 {
     run("LeavesTasks", SHIPPED_MODULES "/threads.zelm");
     expectQuietEnd("main ends\n");

@@ -228,6 +228,19 @@ TEST_F(FatalModule, EndsTheProcessAsItWishesToWhenItLeaves)
                        "unloading ./first.zelm\nunloading ./harm.zelm\n");
 }
 
+TEST_F(FatalModule, EndsTheProcessAsItWishesToWhenItComes)
+{
+    for (const char* const module : {"ExitsWhenItIsInitialised", "ExitsWhenItIsLoaded"})
+    {
+        std::filesystem::remove(path(kHarm));
+        copy(module, kHarm);
+        open();
+        EXPECT_EQ(status, 3) << module;
+        EXPECT_EQ(out, "") << module;
+        EXPECT_EQ(err, "") << module;
+    }
+}
+
 TEST_F(FatalModule, EndsTheProcessIfItThrowsWhileItIsLoaded)
 {
     copy("ThrowsWhenItIsLoaded", kHarm);
