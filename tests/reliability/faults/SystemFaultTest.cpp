@@ -1,3 +1,5 @@
+#include <plugins/grid/MapError.h>
+#include <plugins/picture/NewFile.h>
 #include <tests/reliability/faults/FailingCalls.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/EmptyDomain.h>
@@ -77,6 +79,21 @@ std::string longText(char letter)
     return std::string(1 << 20, letter) + "\n";
 }
 
+/// \return whether a process of its own, which is ended by a signal in that call, came to it.
+bool isEndedIn(const char* call, const std::function<void()>& act, long number = 1)
+{
+    const ::pid_t child = ::fork();
+    if (child == 0)
+    {
+        const FailingCall failing(call, number, 0, FailingCall::Kills);
+        act();
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+}
+
 // Files that are replaced in one step
 
 class WholeFiles : public SystemFaults, public testing::WithParamInterface<const char*>
@@ -103,6 +120,43 @@ TEST_P(WholeFiles, StayAsTheyWereIfACallFails)
     EXPECT_EQ(folder_.count(), 1U);
 }
 INSTANTIATE_TEST_SUITE_P(Calls, WholeFiles, testing::Values("write", "fchmod", "fsync", "rename"),
+                         [](const auto& test) { return std::string(test.param); });
+
+class WholePictures : public SystemFaults, public testing::WithParamInterface<const char*>
+{
+protected:
+    static void replaceFile()
+    {
+        Maps::NewFile file("file");
+        file.write(longText('a'));
+        file.takeThePlaceOfTheTarget();
+    }
+};
+
+TEST_P(WholePictures, StayAsTheyWereIfACallFailsOrEndsTheProcess)
+{
+    writeBytes("file", "former");
+    std::string words;
+    {
+        const FailingCall failing(GetParam(), 1, ENOSPC);
+        try
+        {
+            replaceFile();
+        }
+        catch (const Maps::MapError& error)
+        {
+            words = error.what();
+        }
+    }
+    EXPECT_EQ(words, "'file': cannot be written: No space left on device");
+    EXPECT_EQ(bytesOf("file"), "former");
+    EXPECT_EQ(folder_.count(), 1U);
+
+    EXPECT_TRUE(isEndedIn(GetParam(), &replaceFile));
+    EXPECT_EQ(bytesOf("file"), "former");
+}
+INSTANTIATE_TEST_SUITE_P(Calls, WholePictures,
+                         testing::Values("fwrite", "fchmod", "fclose", "rename"),
                          [](const auto& test) { return std::string(test.param); });
 
 TEST_F(SystemFaults, AWriteThatIsInterruptedOrDoesHalfGoesOn)
@@ -146,21 +200,6 @@ TEST_F(SystemFaults, AFileThatCannotBeReadToItsEndIsRefused)
     {
         EXPECT_STREQ(error.what(), "file: Input/output error");
     }
-}
-
-/// \return whether a process of its own, which is ended by a signal in that call, came to it.
-bool isEndedIn(const char* call, const std::function<void()>& act, long number = 1)
-{
-    const ::pid_t child = ::fork();
-    if (child == 0)
-    {
-        const FailingCall failing(call, number, 0, FailingCall::Kills);
-        act();
-        ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
 }
 
 TEST_F(SystemFaults, ASaveThatIsKilledLeavesTheFormerFile)
