@@ -16,11 +16,18 @@ bool isDigit(char letter)
     return letter >= '0' && letter <= '9';
 }
 
+constexpr long kCountedDigits = 18;
+
+/// How many digits stand before the exponent.
+long digitsOf(const std::string& number)
+{
+    return std::ranges::count_if(number.substr(0, number.find_first_of("eE")), isDigit);
+}
+
 /// The same digits without a sign, if there are few enough for all of them to count, and the power
 /// of ten is within those that are multiplied up without loss of range.
 bool isPlain(const std::string& number)
 {
-    constexpr std::size_t kCountedDigits = 18;
     return number.size() <= kCountedDigits && std::ranges::all_of(number, [](char letter) {
                return isDigit(letter) || letter == '.';
            });
@@ -29,7 +36,6 @@ bool isPlain(const std::string& number)
 /// Nothing, times a power of ten that is an infinity, is no number.
 bool isNothing(const std::string& number)
 {
-    constexpr long kCountedDigits = 18;
     long digits = 0;
     for (const char letter : number.substr(0, number.find_first_of("eE")))
         if (isDigit(letter) && ++digits <= kCountedDigits && letter != '0') return false;
@@ -38,8 +44,9 @@ bool isNothing(const std::string& number)
 
 } // namespace
 
-/// Any text gives a number or an infinity, and an end within it; short decimal fractions are read
-/// as the standard library reads them, up to the last digits.
+/// Any text gives a number or an infinity, and an end within it; decimal fractions are read as the
+/// standard library reads them, up to the last digits, or to some more of them where there is an
+/// exponent.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text(reinterpret_cast<const char*>(data), size);
@@ -50,9 +57,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const std::string read(text.c_str(), static_cast<const char*>(end));
     if (std::isnan(number) && !isNothing(read)) std::abort();
-    if (read.empty() || !isPlain(read)) return 0;
     double expected = 0.0;
-    std::from_chars(read.data(), read.data() + read.size(), expected);
-    if (std::abs(number - expected) > 4e-16 * expected) std::abort();
+    const auto whole = std::from_chars(read.data(), read.data() + read.size(), expected);
+    if (read.empty() || whole.ptr != read.data() + read.size()) return 0; // another form
+    const bool isInReach = std::abs(expected) > 1e-290 && std::abs(expected) < 1e290;
+    const bool isCounted = digitsOf(read) <= kCountedDigits;
+    if (!isPlain(read) && !(isInReach && isCounted)) return 0;
+    const double tolerance = isPlain(read) ? 4e-16 : 1e-12;
+    if (std::abs(number - expected) > tolerance * std::abs(expected)) std::abort();
     return 0;
 }

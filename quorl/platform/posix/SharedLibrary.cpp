@@ -105,7 +105,7 @@ bool isPresent(void* handle)
 {
     const auto& images = theLoaded().images;
     return std::any_of(images.begin(), images.end(), [&](const auto& entry) {
-        return entry.second && entry.second->handle == handle;
+        return entry.second->handle == handle;
     });
 }
 
