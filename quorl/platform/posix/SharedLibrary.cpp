@@ -104,9 +104,8 @@ void* open(const std::string& path)
 bool isPresent(void* handle)
 {
     const auto& images = theLoaded().images;
-    return std::any_of(images.begin(), images.end(), [&](const auto& entry) {
-        return entry.second->handle == handle;
-    });
+    return std::any_of(images.begin(), images.end(),
+                       [&](const auto& entry) { return entry.second->handle == handle; });
 }
 
 std::shared_ptr<Image> imageAt(const std::string& openPath)
