@@ -25,6 +25,13 @@ constexpr std::size_t kMostOfSource = 4095;
 
 constinit bool allStayLoaded = false;
 
+/// What the static initialisers around a load register from then on is of their module.
+void goOnWithOuterModule()
+{
+    if (const VModule* const outer = LoadScope::inStaticInitialisers())
+        VManagedObject::CurrentLoadModule = outer->path;
+}
+
 /// Closes the quotation, in the place of the line end that some systems' texts have.
 string closed(string text)
 {
@@ -65,11 +72,10 @@ VModule::VModule(const string& modulePath)
     catch (...)
     {
         VManagedObject::CurrentLoadModule.clear();
+        goOnWithOuterModule();
         throw;
     }
-    // What the static initialisers around this load register from now on is of their module.
-    if (const VModule* const outer = LoadScope::inStaticInitialisers())
-        VManagedObject::CurrentLoadModule = outer->path;
+    goOnWithOuterModule();
 }
 
 VModule::~VModule()

@@ -13,7 +13,7 @@ namespace Tolmen::Platform
 ///
 /// Some libraries never leave a process, whatever is asked of the system. The next load of such a
 /// file maps a copy of it, so that its initialisers run all the same, and its code is that of the
-/// file as it is then.
+/// file as it is then. It fails if no copy can be made.
 ///
 /// Threads: one at a time.
 class TOLMEN_API SharedLibrary

@@ -160,7 +160,7 @@ def report(results):
     counts = collections.Counter()
     unexplained = []
     for entry in results.values():
-        if entry["state"] != state_of(entry["file"]):
+        if entry.get("state") != state_of(entry["file"]):
             continue
         result = entry["result"]
         if result == "survived" and is_explained(entry):

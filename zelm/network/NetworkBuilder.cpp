@@ -309,7 +309,7 @@ private:
     {
         const RefPtr<ValuePool> pool = addContext(*network_, entry.name);
         const std::string owner = ownerOf(entry);
-        for (const ContextValues& values : entry.values) setValuesIn(pool, entry, values);
+        for (const ContextValues& values : entry.values) setValuesIn(pool, entry, owner, values);
         for (const NamedValue& value : entry.named)
             located(value.place, owner, {"named.", value.name}, [&] {
                 const auto made = valueFromJson(value.type, value.datum);
@@ -319,11 +319,10 @@ private:
     }
 
     void setValuesIn(const RefPtr<ValuePool>& pool, const ContextEntry& context,
-                     const ContextValues& values) const
+                     const std::string& owner, const ContextValues& values) const
     {
         const RefPtr<VObject>& object = objects_.at(values.object);
         const RefPtr<ObjectRecord> record = object->findInterface(typeid(ObjectRecord));
-        const std::string owner = ownerOf(context);
         for (const InputValue& value : values.values)
             located(value.place, owner, {"values.", values.object, ".", value.input}, [&] {
                 const RefPtr<VParameter> parameter = inputOf(*object, value.input)->Parameter;

@@ -108,15 +108,6 @@ bool isPresent(void* handle)
                        [&](const auto& entry) { return entry.second->handle == handle; });
 }
 
-std::shared_ptr<Image> imageAt(const std::string& openPath)
-{
-    auto image = std::make_shared<Image>(Image{openPath, nullptr, false});
-    image->handle = open(openPath);
-    if (!image->handle) return nullptr;
-    image->isShared = isPresent(image->handle);
-    return image;
-}
-
 std::string lastError()
 {
     const char* const text = ::dlerror();
@@ -131,9 +122,13 @@ struct Found
     std::string error;
 };
 
-Found found(std::shared_ptr<Image> image)
+Found imageAt(const std::string& openPath)
 {
-    return image ? Found{std::move(image), {}} : Found{nullptr, lastError()};
+    auto image = std::make_shared<Image>(Image{openPath, nullptr, false});
+    image->handle = open(openPath);
+    if (!image->handle) return {nullptr, lastError()};
+    image->isShared = isPresent(image->handle);
+    return {std::move(image), {}};
 }
 
 /// An image of a copy that has no name in the file system.
@@ -143,7 +138,7 @@ Found imageOfCopy(const std::string& path)
     if (file < 0) return {nullptr, std::strerror(errno)};
     const Descriptor copy(::memfd_create("module", MFD_CLOEXEC));
     if (copy < 0 || !copyBytes(file, copy)) return {nullptr, std::strerror(errno)};
-    return found(imageAt(freshPathTo(copy)));
+    return imageAt(freshPathTo(copy));
 }
 
 /// From now on a path stands for an image. Memory that runs out takes back the share in it.
@@ -170,8 +165,7 @@ Found load(const std::string& path)
         return {present->second, {}};
     }
     // The file itself would be taken for the image that is still there, and run nothing.
-    Found next =
-        loaded.residents.contains(path) ? imageOfCopy(path) : found(imageAt(pathForLoader(path)));
+    Found next = loaded.residents.contains(path) ? imageOfCopy(path) : imageAt(pathForLoader(path));
     if (next.image) enter(path, next.image);
     return next;
 }

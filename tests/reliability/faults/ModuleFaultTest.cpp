@@ -20,45 +20,36 @@ using Quorl::LoadVModule;
 class ModuleFaults : public SystemFaults
 {
 protected:
-    /// \return what was printed by a load that fails.
-    static std::string failedLoad()
+    /// Loads the module while a call fails. \param log what is written of that.
+    static void expectRefusal(const char* call, long number, int error, const std::string& log)
     {
-        return outputOf([] { EXPECT_FALSE(LoadVModule("first.zelm")); });
+        std::filesystem::remove("ZelmError.log");
+        const FailingCall failing(call, number, error);
+        EXPECT_EQ(outputOf([] { EXPECT_FALSE(LoadVModule("first.zelm")); }),
+                  "Loading Library [first.zelm] failed ;-(, see ZelmError.log for details.\n");
+        EXPECT_EQ(bytesOf("ZelmError.log"), log) << call << ' ' << number;
     }
-
-    static constexpr const char* kLoadFailed =
-        "Loading Library [first.zelm] failed ;-(, see ZelmError.log for details.\n";
 };
 
 TEST_F(ModuleFaults, AModuleThatTheLoaderRefusesWithoutAWordIsRefusedInFixedWords)
 {
     copyModule();
-    const FailingCall failing("dlopen", 1, ENOMEM);
-    EXPECT_EQ(failedLoad(), kLoadFailed);
-    EXPECT_EQ(bytesOf("ZelmError.log"), "FormatMessage() call failed.\n");
+    expectRefusal("dlopen", 1, ENOMEM, "FormatMessage() call failed.\n");
 }
 
 TEST_F(ModuleFaults, AModuleThatShrinksWhileItIsReadIsRefused)
 {
     copyModule();
     for (const long number : {1, 2})
-    {
-        std::filesystem::remove("ZelmError.log");
-        const FailingCall failing("pread", number, 0); // nothing more is there
-        EXPECT_EQ(failedLoad(), kLoadFailed);
-        EXPECT_EQ(bytesOf("ZelmError.log"),
-                  "Error while loading Zelm plugin\n first.zelm \n\nThe problem is that \"Exec "
-                  "format error\"\n\n")
-            << number;
-    }
+        expectRefusal("pread", number, 0, // nothing more is there
+                      "Error while loading Zelm plugin\n first.zelm \n\nThe problem is that \"Exec "
+                      "format error\"\n\n");
 }
 
 TEST_F(ModuleFaults, NotesThatCannotBeReadAreNone)
 {
     copyModule();
-    const FailingCall failing("pread", 3, EIO);
-    EXPECT_EQ(failedLoad(), kLoadFailed);
-    EXPECT_EQ(bytesOf("ZelmError.log"), "No Zelm version resource information available.\n\n");
+    expectRefusal("pread", 3, EIO, "No Zelm version resource information available.\n\n");
 }
 
 TEST_F(ModuleFaults, ReadsThatAreInterruptedOrDoHalfGoOn)
