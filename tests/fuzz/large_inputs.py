@@ -109,6 +109,10 @@ def networks():
                 number: {"type": "int", "value": 1} for number in numbers(36)}}]),
             "values_of_a_context": file(objects=[{"name": half, "creator": "Test/Inputs"}],
                                         contexts=[{"name": "c", "values": values}]),
+            "values_of_a_context_with_a_long_name": file(
+                objects=[{"name": number, "creator": "Test/Sum"} for number in numbers(120)],
+                contexts=[{"name": half, "values": {
+                    number: {"left": 0, "right": 0} for number in numbers(120)}}]),
             "objects_of_a_context": file(contexts=[{"name": name, "values": {
                 number: {} for number in numbers(11)}}]),
             "objects": file(objects=[{"name": number, "creator": "c"} for number in numbers(16)]),

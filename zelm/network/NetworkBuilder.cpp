@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <string_view>
 
 namespace Zelm
@@ -309,7 +310,8 @@ private:
     {
         const RefPtr<ValuePool> pool = addContext(*network_, entry.name);
         const std::string owner = ownerOf(entry);
-        for (const ContextValues& values : entry.values) setValuesIn(pool, entry, owner, values);
+        const auto name = std::make_shared<const std::string>(entry.name);
+        for (const ContextValues& values : entry.values) setValuesIn(pool, name, owner, values);
         for (const NamedValue& value : entry.named)
             located(value.place, owner, {"named.", value.name}, [&] {
                 const auto made = valueFromJson(value.type, value.datum);
@@ -318,8 +320,9 @@ private:
             });
     }
 
-    void setValuesIn(const RefPtr<ValuePool>& pool, const ContextEntry& context,
-                     const std::string& owner, const ContextValues& values) const
+    void setValuesIn(const RefPtr<ValuePool>& pool,
+                     const std::shared_ptr<const std::string>& context, const std::string& owner,
+                     const ContextValues& values) const
     {
         const RefPtr<VObject>& object = objects_.at(values.object);
         const RefPtr<ObjectRecord> record = object->findInterface(typeid(ObjectRecord));
@@ -331,7 +334,7 @@ private:
                         "this input has one value for all contexts, which belongs to "
                         "the values of its object");
                 setInput(*object, value.input, pool, value.datum);
-                record->toldIn.emplace(context.name, value.input);
+                record->toldIn.emplace(context, value.input);
             });
     }
 

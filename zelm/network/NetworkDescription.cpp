@@ -191,8 +191,9 @@ private:
         if (!value) return std::nullopt;
         return located(*object_, slot.Name, [&]() -> std::optional<Json> {
             std::optional<Json> datum = jsonOf(*value);
-            const bool isNews = (record_ && record_->toldIn.contains({pool->name, slot.Name})) ||
-                                jsonOf(*slot.Parameter->DefaultValue()) != datum;
+            const bool isNews =
+                (record_ && record_->toldIn.contains(ObjectRecord::Words(pool->name, slot.Name))) ||
+                jsonOf(*slot.Parameter->DefaultValue()) != datum;
             return isNews ? datum : std::nullopt;
         });
     }
