@@ -45,6 +45,21 @@ void withdraw(RefPtr<VModule> module)
     if (left) left->leaveBehind(); // an object that its code has made has it
 }
 
+/// As `withdraw`, in the midst of an exception. If that does not succeed either, the module stays
+/// for good, as what is left of it is code.
+void abandon(const RefPtr<VModule>& module)
+{
+    try
+    {
+        withdraw(module);
+    }
+    catch (...)
+    {
+        const WeakPtr<VModule> left = module;
+        left.ref();
+    }
+}
+
 /// \return whether the module may be used all the same.
 bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
 {
@@ -100,14 +115,26 @@ bool initialise(RefPtr<VModule>& module)
 bool LoadVModule(const string& path)
 {
     VModuleHold::letGo();
+    // Made ahead: a module that is ready is not to fail any more.
+    auto& modules = *VGlobals::theGlobals().modules;
+    VGlobals::ModuleTable entry;
+    entry[path];
     RefPtr<VModule> module(new VModule(path));
     if (!module->isValid())
     {
         reportLoadFailure(*module);
         return false;
     }
-    if (!initialise(module)) return false;
-    (*VGlobals::theGlobals().modules)[path].module = module;
+    try
+    {
+        if (!initialise(module)) return false;
+    }
+    catch (...)
+    {
+        if (module) abandon(module);
+        throw;
+    }
+    modules.insert(entry.extract(entry.begin())).position->second.module = module;
     return true;
 }
 

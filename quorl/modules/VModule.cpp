@@ -25,11 +25,17 @@ constexpr std::size_t kMostOfSource = 4095;
 
 constinit bool allStayLoaded = false;
 
-/// What the static initialisers around a load register from then on is of their module.
-void goOnWithOuterModule()
+/// \return the path of the module whose static initialisers are around this; empty if there is none.
+string outerModule()
 {
-    if (const VModule* const outer = LoadScope::inStaticInitialisers())
-        VManagedObject::CurrentLoadModule = outer->path;
+    const VModule* const outer = LoadScope::inStaticInitialisers();
+    return outer ? outer->path : string();
+}
+
+/// What they register from then on is of their module.
+void goOnWith(string& outer)
+{
+    if (!outer.empty()) VManagedObject::CurrentLoadModule.swap(outer);
 }
 
 /// Closes the quotation, in the place of the line end that some systems' texts have.
@@ -63,6 +69,7 @@ string incompatibility(const string& word, const string& source)
 VModule::VModule(const string& modulePath)
     : path(modulePath), fileInfo(modulePath), errorText("No error on module " + modulePath)
 {
+    string outer = outerModule(); // ahead: a library that is loaded is not to fail any more
     VManagedObject::CurrentLoadModule = path;
     try
     {
@@ -72,10 +79,10 @@ VModule::VModule(const string& modulePath)
     catch (...)
     {
         VManagedObject::CurrentLoadModule.clear();
-        goOnWithOuterModule();
+        goOnWith(outer);
         throw;
     }
-    goOnWithOuterModule();
+    goOnWith(outer);
 }
 
 VModule::~VModule()

@@ -50,7 +50,13 @@ public:
     const Tolmen::FileInfo fileInfo;
 
 private:
+    friend class VModuleHold;
+
     std::unique_ptr<Tolmen::Platform::SharedLibrary> library_; // null unless it is loaded
+
+    // Its place in the list of those that were let go of: to enter it must not fail.
+    RefPtr<VModule> nextDeparting_;
+    bool isDeparting_ = false;
 
 public:
     string errorText;

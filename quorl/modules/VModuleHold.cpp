@@ -3,55 +3,66 @@
 #include <quorl/modules/VModule.h>
 
 #include <mutex>
-#include <set>
 #include <utility>
 
 namespace Quorl
 {
-namespace
-{
 
 /// Modules that somebody has let go of, each once. Tasks end on their own threads.
-class Departing
+class VModuleHold::Departing
 {
 public:
+    static Departing& modules()
+    {
+        static auto& departing = *new Departing; // objects end until the very end
+        return departing;
+    }
+
     /// Takes a share over: it is never the last one that is dropped here.
     void add(RefPtr<VModule>& module)
     {
+        if (!module) return;
         const std::scoped_lock lock(mutex_);
-        modules_.insert(module);
+        if (!std::exchange(module->isDeparting_, true))
+        {
+            module->nextDeparting_ = first_;
+            first_ = module;
+        }
         module = RefPtr<VModule>();
     }
 
-    std::set<RefPtr<VModule>> take()
+    /// \return null if there is none.
+    RefPtr<VModule> take()
     {
         const std::scoped_lock lock(mutex_);
-        return std::exchange(modules_, {});
+        RefPtr<VModule> module = first_;
+        if (!module) return {};
+        first_ = module->nextDeparting_;
+        module->nextDeparting_ = RefPtr<VModule>();
+        module->isDeparting_ = false;
+        return module;
     }
 
 private:
     std::mutex mutex_;
-    std::set<RefPtr<VModule>> modules_;
+    RefPtr<VModule> first_;
 };
 
-Departing& departing()
+VModuleHold::VModuleHold(const RefPtr<VModule>& held) : module_(held)
 {
-    static auto& modules = *new Departing; // objects end until the very end
-    return modules;
+    Departing::modules(); // made here, as nothing can be made any more where memory has run out
 }
-
-} // namespace
-
-VModuleHold::VModuleHold(const RefPtr<VModule>& held) : module_(held) {}
 
 VModuleHold::~VModuleHold()
 {
-    departing().add(module_);
+    Departing::modules().add(module_);
 }
 
 void VModuleHold::letGo()
 {
-    const std::set<RefPtr<VModule>> modules = departing().take();
+    while (Departing::modules().take())
+    {
+    }
 }
 
 } // namespace Quorl

@@ -24,6 +24,8 @@ public:
     static void letGo();
 
 private:
+    class Departing;
+
     RefPtr<VModule> module_;
 };
 

@@ -3,6 +3,7 @@
 #include <quorl/foundation/Export.h>
 
 #include <memory>
+#include <set>
 #include <string>
 
 namespace Tolmen::Platform
@@ -42,6 +43,11 @@ public:
 
 private:
     const std::string path_;
+
+    // Made ahead: to unload must not fail.
+    const std::string loaderPath_;
+    std::set<std::string> resident_; // the path, for the set of those whose next image is a copy
+
     std::shared_ptr<Image> image_; // with a share of the mapping; null if there is none
     std::string error_;
 };

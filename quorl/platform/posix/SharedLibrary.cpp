@@ -38,7 +38,9 @@ using Image = SharedLibrary::Image;
 /// is still there.
 struct Loaded
 {
-    std::map<std::string, std::shared_ptr<Image>> images;
+    using Images = std::map<std::string, std::shared_ptr<Image>>;
+
+    Images images;
     std::set<std::string> residents;
 };
 
@@ -141,20 +143,6 @@ Found imageOfCopy(const std::string& path)
     return imageAt(freshPathTo(copy));
 }
 
-/// From now on a path stands for an image. Memory that runs out takes back the share in it.
-void enter(const std::string& path, const std::shared_ptr<Image>& image)
-{
-    try
-    {
-        theLoaded().images.insert_or_assign(path, image);
-    }
-    catch (...)
-    {
-        ::dlclose(image->handle);
-        throw;
-    }
-}
-
 Found load(const std::string& path)
 {
     Loaded& loaded = theLoaded();
@@ -164,15 +152,18 @@ Found load(const std::string& path)
         open(present->second->openPath); // another share
         return {present->second, {}};
     }
+    Loaded::Images entry; // made ahead: what has run its initialisers is not to fail any more
+    entry[path];
     // The file itself would be taken for the image that is still there, and run nothing.
     Found next = loaded.residents.contains(path) ? imageOfCopy(path) : imageAt(pathForLoader(path));
-    if (next.image) enter(path, next.image);
+    if (next.image)
+        loaded.images.insert(entry.extract(entry.begin())).position->second = next.image;
     return next;
 }
 
-bool isMapped(const std::string& path)
+bool isMapped(const std::string& loaderPath)
 {
-    void* const handle = ::dlopen(pathForLoader(path).c_str(), RTLD_NOW | RTLD_NOLOAD);
+    void* const handle = ::dlopen(loaderPath.c_str(), RTLD_NOW | RTLD_NOLOAD);
     if (!handle) return false;
     ::dlclose(handle); // takes back the share that the question has taken
     return true;
@@ -180,7 +171,8 @@ bool isMapped(const std::string& path)
 
 } // namespace
 
-SharedLibrary::SharedLibrary(const std::string& path) : path_(path)
+SharedLibrary::SharedLibrary(const std::string& path)
+    : path_(path), loaderPath_(pathForLoader(path)), resident_{path}
 {
     if (path.empty()) // would stand for the program itself
     {
@@ -203,7 +195,7 @@ SharedLibrary::~SharedLibrary()
     const auto present = loaded.images.find(path_);
     if (present != loaded.images.end() && present->second == image_) loaded.images.erase(present);
     // What runs when a file is mapped has run for this path, and is to run for the next one.
-    if (!image_->isShared && isMapped(path_)) loaded.residents.insert(path_);
+    if (!image_->isShared && isMapped(loaderPath_)) loaded.residents.merge(resident_);
 }
 
 void SharedLibrary::leaveBehind()
@@ -212,7 +204,7 @@ void SharedLibrary::leaveBehind()
     const auto present = loaded.images.find(path_);
     if (!image_ || present == loaded.images.end() || present->second != image_) return;
     loaded.images.erase(present);
-    loaded.residents.insert(path_);
+    loaded.residents.merge(resident_);
 }
 
 void* SharedLibrary::symbol(const std::string& name) const
