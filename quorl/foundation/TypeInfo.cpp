@@ -1,6 +1,7 @@
 #include <quorl/foundation/TypeInfo.h>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -61,9 +62,9 @@ public:
 private:
     const TypeInfo::Record& add(const std::type_info& type)
     {
-        const auto* record = new TypeInfo::Record(type);
-        records_.emplace(record->name, record);
-        return *record;
+        auto record = std::make_unique<const TypeInfo::Record>(type);
+        records_.emplace(record->name, record.get());
+        return *record.release();
     }
 
     std::mutex mutex_;

@@ -151,6 +151,17 @@ public:
         const Watch::ShapeChange change;
         return table_.erase(std::forward<Arguments>(arguments)...);
     }
+    /// Puts a value in the place of the one that is equal to it, which has to be there. Nothing is
+    /// made, so nothing can fail.
+    /// \return what was there, so that the caller lets it end when all else is done.
+    value_type replace(const_iterator place, const value_type& value)
+    {
+        const Watch::ShapeChange change;
+        node_type entry = table_.extract(place);
+        value_type former = std::exchange(entry.value(), value);
+        table_.insert(std::move(entry));
+        return former;
+    }
     /// \return what was there, so that the caller lets it end when all else is done.
     template <class What>
     node_type extract(const What& what)

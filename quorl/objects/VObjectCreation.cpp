@@ -124,8 +124,16 @@ RefPtr<VObject> VObject::extractSlot(const RefPtr<VSlot>& slot, const Tolmen::In
 {
     if (!slot || !slot->Parameter) return {};
     const RefPtr<VObject> object(new VObject(objectName + slot->Name, 0, {}));
-    object->addParameter(slot->Name, 0, slot->Parameter, false);
-    object->registerOutput(slot->Parameter, slot->Name);
+    try
+    {
+        object->addParameter(slot->Name, 0, slot->Parameter, false);
+        object->registerOutput(slot->Parameter, slot->Name);
+    }
+    catch (...)
+    {
+        object->VManagedObject::remove(); // nobody would know what it lacks
+        throw;
+    }
     VActionNotifier::VObjectCreation(object, context, {});
     return object;
 }

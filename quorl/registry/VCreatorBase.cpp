@@ -121,10 +121,10 @@ void VCreatorBase::enterTables(bool pinned)
         std::fflush(stdout);
     }
     const WeakPtr<VCreatorBase> myself(this);
-    if (pinned) myself.ref();
     registerIdentifier(element[Name], myself);
     registerApplications(element[Applications], myself);
     VCreatorCategory::addCreator(myself);
+    if (pinned) myself.ref(); // last: a share would outlast a constructor that fails
 }
 
 string VCreatorBase::createChildname(const string& base) const

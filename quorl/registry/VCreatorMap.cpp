@@ -119,11 +119,32 @@ void VCreatorMap::addPriority(int priority, const string& name)
     for (PriorityWalk* const walk : walks_) walk->noteAdded(line);
 }
 
-void VCreatorMap::removePriority(const string& name)
+/// \return the end if it has none.
+VCreatorMap::LinesByName::const_iterator VCreatorMap::firstLineOf(const string& name) const
 {
     constexpr int kLowest = std::numeric_limits<int>::min();
     const auto first = linesByName_.lower_bound(std::pair(std::string_view(name), kLowest));
-    if (first == linesByName_.end() || first->first.first != name) return;
+    return first != linesByName_.end() && first->first.first == name ? first : linesByName_.end();
+}
+
+void VCreatorMap::changePriority(int priority, const string& name)
+{
+    const auto first = firstLineOf(name);
+    if (first == linesByName_.end()) return addPriority(priority, name);
+    for (PriorityWalk* const walk : walks_) walk->leave(first->second);
+    auto entry = linesByName_.extract(first);
+    auto line = priorities_.extract(entry.mapped());
+    line.key() = priority;
+    entry.key().second = priority;
+    entry.mapped() = priorities_.insert(std::move(line));
+    const auto moved = linesByName_.insert(std::move(entry))->second;
+    for (PriorityWalk* const walk : walks_) walk->noteAdded(moved);
+}
+
+void VCreatorMap::removePriority(const string& name)
+{
+    const auto first = firstLineOf(name);
+    if (first == linesByName_.end()) return;
     const Priorities::const_iterator line = first->second;
     for (PriorityWalk* const walk : walks_) walk->leave(line);
     linesByName_.erase(first);

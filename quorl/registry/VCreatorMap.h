@@ -114,6 +114,10 @@ public:
     /// behind it.
     void removePriority(const string& name);
 
+    /// As `removePriority` and `addPriority`, one after the other; but a line that is there moves,
+    /// which cannot fail.
+    void changePriority(int priority, const string& name);
+
     /// The object of that name; null if there is none that is alive.
     RefPtr<VManagedObject> liveCreator(const string& name) const;
 
@@ -123,14 +127,17 @@ public:
 private:
     friend class PriorityWalk;
 
+    using LinesByName = std::multimap<std::pair<std::string_view, int>, Priorities::const_iterator>;
+
     void forget(const Entry& entry);
+    LinesByName::const_iterator firstLineOf(const string& name) const;
 
     mutable Tolmen::NameIndex<Entry> index_;
     Priorities priorities_;
 
     // The lines of each name in the order in which they stand in the index, so that the first is
     // found without a walk. Names are those of the lines.
-    std::multimap<std::pair<std::string_view, int>, Priorities::const_iterator> linesByName_;
+    LinesByName linesByName_;
 
     std::list<PriorityWalk*> walks_; // under way; not owned
 };

@@ -118,9 +118,7 @@ bool VManagedObject::remove()
 
 void VManagedObject::setPriority(int newPriority)
 {
-    VCreatorMap* const domain = Vmap();
-    domain->removePriority(name);
-    domain->addPriority(newPriority, name);
+    Vmap()->changePriority(newPriority, name);
     priority = newPriority;
 }
 

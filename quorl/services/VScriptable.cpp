@@ -23,9 +23,23 @@ VScriptable::~VScriptable()
 VScriptable::Table& VScriptable::functors() const
 {
     if (!functors_) functors_ = std::make_unique<Table>();
-    if (auto* const insert = std::exchange(insertFirst_, nullptr))
-        insert(const_cast<VScriptable&>(*this)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    if (insertFirst_) insertThoseOfClass();
     return *functors_;
+}
+
+/// May ask for the table, which has only those then that were inserted so far.
+void VScriptable::insertThoseOfClass() const
+{
+    auto* const insert = std::exchange(insertFirst_, nullptr);
+    try
+    {
+        insert(const_cast<VScriptable&>(*this)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    }
+    catch (...)
+    {
+        insertFirst_ = insert;
+        throw;
+    }
 }
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned

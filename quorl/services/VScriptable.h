@@ -48,6 +48,7 @@ private:
     using Table = std::map<string, RefPtr<VScriptFunctor>>;
 
     Table& functors() const;
+    void insertThoseOfClass() const;
 
     mutable std::unique_ptr<Table> functors_; // null until it is used
     mutable void (*insertFirst_)(VScriptable&) = nullptr;

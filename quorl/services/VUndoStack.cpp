@@ -42,7 +42,15 @@ void VUndoStack::AddAction(const RefPtr<VUndoAction>& action)
     actions_.push_front(action);
     VUndoStack& global = GlobalUndoStack();
     if (this == &global) return;
-    global.actions_.push_front(new SetUndoStack(action->text, WeakPtr<VUndoStack>(this)));
+    try
+    {
+        global.actions_.push_front(new SetUndoStack(action->text, WeakPtr<VUndoStack>(this)));
+    }
+    catch (...)
+    {
+        actions_.pop_front(); // both or none
+        throw;
+    }
     global.setSize(kGlobalBound);
 }
 

@@ -59,8 +59,10 @@ bool TypedSlotCreator::registerTypedSlotCreator(const std::type_info& type,
                                                 const WeakPtr<TypedSlotCreator>& creator)
 {
     if (!creator) return false;
-    InternalTypeCreatorAccessory::byType()[type] = creator;
-    InternalTypeCreatorAccessory::byName()[Tolmen::Typename(type)] = creator;
+    auto& ofType = InternalTypeCreatorAccessory::byType()[type];
+    auto& ofName = InternalTypeCreatorAccessory::byName()[Tolmen::Typename(type)];
+    ofType = creator; // in both or none
+    ofName = creator;
     return true;
 }
 
@@ -68,8 +70,9 @@ bool TypedSlotCreator::unregisterTypedSlotCreator(const std::type_info& type,
                                                   const WeakPtr<TypedSlotCreator>& creator)
 {
     using Tables = InternalTypeCreatorAccessory;
+    const string name = Tolmen::Typename(type);
     const bool wasFound = Tables::erase(Tables::byType(), Tolmen::TypeInfo(type), creator);
-    const bool wasNamed = Tables::erase(Tables::byName(), Tolmen::Typename(type), creator);
+    const bool wasNamed = Tables::erase(Tables::byName(), name, creator);
     return wasFound || wasNamed;
 }
 

@@ -14,6 +14,7 @@
 #include <quorl/values/ValuePool.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace Quorl
 {
@@ -265,14 +266,23 @@ void VParameter::updateProperties(const ValueMap& changed, const WeakPtr<ValueNo
 void VParameter::AddAction(const RefPtr<ValueActionBase>& action)
 {
     actions.push_back(action);
-    addNotifier(action);
+    try
+    {
+        addNotifier(action);
+    }
+    catch (...)
+    {
+        actions.made().pop_back(); // one that is owned has to be told
+        throw;
+    }
 }
 
 void VParameter::AddUndoAction(const RefPtr<VUndoAction>& action, int size)
 {
     const RefPtr<VParameter> held = Tolmen::heldIfOwned(WeakPtr<VParameter>(this)); // by an action
+    string stackName = Name(); // ahead: an action that was added is not to fail any more
     ValueNotifierList::AddUndoAction(action, size);
-    if (const RefPtr<VUndoStack> stack = UndoStack()) stack->name = Name();
+    if (const RefPtr<VUndoStack> stack = UndoStack()) stack->name = std::move(stackName);
 }
 
 void VParameter::includeUser(const WeakPtr<VManagedObject>& user, const string& text)

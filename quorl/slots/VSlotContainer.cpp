@@ -102,12 +102,12 @@ RefPtr<VSlot> VSlotContainer::addSlot(const RefPtr<VSlot>& added, int expertLeve
         Vprintf(kTraceVerbosity, "VSlotContainer::addSlot(%s,%s, %d)\n",
                 Tolmen::Typename(slot->getType()).c_str(), slot->Name.c_str(), expertLevel);
     VNamedInputSet& level = Slots->Inputs[expertLevel];
-    // What ends may end the container, too.
-    const auto former = replace ? level.extract(slot) : VNamedInputSet::node_type();
-    const bool wasInserted = level.insert(slot).second;
+    RefPtr<VSlot> former; // ends last, and may end the container, too
+    const auto [place, isNew] = level.insert(slot);
+    if (replace && !isNew) former = level.replace(place, slot);
     // Deliberate: a refusal counts as a change of the connections, too.
     touchInputSetAge();
-    return wasInserted ? slot : RefPtr<VSlot>();
+    return isNew || replace ? slot : RefPtr<VSlot>();
 }
 
 RefPtr<VSlot> addSlot(VSlotContainer* container, const RefPtr<VSlot>& slot, int expertLevel,

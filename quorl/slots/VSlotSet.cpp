@@ -4,6 +4,7 @@
 #include <quorl/slots/VSlot.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace Quorl
@@ -41,8 +42,13 @@ RefPtr<VSlot> VSlotSet::insertSlot(const RefPtr<VSlot>& slot, bool replace)
 {
     if (!slot) return {};
     const RefPtr<VSlot> held = slot; // it may be the one of this set that is replaced
-    const node_type former = replace ? extract(held) : node_type(); // ends behind the insertion
-    return insert(held).second ? held : RefPtr<VSlot>();
+    const auto [place, isNew] = insert(held);
+    if (isNew) return held;
+    if (!replace) return {};
+    node_type entry = extract(place);
+    const RefPtr<VSlot> former = std::exchange(entry.value(), held); // ends behind the insertion
+    insert(std::move(entry));
+    return held;
 }
 
 RefPtr<VSlot> VSlotSet::findByName(const string& name) const

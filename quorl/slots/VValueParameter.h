@@ -52,8 +52,8 @@ RefPtr<VValueBase> VValueParameter<T>::createLocalVariable(const RefPtr<ValuePoo
 {
     const RefPtr<VValueBase> variable = newValue();
     if (!variable) return {};
+    addShadow(pool); // first: a variable that nobody knows of could not be removed
     pool->createVariable(this, variable);
-    addShadow(pool);
     return variable;
 }
 

@@ -116,7 +116,15 @@ bool ThreadManagerValue::add(const RefPtr<VTask>& task, const string& name)
 {
     if (!task || findTask(name)) return false;
     tasks[name] = task;
-    task->activateNotification();
+    try
+    {
+        task->activateNotification();
+    }
+    catch (...)
+    {
+        const auto taken = tasks.extract(name); // so that it can be added once more
+        throw;
+    }
     return true;
 }
 

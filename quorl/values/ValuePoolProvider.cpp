@@ -16,9 +16,19 @@ ValuePoolProvider::~ValuePoolProvider() = default;
 
 void ValuePoolProvider::activate(const RefPtr<ValuePool>& next)
 {
+    const RefPtr<ValuePoolProvider> held =
+        Tolmen::heldIfOwned(WeakPtr<ValuePoolProvider>(this)); // by those who are told
     const RefPtr<ValuePool> old = pool;
     pool = next;
-    next->activate(old, WeakPtr<ValueNotifier>(), nullptr);
+    try
+    {
+        next->activate(old, WeakPtr<ValueNotifier>(), nullptr);
+    }
+    catch (...)
+    {
+        if (pool == next) pool = old; // so that to activate it once more tells all of them
+        throw;
+    }
 }
 
 } // namespace Quorl
