@@ -39,6 +39,19 @@ private:
     VTask* const before_;
 };
 
+/// As a message, or not at all: loggers may throw, and need memory, which may be what has run out.
+template <class... Arguments>
+void report(const char* format, const Arguments&... arguments) noexcept
+{
+    try
+    {
+        Quorl::Vprintf(kError, format, arguments...);
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): there is nobody else to tell
+    {
+    }
+}
+
 void runBody(VTask& task)
 {
     const InTask here(task);
@@ -48,11 +61,11 @@ void runBody(VTask& task)
     }
     catch (const std::exception& exception)
     {
-        Quorl::Vprintf(kError, "A task ended by an exception: %s\n", exception.what());
+        report("A task ended by an exception: %s\n", exception.what());
     }
     catch (...)
     {
-        Quorl::Vprintf(kError, "A task ended by an exception.\n");
+        report("A task ended by an exception.\n");
     }
 }
 
@@ -66,6 +79,7 @@ BackgroundTask* withInbox(const RefPtr<VTask>& task)
 ThreadPool::ThreadPool(std::optional<std::size_t> mostThreads, const std::string& modulePath)
     : mostThreads_(mostThreads), modulePath_(modulePath)
 {
+    leftTasks(); // made here, as to end must not fail
 }
 
 ThreadPool::~ThreadPool()
@@ -78,29 +92,50 @@ bool ThreadPool::start(const RefPtr<VTask>& task)
     if (!task) return false;
     Lock lock(mutex_);
     if (isFinishing_) return false;
-    const auto [job, isNew] = jobs_.try_emplace(task);
-    if (!isNew)
+    if (const auto running = jobs_.find(task); running != jobs_.end())
     {
-        job->second.isToRunAgain = true;
+        running->second.isToRunAgain = true;
         return true;
     }
-    job->second = {Quorl::keepModuleLoaded(*task), task};
-    if (BackgroundTask* const receiver = withInbox(task)) receiver->inbox.open(!runsHere());
+    Job made{Quorl::keepModuleLoaded(*task), task};
     keepLoaded();
+    const auto job = jobs_.try_emplace(task, std::move(made)).first;
+    if (BackgroundTask* const receiver = withInbox(task)) receiver->inbox.open(!runsHere());
     if (runsHere())
     {
         run(lock, job);
         return true;
     }
-    waiting_.push_back(job);
-    if (haveThread())
+    return awaitTurn(job);
+}
+
+/// \return false if there is no thread for it, and will be none: it is forgotten, as it is if this
+/// throws.
+bool ThreadPool::awaitTurn(Jobs::iterator job)
+{
+    try
     {
-        called_.notify_one();
-        return true;
+        waiting_.push_back(job);
+        if (haveThread())
+        {
+            called_.notify_one();
+            return true;
+        }
     }
-    waiting_.pop_back();
-    jobs_.erase(job);
+    catch (...)
+    {
+        forgetLast(job);
+        throw;
+    }
+    forgetLast(job);
     return false;
+}
+
+void ThreadPool::forgetLast(Jobs::iterator job)
+{
+    if (!waiting_.empty() && waiting_.back() == job) waiting_.pop_back();
+    jobs_.erase(job);
+    letGoIfIdle();
 }
 
 /// Makes a thread for the last of the waiting tasks, unless one is idle or there are as many as
@@ -116,7 +151,7 @@ bool ThreadPool::haveThread()
     }
     catch (const std::system_error& error)
     {
-        Quorl::Vprintf(kError, "No thread for a task: %s\n", error.what());
+        report("No thread for a task: %s\n", error.what());
         return false;
     }
     return true;
@@ -127,6 +162,11 @@ void ThreadPool::keepLoaded()
     if (hold_ || modulePath_.empty()) return;
     const RefPtr<Quorl::VModule> module = Quorl::VModules::find(modulePath_);
     if (module) hold_ = new Quorl::VModuleHold(module);
+}
+
+void ThreadPool::letGoIfIdle()
+{
+    if (jobs_.empty() && departing_ == 0) hold_ = RefPtr<Quorl::VModuleHold>();
 }
 
 /// What each thread does.
@@ -162,7 +202,7 @@ void ThreadPool::run(Lock& lock, Jobs::iterator job)
     }
     lock.lock();
     --departing_;
-    if (jobs_.empty() && departing_ == 0) hold_ = RefPtr<Quorl::VModuleHold>();
+    letGoIfIdle();
     ended_.notify_all();
 }
 
@@ -211,20 +251,17 @@ bool ThreadPool::isOwnThread() const
     });
 }
 
-std::deque<ThreadPool::Job> ThreadPool::forgetWaiting()
+ThreadPool::Jobs ThreadPool::forgetWaiting()
 {
-    std::deque<Job> forgotten;
-    for (const auto& job : std::exchange(waiting_, {}))
-    {
-        forgotten.push_back(std::move(job->second));
-        jobs_.erase(job);
-    }
+    Jobs forgotten;
+    for (; !waiting_.empty(); waiting_.pop_front())
+        forgotten.insert(jobs_.extract(waiting_.front()));
     return forgotten;
 }
 
 void ThreadPool::finish()
 {
-    std::deque<Job> forgotten; // ended without the lock
+    Jobs forgotten; // ended without the lock
     Lock lock(mutex_);
     forgotten = askToEnd();
     if (!isOwnThread()) joinThreads(lock);
@@ -232,7 +269,7 @@ void ThreadPool::finish()
 
 void ThreadPool::end()
 {
-    std::deque<Job> forgotten; // ended without the lock
+    Jobs forgotten; // ended without the lock
     Lock lock(mutex_);
     forgotten = askToEnd();
     leaveTasksOfThisThread();
@@ -240,17 +277,24 @@ void ThreadPool::end()
 }
 
 /// \return those that had no turn yet.
-std::deque<ThreadPool::Job> ThreadPool::askToEnd()
+ThreadPool::Jobs ThreadPool::askToEnd()
 {
-    std::deque<Job> forgotten = forgetWaiting();
+    Jobs forgotten = forgetWaiting();
     for (auto& [task, job] : jobs_)
     {
         job.isToRunAgain = false;
         if (BackgroundTask* const receiver = withInbox(job.task)) receiver->inbox.close();
     }
-    if (jobs_.empty() && departing_ == 0) hold_ = RefPtr<Quorl::VModuleHold>();
+    letGoIfIdle();
     ended_.notify_all(); // a task that runs may wait for one that is forgotten
     return forgotten;
+}
+
+/// Never ended: their bodies have not.
+ThreadPool::LeftJobs& ThreadPool::leftTasks()
+{
+    static auto& tasks = *new LeftJobs;
+    return tasks;
 }
 
 /// Their bodies are below this call, and do not go on.
@@ -259,10 +303,8 @@ void ThreadPool::leaveTasksOfThisThread()
     for (auto job = jobs_.begin(); job != jobs_.end();)
     {
         const auto entry = job++;
-        if (entry->second.thread != std::this_thread::get_id()) continue;
-        static auto& left = *new std::deque<Job>; // never ended: the bodies have not
-        left.push_back(std::move(entry->second));
-        jobs_.erase(entry);
+        if (entry->second.thread == std::this_thread::get_id())
+            leftTasks().insert(jobs_.extract(entry));
     }
 }
 

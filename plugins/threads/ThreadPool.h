@@ -81,15 +81,20 @@ private:
     };
     using Lock = std::unique_lock<std::mutex>;
     using Jobs = std::map<Quorl::WeakPtr<Quorl::VTask>, Job>;
+    using LeftJobs = std::multimap<Jobs::key_type, Job>; // of any pool, which may share tasks
 
     bool runsHere() const { return mostThreads_ == 0; }
+    bool awaitTurn(Jobs::iterator job);
     bool haveThread();
     void work();
     void run(Lock& lock, Jobs::iterator job);
     void keepLoaded();
+    void letGoIfIdle();
     bool isOwnThread() const;
-    std::deque<Job> forgetWaiting();
-    std::deque<Job> askToEnd();
+    void forgetLast(Jobs::iterator job);
+    Jobs forgetWaiting();
+    Jobs askToEnd();
+    static LeftJobs& leftTasks();
     void leaveTasksOfThisThread();
     void joinThreads(Lock& lock);
 
