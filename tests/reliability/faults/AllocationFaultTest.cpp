@@ -1,4 +1,5 @@
 #include <tests/reliability/faults/FailingMemory.h>
+#include <tests/reliability/faults/ProcessOutcome.h>
 #include <tests/support/CapturedOutput.h>
 #include <tests/support/FileBytes.h>
 #include <tests/support/TemporaryFolder.h>
@@ -11,7 +12,6 @@
 
 #include <quorl/kit/Network.h>
 #include <quorl/modules/VCreatorCache.h>
-#include <quorl/modules/VModules.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/registry/VAcceptInfo.h>
 #include <quorl/registry/VCreatorBaseInfo.h>
@@ -22,17 +22,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <csignal>
-#include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <new>
 #include <string>
 
 /// Each allocation of a piece of work fails once. The work ends with an exception; nothing leaks,
@@ -46,6 +39,10 @@ using Quorl::ValuePool;
 using Quorl::VObject;
 using QuorlTest::bytesOf;
 using QuorlTest::FailingMemory;
+using QuorlTest::Outcome;
+using QuorlTest::outcomeOf;
+using QuorlTest::runWithFailure;
+using QuorlTest::Work;
 
 struct Silence final : Quorl::VUndoAction
 {
@@ -121,25 +118,6 @@ bool hasLiveObjects()
     const auto& objects = *Quorl::VCreators(typeid(VObject));
     return std::ranges::any_of(objects,
                                [&](const auto& entry) { return objects.liveCreator(entry.first); });
-}
-
-using Work = std::function<void()>;
-
-/// \return whether there were as many allocations, so that one has failed.
-bool runWithFailure(const Work& work, long number,
-                    FailingMemory::Extent extent = FailingMemory::Once)
-{
-    const QuorlTest::CapturedOutput captured; // what the kernel says of its caches
-    const FailingMemory memory(number, extent);
-    try
-    {
-        work();
-    }
-    catch (const std::exception& error) // by whatever is said of it
-    {
-        EXPECT_TRUE(memory.hasFailed()) << error.what();
-    }
-    return memory.hasFailed();
 }
 
 /// Does the work with one failure after the other, until there is nothing left to fail; and again
@@ -247,43 +225,6 @@ TEST(AllocationFaults, LeaveNothingBehindWhereANetworkIsBuiltFromAFile)
                    });
 }
 
-/// What a process of its own comes to, in which one allocation fails.
-enum class Outcome
-{
-    Done,
-    Failed,
-    Ended, ///< by what must not throw: a destructor of the JSON library, a static initialiser
-    Broken
-};
-
-constexpr int kBroken = 3; // as an exit code
-
-Outcome outcomeOf(const Work& work, long number)
-{
-    const ::pid_t child = ::fork();
-    if (child == 0)
-    {
-        if (!std::freopen("/dev/null", "w", stderr))
-            ::_exit(kBroken); // where it is said that it ends
-        const FailingMemory memory(number);
-        try
-        {
-            work();
-        }
-        catch (const std::exception&)
-        {
-            ::_exit(memory.hasFailed() ? 1 : kBroken);
-        }
-        ::_exit(memory.hasFailed() ? 1 : 0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (WIFSIGNALED(status)) return WTERMSIG(status) == SIGABRT ? Outcome::Ended : Outcome::Broken;
-    return WEXITSTATUS(status) == 0   ? Outcome::Done
-           : WEXITSTATUS(status) == 1 ? Outcome::Failed
-                                      : Outcome::Broken;
-}
-
 TEST(AllocationFaults, LeaveASavedNetworkWhole)
 {
     const QuorlTest::TemporaryFolder folder;
@@ -303,7 +244,7 @@ TEST(AllocationFaults, LeaveASavedNetworkWhole)
     for (long number = 1; outcome != Outcome::Done; ++number)
     {
         QuorlTest::writeBytes(saved, "former");
-        outcome = outcomeOf(loadAndSave, number);
+        outcome = outcomeOf(loadAndSave, [] { return true; }, number);
         const std::string text = bytesOf(saved);
         ASSERT_NE(outcome, Outcome::Broken) << number;
         ASSERT_TRUE(text == fresh || text == "former") << number;
@@ -313,34 +254,6 @@ TEST(AllocationFaults, LeaveASavedNetworkWhole)
                 std::filesystem::remove_all(entry.path());
     }
     EXPECT_EQ(bytesOf(saved), fresh);
-}
-
-/// Static initialisers of a module that run out of memory end the process, as those of a program
-/// do.
-TEST(AllocationFaults, LeaveTheHostItsOwnWhereAModuleIsLoaded)
-{
-    const std::string module = GOOD_MODULE;
-    const Work load = [&] {
-        try
-        {
-            Quorl::LoadVModule(module);
-        }
-        catch (const std::bad_alloc&)
-        {
-            // What the host makes from now on would be taken away with the module.
-            if (!Quorl::VManagedObject::CurrentLoadModule.empty()) ::_exit(kBroken);
-            throw;
-        }
-    };
-    auto outcome = Outcome::Failed;
-    int failures = 0;
-    for (long number = 1; outcome != Outcome::Done; ++number)
-    {
-        outcome = outcomeOf(load, number);
-        ASSERT_NE(outcome, Outcome::Broken) << number;
-        failures += outcome == Outcome::Failed ? 1 : 0;
-    }
-    EXPECT_GT(failures, 10);
 }
 
 } // namespace

@@ -1,7 +1,12 @@
 #include <tests/reliability/faults/FailingMemory.h>
 
+#include <tests/support/CapturedOutput.h>
+
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <cstdlib>
+#include <exception>
 #include <new>
 
 namespace QuorlTest
@@ -46,6 +51,21 @@ bool FailingMemory::hasFailed() const
 long FailingMemory::blocks()
 {
     return theBlocks;
+}
+
+bool runWithFailure(const Work& work, long number, FailingMemory::Extent extent)
+{
+    const CapturedOutput captured;
+    const FailingMemory memory(number, extent);
+    try
+    {
+        work();
+    }
+    catch (const std::exception& error) // by whatever is said of it
+    {
+        EXPECT_TRUE(memory.hasFailed()) << error.what();
+    }
+    return memory.hasFailed();
 }
 
 } // namespace QuorlTest

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace QuorlTest
 {
 
@@ -25,5 +27,13 @@ public:
     /// How many blocks the process has at present.
     static long blocks();
 };
+
+using Work = std::function<void()>;
+
+/// Does something with an allocation that fails. An exception that nothing failed for is a failure
+/// of the test. What the kernel says meanwhile is not of interest.
+/// \return whether there were as many allocations, so that one has failed.
+bool runWithFailure(const Work& work, long number,
+                    FailingMemory::Extent extent = FailingMemory::Once);
 
 } // namespace QuorlTest

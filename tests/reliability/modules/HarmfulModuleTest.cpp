@@ -121,6 +121,10 @@ const Harm kLoaded[] = {
                    "\n************ WARNING: VCreatorBase::VCreatorBase(,0) EMPTY creator name in "
                    "Zelm Module\n\tin harm\n *** no key available!\n\n",
      .creators = kGood},
+    {.module = "LeavesACreator",
+     .whenOpened = "",
+     .creators = kWithHarm,
+     .whenUsed = kAnswersAndHarm},
     {.module = "LeavesAThread", .whenOpened = "", .creators = kGood},
     {.module = "LeavesObjects",
      .whenOpened = "",
