@@ -25,7 +25,7 @@ constexpr std::size_t kMostOfSource = 4095;
 
 constinit bool allStayLoaded = false;
 
-/// \return the path of the module whose static initialisers are around this; empty if there is none.
+/// \return the path of the module whose static initialisers run around this; empty without one.
 string outerModule()
 {
     const VModule* const outer = LoadScope::inStaticInitialisers();
