@@ -2,7 +2,7 @@
 """Changes one thing at a time in quorl/, and tells which changes no test notices.
 
 Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
-run, then those of tests/model, then those of the other folders. A mutant is killed by a test that
+run, then those of tests/model, of the other folders, and of the kernel in tests/reliability/faults. A mutant is killed by a test that
 fails, crashes or does not end; one that does not compile does not count. Why some survive is told in
 explained.toml. Results stay in build/mutation/results.json: a further run goes on from there, but for
 files that have changed since, and tries once more what has survived.
@@ -34,7 +34,10 @@ RESULTS = WORK / "results.json"
 EXPLAINED = pathlib.Path(__file__).with_name("explained.toml")
 FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
            "kit", "platform")
-TARGETS = [f"{name}_test" for name in (*FOLDERS, "model")]
+FAULTS = ("unwinding", "walk_faults", "operation_faults", "module_memory_faults")
+PLACES = {name: BUILD / "tests" / name for name in (*FOLDERS, "model")}
+PLACES |= {name: BUILD / "tests" / "reliability" / "faults" for name in FAULTS}
+TARGETS = [f"{name}_test" for name in PLACES]
 MODEL_CASES = "max_success=300 max_size=60"
 
 
@@ -78,7 +81,7 @@ def prepare():
                     "-DQUORL_BUILD_HOST=OFF", "-DQUORL_BUILD_EXAMPLES=OFF",
                     "-DQUORL_BUILD_BENCHMARKS=OFF"], check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["cmake", "--build", BUILD, "--target", *TARGETS], check=True)
-    broken = [name for name in (*FOLDERS, "model") if not passes_test(name)]
+    broken = [name for name in PLACES if not passes_test(name)]
     if broken:
         sys.exit("the tests fail without any mutant: " + ", ".join(broken))
 
@@ -86,15 +89,14 @@ def prepare():
 def passes(folder):
     """Whether all tests pass, those first that are most likely not to."""
     others = [other for other in FOLDERS if other != folder]
-    return all(passes_test(name) for name in (folder, "model", *others))
+    return all(passes_test(name) for name in (folder, "model", *others, *FAULTS))
 
 
 def passes_test(name):
-    """Whether the tests of a folder pass, all in one process."""
+    """Whether the tests of one program pass, all in one process."""
     seconds = 240 if name == "model" else 120
-    place = BUILD / "tests" / name
     environment = dict(os.environ, RC_PARAMS=MODEL_CASES, GTEST_FAIL_FAST="1")
-    return run([place / f"{name}_test"], timeout=seconds, cwd=place, env=environment)
+    return run([PLACES[name] / f"{name}_test"], timeout=seconds, cwd=PLACES[name], env=environment)
 
 
 def result_of(name, mutant):
