@@ -91,16 +91,30 @@ RefPtr<VObject> ClassCreator::create(const string& wantedName, const Tolmen::Int
 {
     constexpr int kObjectPriority = 0;
     const RefPtr<VModuleHold> hold = moduleHold(); // whatever the object does while it is made
-    const WeakPtr<VCreatorBase> myself(this);
     RefPtr<VObject> object = make(wantedName.empty() ? element[Name] : wantedName, kObjectPriority,
                                   context.findInterface(typeid(VCreationPreferences)));
+    try
+    {
+        complete(object, hold, context);
+    }
+    catch (...)
+    {
+        object->VManagedObject::remove(); // nobody gets it, and its code may go
+        throw;
+    }
+    return object;
+}
+
+void ClassCreator::complete(const RefPtr<VObject>& object, const RefPtr<VModuleHold>& hold,
+                            const Tolmen::Intercube& context)
+{
+    const WeakPtr<VCreatorBase> myself(this);
     object->setCreator(myself);
     if (hold) keepModuleLoaded(object, hold);
     object->initialize();
     object->enableRequestProcessing();
     const bool isToldByLoader = static_cast<bool>(context.findInterface(typeid(VLoaderInfo)));
     if (!isToldByLoader) VActionNotifier::VObjectCreation(object, context, myself);
-    return object;
 }
 
 /// The entry of a creator may tell the path of a former module, whose place it has taken.

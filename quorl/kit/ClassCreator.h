@@ -53,6 +53,8 @@ private:
                                  const RefPtr<VCreationPreferences>& wanted) const = 0;
 
     RefPtr<VModuleHold> moduleHold() const;
+    void complete(const RefPtr<VObject>& object, const RefPtr<VModuleHold>& hold,
+                  const Tolmen::Intercube& context);
 
     const WeakPtr<VModule> module_; // where its code is, if it was made while that was loaded
     const std::vector<Tolmen::TypeInfo> accepts_;

@@ -12,7 +12,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 namespace Quorl
 {
@@ -35,7 +34,7 @@ bool isStrict()
 /// Lets go of a module that is not to be used, and of its creators. Those that are static end with
 /// it; any others would be left behind without their code. One that was loaded before stays, and so
 /// do they.
-void withdraw(RefPtr<VModule> module)
+void withdraw(RefPtr<VModule>& module)
 {
     if (VModules::find(module->path)) return;
     LeaveItems remover;
@@ -47,7 +46,7 @@ void withdraw(RefPtr<VModule> module)
 
 /// As `withdraw`, in the midst of an exception. If that does not succeed either, the module stays
 /// for good, as what is left of it is code.
-void abandon(const RefPtr<VModule>& module)
+void abandon(RefPtr<VModule>& module)
 {
     try
     {
@@ -55,8 +54,7 @@ void abandon(const RefPtr<VModule>& module)
     }
     catch (...)
     {
-        const WeakPtr<VModule> left = module;
-        left.ref();
+        WeakPtr<VModule>(module).ref();
     }
 }
 
@@ -71,7 +69,7 @@ bool missInitRoutine(RefPtr<VModule>& module, const string& routine)
     const string path = module->path;
     std::printf("ERROR: (win) Module [%s] has NO init routine %s...\n", path.c_str(),
                 routine.c_str());
-    withdraw(std::move(module));
+    withdraw(module);
     Tolmen::Platform::renameFile(path, path + "-noinit"); // a name that no scan finds
     return false;
 }
@@ -106,7 +104,7 @@ bool initialise(RefPtr<VModule>& module)
     const InitRoutine routine = initRoutineOf(*module, name);
     if (!routine) return missInitRoutine(module, name);
     if (runInitRoutine(*module, routine, stem)) return true;
-    withdraw(std::move(module));
+    withdraw(module);
     return false;
 }
 

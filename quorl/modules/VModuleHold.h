@@ -20,7 +20,7 @@ public:
     explicit VModuleHold(const RefPtr<VModule>& held);
     ~VModuleHold() override;
 
-    /// Lets go of the modules whose objects have ended.
+    /// Lets go of the modules whose objects have ended, also of those that do so by it.
     static void letGo();
 
 private:

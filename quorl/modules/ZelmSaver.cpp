@@ -14,9 +14,9 @@ ZelmSaver::~ZelmSaver() = default;
 bool ZelmSaver::Save(const string& file)
 {
     const RefPtr<ZelmSaver> held = Tolmen::heldIfOwned(WeakPtr<ZelmSaver>(this));
-    const string written = file; // `file` may be `lastFile`, and the format may change that
+    string written = file; // `file` may be `lastFile`, and the format may change that
     if (!saveAndTouch(written)) return false;
-    lastFile = written;
+    lastFile.swap(written);
     return true;
 }
 

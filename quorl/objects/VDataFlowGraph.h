@@ -64,6 +64,7 @@ public:
     /// Enters an object and all that is upstream of it, unless it is there. Takes time in
     /// proportion to the edges, and no deeper stack for a longer chain.
     /// \return its place; the end for a dead object.
+    /// \throws std::bad_alloc what it has entered by then stays, and wants a `rebuild`.
     VertexMap::iterator insertParentalInfo(const WeakPtr<VObject>& object);
 
     VertexMap::iterator findVertex(const WeakPtr<VObject>& object); ///< the end if it is not there

@@ -8,6 +8,7 @@
 #include <quorl/values/VValueBase.h>
 
 #include <cstdio>
+#include <set>
 
 namespace Tolmen
 {
@@ -101,9 +102,10 @@ RefPtr<VSlot> VSlotContainer::addSlot(const RefPtr<VSlot>& added, int expertLeve
     if (slot->Parameter && isVprintfAudible(kTraceVerbosity))
         Vprintf(kTraceVerbosity, "VSlotContainer::addSlot(%s,%s, %d)\n",
                 Tolmen::Typename(slot->getType()).c_str(), slot->Name.c_str(), expertLevel);
+    std::set<RefPtr<VSlot>, CompareSlots> entry{slot}; // ahead: a new level does not stay empty
     VNamedInputSet& level = Slots->Inputs[expertLevel];
     RefPtr<VSlot> former; // ends last, and may end the container, too
-    const auto [place, isNew] = level.insert(slot);
+    const auto [place, isNew, refused] = level.insert(entry.extract(entry.begin()));
     if (replace && !isNew) former = level.replace(place, slot);
     // Deliberate: a refusal counts as a change of the connections, too.
     touchInputSetAge();
