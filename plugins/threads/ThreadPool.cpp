@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <exception>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -39,19 +41,6 @@ private:
     VTask* const before_;
 };
 
-/// As a message, or not at all: loggers may throw, and need memory, which may be what has run out.
-template <class... Arguments>
-void report(const char* format, const Arguments&... arguments) noexcept
-{
-    try
-    {
-        Quorl::Vprintf(kError, format, arguments...);
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): there is nobody else to tell
-    {
-    }
-}
-
 void runBody(VTask& task)
 {
     const InTask here(task);
@@ -61,11 +50,11 @@ void runBody(VTask& task)
     }
     catch (const std::exception& exception)
     {
-        report("A task ended by an exception: %s\n", exception.what());
+        Quorl::Vprintf(kError, "A task ended by an exception: %s\n", exception.what());
     }
     catch (...)
     {
-        report("A task ended by an exception.\n");
+        Quorl::Vprintf(kError, "A task ended by an exception.\n");
     }
 }
 
@@ -79,7 +68,6 @@ BackgroundTask* withInbox(const RefPtr<VTask>& task)
 ThreadPool::ThreadPool(std::optional<std::size_t> mostThreads, const std::string& modulePath)
     : mostThreads_(mostThreads), modulePath_(modulePath)
 {
-    leftTasks(); // made here, as to end must not fail
 }
 
 ThreadPool::~ThreadPool()
@@ -97,9 +85,9 @@ bool ThreadPool::start(const RefPtr<VTask>& task)
         running->second.isToRunAgain = true;
         return true;
     }
-    Job made{Quorl::keepModuleLoaded(*task), task};
-    keepLoaded();
-    const auto job = jobs_.try_emplace(task, std::move(made)).first;
+    const auto hold = hold_ ? hold_ : ownHold();
+    const auto job = jobs_.try_emplace(task, Job{Quorl::keepModuleLoaded(*task), task}).first;
+    hold_ = hold;
     if (BackgroundTask* const receiver = withInbox(task)) receiver->inbox.open(!runsHere());
     if (runsHere())
     {
@@ -151,17 +139,18 @@ bool ThreadPool::haveThread()
     }
     catch (const std::system_error& error)
     {
-        report("No thread for a task: %s\n", error.what());
+        Quorl::Vprintf(kError, "No thread for a task: %s\n", error.what());
         return false;
     }
     return true;
 }
 
-void ThreadPool::keepLoaded()
+/// \return null if this code is of no module.
+RefPtr<Quorl::VModuleHold> ThreadPool::ownHold() const
 {
-    if (hold_ || modulePath_.empty()) return;
+    if (modulePath_.empty()) return {};
     const RefPtr<Quorl::VModule> module = Quorl::VModules::find(modulePath_);
-    if (module) hold_ = new Quorl::VModuleHold(module);
+    return RefPtr<Quorl::VModuleHold>(module ? new Quorl::VModuleHold(module) : nullptr);
 }
 
 void ThreadPool::letGoIfIdle()
@@ -293,7 +282,8 @@ ThreadPool::Jobs ThreadPool::askToEnd()
 /// Never ended: their bodies have not.
 ThreadPool::LeftJobs& ThreadPool::leftTasks()
 {
-    static auto& tasks = *new LeftJobs;
+    alignas(LeftJobs) static std::byte place[sizeof(LeftJobs)]; // to end must not need memory
+    static auto& tasks = *new (place) LeftJobs;
     return tasks;
 }
 

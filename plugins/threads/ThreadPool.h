@@ -57,9 +57,9 @@ public:
     void waitForAll(unsigned long milliseconds) override;
     Quorl::WeakPtr<Quorl::VTask> CurrentThread() override;
 
-    /// Forgets the tasks that wait for their turn, asks those that run to end, and returns when
-    /// they have, and their threads too. Tasks can be started again afterwards. From one of its own
-    /// threads, it only asks.
+    /// Forgets the tasks that wait for their turn, in any order, asks those that run to end, and
+    /// returns when they have, and their threads too. Tasks can be started again afterwards. From
+    /// one of its own threads, it only asks.
     void finish();
 
     /// As `finish`, for good. It may come from a task of its own that ends the process: that one
@@ -88,7 +88,7 @@ private:
     bool haveThread();
     void work();
     void run(Lock& lock, Jobs::iterator job);
-    void keepLoaded();
+    Quorl::RefPtr<Quorl::VModuleHold> ownHold() const;
     void letGoIfIdle();
     bool isOwnThread() const;
     void forgetLast(Jobs::iterator job);
