@@ -12,8 +12,8 @@
 
 #include <string>
 
-/// Memory runs out while a module comes or goes. No code is left in use that has gone, and the
-/// module can be loaded, used and unloaded when there is memory again.
+/// Memory runs out while a module comes, works or goes. No code is left in use that has gone, and
+/// the module can be loaded, used and unloaded when there is memory again.
 namespace Quorl
 {
 namespace
@@ -35,7 +35,7 @@ bool unload(const std::string& module)
 }
 
 /// Has each creator make an object, which its code has to be there for.
-void useCreators()
+bool useCreators(const std::string& /*module*/ = "")
 {
     VManagedObject::iterate(
         typeid(VInputCreatorBase),
@@ -46,55 +46,81 @@ void useCreators()
             if (object) object->VManagedObject::remove();
             return true;
         });
+    return true;
 }
 
-bool isUsable(const std::string& module)
+int liveObjects()
+{
+    return VManagedObject::iterate(
+        typeid(VObject), [](int, const RefPtr<VManagedObject>&, const string&) { return true; });
+}
+
+/// Works with whatever there is, at each time.
+bool isUsable(const std::string& module, bool isRefused)
 {
     // What the host makes from now on would be taken away with a module.
     if (!VManagedObject::CurrentLoadModule.empty()) return false;
     useCreators();
-    if (!VModules::find(module) && !load(module)) return false;
+    if (!VModules::find(module) && load(module) == isRefused) return false;
     useCreators();
-    if (!unload(module)) return false;
+    if (unload(module) == isRefused) return false;
     useCreators();
-    return true;
+    return liveObjects() == 0;
+}
+
+bool isUsable(const std::string& module)
+{
+    return isUsable(module, false);
+}
+
+bool refuses(const std::string& module)
+{
+    return isUsable(module, true);
+}
+
+/// \param mayEnd whether the process may, as it does where static initialisers of a module run out
+/// of memory, as those of a program do.
+/// \return how often it failed.
+int failEverywhere(const std::string& module, bool (*work)(const std::string&), bool mayEnd,
+                   bool (*isWhole)(const std::string&) = isUsable)
+{
+    int failures = 0;
+    for (const auto extent : {FailingMemory::Once, FailingMemory::FromThenOn})
+    {
+        auto outcome = Outcome::Failed;
+        for (long number = 1; outcome != Outcome::Done && !testing::Test::HasFailure(); ++number)
+        {
+            outcome =
+                outcomeOf([&] { work(module); }, [&] { return isWhole(module); }, number, extent);
+            EXPECT_NE(outcome, Outcome::Broken) << number;
+            EXPECT_TRUE(mayEnd || outcome != Outcome::Ended) << number;
+            if (outcome == Outcome::Failed) ++failures;
+        }
+    }
+    return failures;
 }
 
 struct ModuleMemory : testing::TestWithParam<const char*>
 {
     const std::string module = GetParam();
-
-    /// \return how often it failed.
-    int failEverywhere(bool (*work)(const std::string&), FailingMemory::Extent extent,
-                       bool mayEnd) const
-    {
-        auto outcome = Outcome::Failed;
-        int failures = 0;
-        for (long number = 1; outcome != Outcome::Done && !HasFailure(); ++number)
-        {
-            outcome =
-                outcomeOf([&] { work(module); }, [&] { return isUsable(module); }, number, extent);
-            EXPECT_NE(outcome, Outcome::Broken) << number;
-            EXPECT_TRUE(mayEnd || outcome != Outcome::Ended) << number;
-            if (outcome == Outcome::Failed) ++failures;
-        }
-        return failures;
-    }
 };
 
-/// Static initialisers of a module that run out of memory end the process, as those of a program
-/// do.
 TEST_P(ModuleMemory, MayRunOutWhereOneIsLoaded)
 {
-    EXPECT_GT(failEverywhere(load, FailingMemory::Once, true), 10);
-    EXPECT_GT(failEverywhere(load, FailingMemory::FromThenOn, true), 10);
+    EXPECT_GT(failEverywhere(module, load, true), 20);
+}
+
+TEST_P(ModuleMemory, MayRunOutWhereOneMakesItsObjects)
+{
+    ASSERT_TRUE(load(module));
+    failEverywhere(module, useCreators, false);
+    EXPECT_TRUE(unload(module));
 }
 
 TEST_P(ModuleMemory, MayRunOutWhereOneIsUnloaded)
 {
     ASSERT_TRUE(load(module));
-    failEverywhere(unload, FailingMemory::Once, false);
-    failEverywhere(unload, FailingMemory::FromThenOn, false);
+    failEverywhere(module, unload, false);
     EXPECT_TRUE(unload(module));
 }
 
@@ -114,8 +140,13 @@ TEST_P(ModuleMemory, MayBeGoneWhereTheLastHoldOfOneEnds)
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ModuleMemory,
-                         testing::Values(GOOD_MODULE, MODULE_WITHOUT_STATICS, STAYING_MODULE),
+                         testing::Values(GOOD_MODULE, MODULE_WITH_A_CREATOR, STAYING_MODULE),
                          [](const auto& test) { return "Module" + std::to_string(test.index); });
+
+TEST(RefusingModuleMemory, MayRunOutWhereOneIsLoaded)
+{
+    EXPECT_GT(failEverywhere(REFUSING_MODULE, load, true, refuses), 20);
+}
 
 } // namespace
 } // namespace Quorl

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <optional>
 #include <thread>
+#include <vector>
 
 /// Tasks, where memory runs out: each runs, or can be started once more.
 namespace

@@ -85,6 +85,10 @@ const Harm kRefusals[] = {
      .whenOpened = "the subscriber ends\n",
      .creators = kGood,
      .isUnloaded = false},
+    {.module = "LeavesACreatorAndRefuses",
+     .whenOpened = "",
+     .creators = kGood,
+     .isUnloaded = false},
     {.module = "LeavesObjectsAndRefuses", .whenOpened = "", .creators = kGood, .isUnloaded = false},
 };
 INSTANTIATE_TEST_SUITE_P(ThatIsRefused, HarmfulModule, testing::ValuesIn(kRefusals),
