@@ -56,6 +56,19 @@ TEST_F(VModuleHoldTest, AnObjectKeepsItsModuleLoaded)
     // The pool outlives the type of the value that it had.
 }
 
+TEST_F(VModuleHoldTest, AnObjectWithoutSlotsKeepsItsModuleLoaded)
+{
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    const RefPtr<VObject> object = creator("Versioned/Quiet")->create("quiet survivor", {});
+    const WeakPtr<VModule> module = VModules::find(path);
+    EXPECT_EQ(object->getNumberOfInputs() + object->getNumberOfOutputs(), 0);
+    UnloadVModule(path, removed);
+
+    EXPECT_TRUE(module) << "held by the object";
+    object->VManagedObject::remove();
+}
+
 TEST_F(VModuleHoldTest, AnObjectThatIsMadeWhileItsModuleIsLoadedKeepsItLoaded)
 {
     const string path = add("early", "early.zelm");

@@ -112,6 +112,10 @@ TEST_F(VSlotContainerAges, TellNewlyConnectedOutputs)
 {
     const RefPtr<VParameter> output = object->output("out");
     const RefPtr<VParameter> quiet = object->output("quiet");
+    VSlotSet none;
+    object->findNewlyConnectedOutputs(pool, none);
+    EXPECT_TRUE(none.empty()) << "as old as the object, which never ran";
+    EXPECT_FALSE(object->hasNewlyConnectedOutputs(pool));
     object->age(pool) = Ageable::GlobalTime;
     EXPECT_FALSE(object->hasNewlyConnectedOutputs(pool));
     network.node("other")->input("x")->attachSource(output);
