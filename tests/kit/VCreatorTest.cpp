@@ -59,10 +59,14 @@ class Press final : public VObject
 public:
     using VObject::VObject;
 
-    void setup(const VSlotSet& /*slots*/) override { ++setups; }
+    void setup(const VSlotSet& /*slots*/) override
+    {
+        if (setups++ == 0) wasReady = RequestProcessing;
+    }
 
     const InputSlot<Apple> apples{*this, "apples"};
     int setups = 0;
+    bool wasReady = true; ///< when it was set up first
 };
 
 /// Hears of new objects.
@@ -131,6 +135,7 @@ TEST_F(KitCreator, MakesAnObjectThatIsReadyAndKnowsItsCreator)
     EXPECT_EQ(press->CreatorName(), "Kit/Press");
     EXPECT_TRUE(press->RequestProcessing);
     EXPECT_EQ(press->setups, 1);
+    EXPECT_FALSE(press->wasReady) << "set up before others may ask it";
 }
 
 TEST_F(KitCreator, NamesANamelessObjectByItsIdentifier)

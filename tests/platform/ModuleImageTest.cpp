@@ -157,6 +157,20 @@ TEST_F(ModuleImageTest, ReadsNoMoreNotesInAllThanAModuleMayHave)
     EXPECT_EQ(imageWith({both, large, large}).text(2, 100), "the place");
 }
 
+TEST_F(ModuleImageTest, LooksThroughFourThousandSegmentsAndNoMore)
+{
+    const auto imageWith = [&](std::uint16_t count) {
+        Image made;
+        made.header.e_phnum = count;
+        made.segment.p_offset += (count - 1) * sizeof made.segment;
+        std::string bytes = made.bytes();
+        bytes.insert(bytes.size() - made.notes.size(), (count - 1) * sizeof made.segment, '\0');
+        return imageOf(bytes);
+    };
+    EXPECT_EQ(imageWith(4096).text(1, 100), "the word");
+    EXPECT_NE(imageWith(4097).error(), "");
+}
+
 TEST_F(ModuleImageTest, KeepsNoTextsOfNumbersThatNoModuleHas)
 {
     constexpr unsigned kMost = ModuleImage::kMostNumber;
