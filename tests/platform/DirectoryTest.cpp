@@ -19,9 +19,9 @@ bool isOfASimpleFileSystem = false; // which cannot refuse to replace a file
 
 } // namespace
 
-/// In the place of the system's.
-int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
-              unsigned flags) noexcept
+/// In the place of the system's: found by the kernel's library, so visible.
+[[gnu::visibility("default")]] int renameat2(int fromFolder, const char* from, int toFolder,
+                                             const char* to, unsigned flags) noexcept
 {
     if (isOfASimpleFileSystem)
     {
