@@ -1,6 +1,7 @@
 #include <quorl/modules/VCreatorCache.h>
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/objects/VRequest.h>
+#include <quorl/slots/VParameter.h>
 #include <tests/modules/ModuleFolder.h>
 
 #include <gtest/gtest.h>
@@ -116,6 +117,15 @@ TEST_F(VModuleHoldTest, AParameterThatOthersShowKeepsItsModuleLoaded)
     UnloadVModule(path, removed);
     EXPECT_TRUE(module) << "held by the slot that this test has";
     other->VManagedObject::remove();
+}
+
+TEST_F(VModuleHoldTest, EachOutputOfAnObjectKeepsItsModuleLoaded)
+{
+    LoadVModule(add("version1", "versioned.zelm"));
+    const RefPtr<VObject> object = creator("Versioned/Answering")->create("provider", {});
+    for (const char* name : {"answer", "doubt"})
+        EXPECT_TRUE(object->getOutput(name)->Parameter->findInterface(typeid(VModuleHold))) << name;
+    object->VManagedObject::remove();
 }
 
 TEST_F(VModuleHoldTest, ItsCreatorsComeBackThoughAnObjectHasTheOldCode)

@@ -221,6 +221,7 @@ TEST(VScriptParameters, AreVisitedInTheOrderOfTextsTheDeadIncluded)
     VisitParameters two;
     two.most = 2;
     EXPECT_EQ(parameters.iterate(two), 1);
+    EXPECT_EQ(two.seen.size(), 2U) << "the second one stopped";
 }
 
 // VScriptable

@@ -16,6 +16,7 @@ public:
         return true;
     }
     const Quorl::OutputSlot<int> answer{*this, "answer"};
+    const Quorl::OutputSlot<double> doubt{*this, "doubt"};
 };
 
 class Quiet final : public Quorl::VObject
