@@ -174,6 +174,23 @@ TEST_F(VModuleHoldTest, AnObjectKeepsTheModuleWhoseCreatorTookTheNameOfAnother)
     EXPECT_FALSE(module);
 }
 
+TEST_F(VModuleHoldTest, AModuleIsLetGoOfByEachThatHasHeldIt)
+{
+    const string path = add("version1", "versioned.zelm");
+    LoadVModule(path);
+    const WeakPtr<VModule> module = VModules::find(path);
+    RefPtr<VModuleHold> first(new VModuleHold(module));
+    RefPtr<VModuleHold> second(new VModuleHold(module));
+    UnloadVModule(path, removed);
+
+    first = RefPtr<VModuleHold>();
+    VModuleHold::letGo();
+    EXPECT_TRUE(module);
+    second = RefPtr<VModuleHold>();
+    VModuleHold::letGo();
+    EXPECT_FALSE(module);
+}
+
 TEST_F(VModuleHoldTest, AModuleIsNotLetGoOfByTheThreadThatHeldIt)
 {
     const string path = add("version1", "versioned.zelm");
