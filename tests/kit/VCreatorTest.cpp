@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 
 namespace Quorl
 {
@@ -16,6 +17,7 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 struct Apple
 {
@@ -69,6 +71,17 @@ public:
     bool wasReady = true; ///< when it was set up first
 };
 
+/// Cannot be set up.
+class Stone final : public VObject
+{
+public:
+    using VObject::VObject;
+
+    void setup(const VSlotSet& /*slots*/) override { throw std::runtime_error("too hard"); }
+
+    const OutputSlot<Apple> apple{*this, "apple"};
+};
+
 /// Hears of new objects.
 struct Births final : VActionNotifier
 {
@@ -93,6 +106,7 @@ VCreator<Tree> trees("Kit/Tree(tall)", {.provides = {typeid(Apple), typeid(Pear)
                                         .applications = "Garden;Kitchen",
                                         .priority = 7});
 VCreator<Press> presses("Kit/Press", {.accepts = {typeid(Apple)}, .priority = 8});
+VCreator<Stone> stones("Kit/Stone", {});
 
 struct KitCreator : testing::Test
 {
@@ -162,6 +176,16 @@ TEST_F(KitCreator, TellsTheSubscribersOfAnObjectThatIsReady)
     make(presses, "press", context);
 
     EXPECT_THAT(births->log, ElementsAre("press by Kit/Press, me, ready"));
+}
+
+TEST_F(KitCreator, LeavesNothingOfAnObjectThatCannotBeSetUp)
+{
+    const RefPtr<Births> births(new Births);
+    ASSERT_TRUE(births->activate());
+    EXPECT_THROW(stones.create("stone", {}), std::runtime_error);
+
+    EXPECT_FALSE(VManagedObject::find(typeid(VObject), "stone"));
+    EXPECT_THAT(births->log, IsEmpty());
 }
 
 TEST_F(KitCreator, AcceptsEachOutputOfItsTypes)

@@ -2,10 +2,11 @@
 """Changes one thing at a time in quorl/, and tells which changes no test notices.
 
 Each mutant is built in a copy of the last commit, in build/mutation, and the tests of its folder are
-run, then those of tests/model, of the other folders, and of the kernel in tests/reliability/faults. A mutant is killed by a test that
-fails, crashes or does not end; one that does not compile does not count. Why some survive is told in
-explained.toml. Results stay in build/mutation/results.json: a further run goes on from there, but for
-files that have changed since, and tries once more what has survived.
+run, then those of tests/model, of the other folders, and of the kernel in tests/reliability/faults. A
+mutant is killed by a test that fails, crashes or does not end; one that does not compile does not
+count. Why some survive is told in explained.toml. Results stay in build/mutation/results.json: a
+further run goes on from there, but for files that have changed since, and tries once more what has
+survived.
 """
 
 import argparse
@@ -34,7 +35,7 @@ RESULTS = WORK / "results.json"
 EXPLAINED = pathlib.Path(__file__).with_name("explained.toml")
 FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
            "kit", "platform")
-FAULTS = ("unwinding", "walk_faults", "operation_faults", "module_memory_faults")
+FAULTS = ("unwinding", "walk_faults", "operation_faults", "module_faults", "module_memory_faults")
 PLACES = {name: BUILD / "tests" / name for name in (*FOLDERS, "model")}
 PLACES |= {name: BUILD / "tests" / "reliability" / "faults" for name in FAULTS}
 TARGETS = [f"{name}_test" for name in PLACES]

@@ -5,32 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <dlfcn.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <string>
-
-namespace
-{
-
-bool isOfASimpleFileSystem = false; // which cannot refuse to replace a file
-
-} // namespace
-
-/// In the place of the system's: found by the kernel's library, so visible.
-[[gnu::visibility("default")]] int renameat2(int fromFolder, const char* from, int toFolder,
-                                             const char* to, unsigned flags) noexcept
-{
-    if (isOfASimpleFileSystem)
-    {
-        errno = EINVAL;
-        return -1;
-    }
-    static const auto own = reinterpret_cast<decltype(&renameat2)>(::dlsym(RTLD_NEXT, "renameat2"));
-    return own(fromFolder, from, toFolder, to, flags);
-}
 
 namespace Tolmen::Platform
 {
@@ -77,20 +53,6 @@ TEST_F(Directory, RenamesAFile)
     EXPECT_EQ(read("b"), "bytes");
     EXPECT_FALSE(std::filesystem::exists(folder + "a"));
     EXPECT_FALSE(renameFile(folder + "absent", folder + "c"));
-}
-
-TEST_F(Directory, RenamesWhereTheFileSystemCannotRefuseToReplace)
-{
-    write("a", "first");
-    write("c", "there");
-    isOfASimpleFileSystem = true;
-    EXPECT_TRUE(renameFile(folder + "a", folder + "b"));
-    EXPECT_FALSE(renameFile(folder + "b", folder + "c"));
-    EXPECT_FALSE(renameFile(folder + "a", folder + "d"));
-    isOfASimpleFileSystem = false;
-    EXPECT_EQ(made.count(), 2U);
-    EXPECT_EQ(read("b"), "first");
-    EXPECT_EQ(read("c"), "there");
 }
 
 TEST_F(Directory, NeverReplacesAFile)

@@ -5,31 +5,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <dlfcn.h>
 #include <elf.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <limits>
 #include <random>
 #include <vector>
-
-namespace
-{
-
-std::size_t mostAtOnce = std::numeric_limits<std::size_t>::max(); // that is read, in bytes
-
-} // namespace
-
-/// In the place of the system's: found by the kernel's library, so visible.
-[[gnu::visibility("default")]] ssize_t pread(int file, void* bytes, std::size_t count, off_t offset)
-{
-    static const auto own = reinterpret_cast<decltype(&pread)>(::dlsym(RTLD_NEXT, "pread"));
-    return own(file, bytes, std::min(count, mostAtOnce), offset);
-}
 
 namespace Tolmen::Platform
 {
@@ -125,16 +107,6 @@ TEST_F(ModuleImageTest, ReadsTheTextsOfAModule)
 TEST_F(ModuleImageTest, ReadsNotesThatAreMadeByHand)
 {
     const ModuleImage image = imageOf(Image().bytes());
-    EXPECT_EQ(image.error(), "");
-    EXPECT_EQ(image.text(1, 100), "the word");
-    EXPECT_EQ(image.text(2, 100), "the place");
-}
-
-TEST_F(ModuleImageTest, ReadsOnWhereTheSystemGivesLessThanWasAsked)
-{
-    mostAtOnce = 7;
-    const ModuleImage image = imageOf(Image().bytes());
-    mostAtOnce = std::numeric_limits<std::size_t>::max();
     EXPECT_EQ(image.error(), "");
     EXPECT_EQ(image.text(1, 100), "the word");
     EXPECT_EQ(image.text(2, 100), "the place");

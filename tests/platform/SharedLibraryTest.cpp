@@ -105,6 +105,15 @@ TEST_F(SharedLibraryFile, StaysTheSameUnderASecondPathWhenTheFirstOwnerEnds)
     EXPECT_EQ(SharedLibrary(path).symbol(kSymbol), before) << "not a copy";
 }
 
+TEST_F(SharedLibraryFile, StaysTheSameForItsPathUntilTheLastOwnerEnds)
+{
+    auto first = std::make_unique<SharedLibrary>(path);
+    const SharedLibrary second(path);
+    first.reset();
+
+    EXPECT_EQ(SharedLibrary(path).symbol(kSymbol), second.symbol(kSymbol)) << "not a copy";
+}
+
 TEST_F(SharedLibraryFile, IsMappedOnceMoreForThePathThatItWasFirstMappedFor)
 {
     auto first = std::make_unique<SharedLibrary>(path);

@@ -134,10 +134,24 @@ TEST_F(ModuleFaults, AFileThatCannotBeRenamedKeepsItsName)
         EXPECT_TRUE(FailingCall::hasHappened());
     }
     EXPECT_EQ(bytesOf("from"), "bytes");
-    const FailingCall failing("renameat2", 1, EINVAL); // as some file systems say
-    EXPECT_TRUE(Tolmen::Platform::renameFile("from", "to"));
-    EXPECT_TRUE(FailingCall::hasHappened());
-    EXPECT_EQ(bytesOf("to"), "bytes");
+}
+
+TEST_F(ModuleFaults, AFileIsRenamedWhereTheFileSystemCannotRefuseToReplaceOne)
+{
+    const auto rename = [](const std::string& from, const std::string& to) {
+        const FailingCall failing("renameat2", 1, EINVAL); // as such file systems say
+        const bool isRenamed = Tolmen::Platform::renameFile(from, to);
+        EXPECT_TRUE(FailingCall::hasHappened());
+        return isRenamed;
+    };
+    writeBytes("a", "first");
+    writeBytes("c", "there");
+    EXPECT_TRUE(rename("a", "b"));
+    EXPECT_FALSE(rename("b", "c"));
+    EXPECT_FALSE(rename("a", "d"));
+    EXPECT_EQ(folder_.count(), 2U);
+    EXPECT_EQ(bytesOf("b"), "first");
+    EXPECT_EQ(bytesOf("c"), "there");
 }
 
 TEST_F(ModuleFaults, OutputThatCannotBeFlushedIsLost)

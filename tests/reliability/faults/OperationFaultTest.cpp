@@ -1,7 +1,6 @@
 #include <tests/reliability/faults/FailingMemory.h>
 #include <tests/support/Node.h>
 #include <tests/support/Observer.h>
-#include <tests/support/TestTask.h>
 
 #include <quorl/foundation/Intercube.h>
 #include <quorl/foundation/TypeInfo.h>
@@ -18,7 +17,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 
 /// Single operations, of which each allocation fails: what there was is as it was, and the same
@@ -32,7 +30,6 @@ using QuorlTest::FailingMemory;
 using QuorlTest::makeObserver;
 using QuorlTest::makeParameter;
 using QuorlTest::makePool;
-using QuorlTest::makeTask;
 using QuorlTest::Network;
 using QuorlTest::Node;
 using QuorlTest::Observer;

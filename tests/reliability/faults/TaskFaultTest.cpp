@@ -24,14 +24,15 @@ using Threads::ThreadPool;
 void startWithEachFailure(std::optional<std::size_t> mostThreads, FailingMemory::Extent extent)
 {
     bool hasFailed = true;
-    for (long number = 1; hasFailed; ++number)
+    long failures = 0;
+    for (; hasFailed; failures += hasFailed ? 1 : 0)
     {
-        SCOPED_TRACE(number);
+        SCOPED_TRACE(failures + 1);
         ThreadPool pool(mostThreads);
         std::atomic<int> runs = 0;
         const RefPtr<TestTask> task = makeTask([&](TestTask&) { ++runs; });
         bool isStarted = false;
-        hasFailed = runWithFailure([&] { isStarted = pool.start(task); }, number, extent);
+        hasFailed = runWithFailure([&] { isStarted = pool.start(task); }, failures + 1, extent);
         pool.wait(task);
         EXPECT_EQ(runs, isStarted ? 1 : 0);
 
@@ -41,6 +42,7 @@ void startWithEachFailure(std::optional<std::size_t> mostThreads, FailingMemory:
         EXPECT_EQ(pool.tasks(), 0U);
         if (testing::Test::HasFailure()) return;
     }
+    EXPECT_GT(failures, 0);
 }
 
 TEST(TaskFaults, ATaskThatIsNotStartedCanBeStartedOnceMore)
