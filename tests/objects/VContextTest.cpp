@@ -1,4 +1,5 @@
 #include <quorl/objects/VContext.h>
+#include <tests/support/SecondsNow.h>
 
 #include <quorl/values/ValuePool.h>
 #include <quorl/values/ValuePoolProvider.h>
@@ -50,9 +51,9 @@ TEST(VContext, TakesTheLaterOfTwoPinnedMoments)
 TEST(VContext, ReadsTheClockWithoutAPinnedMoment)
 {
     const RefPtr<VContext::Addendum> empty(new VContext::Addendum);
-    const std::time_t before = std::time(nullptr);
+    const std::time_t before = QuorlTest::secondsNow();
     const VContext context(empty);
-    const std::time_t after = std::time(nullptr);
+    const std::time_t after = QuorlTest::secondsNow();
 
     std::tm local{};
     local.tm_year = context.Time.Year - 1900;
