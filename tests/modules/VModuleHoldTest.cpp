@@ -187,6 +187,7 @@ TEST_F(VModuleHoldTest, AModuleIsLetGoOfByEachThatHasHeldIt)
     VModuleHold::letGo();
     EXPECT_TRUE(module);
     second = RefPtr<VModuleHold>();
+    EXPECT_TRUE(module) << "code of it may be what has let go";
     VModuleHold::letGo();
     EXPECT_FALSE(module);
 }
