@@ -114,6 +114,12 @@ TEST_F(Exit, ObjectsOfModulesMayBeLeftAnywhere)
     expectQuietEnd("main ends\n");
 }
 
+TEST_F(Exit, CreatorsThatTheirModuleHasLeftBehindEndBeforeItsCode)
+{
+    run("LeavesModules", MODULE_THAT_LEAVES_A_CREATOR);
+    expectQuietEnd("main ends\n");
+}
+
 #ifdef HAS_THREADS
 TEST_F(ExitThreads, MayRunTasksOfWhichOthersWait)
 {
