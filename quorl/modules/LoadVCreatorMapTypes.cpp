@@ -27,6 +27,7 @@ using Tolmen::Platform::fileStatus;
 
 constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
 constexpr std::uint64_t kMostExpected = 1 << 24; // bytes; a larger file is read in several steps
+constexpr std::uint64_t kMostUntold = 1 << 24;   // bytes of what tells no size: it may have no end
 
 /// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
 /// a text, and the end of the file is not told.
@@ -36,10 +37,12 @@ public:
     /// Reads the file to its end. \param expected its size, as far as is known.
     CacheReader(std::FILE* file, std::uint64_t expected)
     {
+        const std::uint64_t most = std::max(expected, kMostUntold);
         std::size_t size = 0;
-        while (size == bytes_.size()) // no room is left, so there may be more
+        while (size == bytes_.size() && size < most) // no room is left, so there may be more
         {
-            bytes_.resize(size == 0 ? std::min(expected, kMostExpected) + 1 : 2 * size);
+            const std::uint64_t room = size == 0 ? std::min(expected, kMostExpected) + 1 : 2 * size;
+            bytes_.resize(std::min(room, most));
             size += std::fread(bytes_.data() + size, 1, bytes_.size() - size, file);
         }
         left_ = string_view(bytes_).substr(0, size);

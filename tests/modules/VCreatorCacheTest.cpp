@@ -321,6 +321,11 @@ TEST_F(VCreatorCache, IsReadToItsEndWhateverItsSizeIsSaidToBe)
     ::close(ends[0]);
 }
 
+TEST_F(VCreatorCache, IsNotReadForEverFromWhatHasNoEnd)
+{
+    EXPECT_EQ(outputOf([] { EXPECT_TRUE(LoadVCreatorMapTypes("/dev/zero")); }), "TypeEntries: 0\n");
+}
+
 TEST_F(VCreatorCache, LosesStepAtAnEntryWithoutModule)
 {
     new CacheDomain::Item("hosted", 0); // by no module
