@@ -45,8 +45,8 @@ void Trace::closed(const Profiler::Section& section, double /*seconds*/)
 {
     Event& event = events_[open_.back()];
     open_.pop_back();
-    if (isRequest(section)) event.arguments["decision"] = decisionAt(section.object);
     event.end = watch_.seconds();
+    if (isRequest(section)) event.arguments["decision"] = decisionAt(section.object);
 }
 
 Json Trace::argumentsOf(const Profiler::Section& section) const

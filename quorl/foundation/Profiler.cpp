@@ -33,10 +33,17 @@ void Profiler::open(const char* file, int line, const char* function, const std:
     running_ = running.release(); // only now: a listener that throws leaves no profiler to end it
 }
 
+/// Destructors tell it, perhaps since an exception passes: another one ends here.
 void Profiler::close()
 {
-    running_->listener->closed(running_->section, running_->timer.seconds());
-    delete running_;
+    const std::unique_ptr<Running> running(running_);
+    try
+    {
+        running->listener->closed(running->section, running->timer.seconds());
+    }
+    catch (...)
+    {
+    }
 }
 
 } // namespace Tolmen

@@ -69,5 +69,27 @@ TEST(Profiler, LeavesNothingBehindWhenItsListenerThrows)
     Profiler::setListener(before);
 }
 
+TEST(Profiler, LetsAnExceptionPassThoughItsListenerThrowsAtTheEnd)
+{
+    struct Throwing final : Profiler::Listener
+    {
+        void opened(const Profiler::Section&) override {}
+        void closed(const Profiler::Section&, double) override
+        {
+            ++count;
+            throw 1;
+        }
+        int count = 0;
+    } throwing;
+    Profiler::Listener* const before = Profiler::setListener(&throwing);
+    const auto work = [] {
+        const Profiler section("file", 1, "f", "object", 0);
+        throw std::string("from the work");
+    };
+    EXPECT_THROW(work(), std::string);
+    EXPECT_EQ(throwing.count, 1);
+    Profiler::setListener(before);
+}
+
 } // namespace
 } // namespace Tolmen
