@@ -30,7 +30,10 @@ std::filesystem::path behindLinks(std::filesystem::path path)
 NewFile::NewFile(const std::filesystem::path& target) : target_(target)
 {
     struct stat facts = {};
-    if (::stat(target.c_str(), &facts) == 0) mode_ = facts.st_mode;
+    if (::stat(target.c_str(), &facts) == 0)
+        mode_ = facts.st_mode;
+    else if (errno != ENOENT)
+        failOfSystem(); // what stands there may be nothing to be replaced
     if (S_ISDIR(mode_)) fail("is a directory");
     if (isReplaced())
         openBeside();

@@ -35,7 +35,7 @@ RESULTS = WORK / "results.json"
 EXPLAINED = pathlib.Path(__file__).with_name("explained.toml")
 FOLDERS = ("foundation", "values", "slots", "objects", "registry", "modules", "tasks", "services",
            "kit", "platform")
-FAULTS = ("unwinding", "walk_faults", "operation_faults", "module_faults", "module_memory_faults")
+FAULTS = ("unwinding", "walk_faults", "operation_faults", "system_faults", "module_memory_faults")
 PLACES = {name: BUILD / "tests" / name for name in (*FOLDERS, "model")}
 PLACES |= {name: BUILD / "tests" / "reliability" / "faults" for name in FAULTS}
 TARGETS = [f"{name}_test" for name in PLACES]

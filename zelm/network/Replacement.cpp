@@ -51,7 +51,10 @@ bool isReplaced(mode_t mode)
 Replacement::Replacement(const std::string& target) : target_(target), place_(behindLinks(target))
 {
     struct stat facts = {};
-    if (::stat(target.c_str(), &facts) == 0) mode_ = facts.st_mode;
+    if (::stat(target.c_str(), &facts) == 0)
+        mode_ = facts.st_mode;
+    else if (errno != ENOENT)
+        fail(errno); // what stands there may be nothing to be replaced
     if (S_ISDIR(mode_)) fail(EISDIR);
     const fs::path parent = isReplaced(mode_) ? place_.parent_path() : fs::temp_directory_path();
     folder_ = (parent / ".zelm-XXXXXX").string();

@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <future>
 #include <string>
 
@@ -118,6 +120,23 @@ TEST_F(CacheFaults, ACacheThatShrinksWhileItIsReadIsReadAsFarAsItGoes)
     }
     EXPECT_GT(creators.size(), 100U);
     EXPECT_LT(creators.size(), 1000U);
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+}
+
+TEST_F(CacheFaults, ACacheThatIsReplacedWhileItIsReadIsReadAsItWas)
+{
+    copyModule();
+    enterManyCreators();
+    saveCache();
+    emptyDomain(typeid(Quorl::VInputCreatorBase));
+    writeBytes("next", "");
+    {
+        const SignalHandler replace(SIGINT, [](int) { std::rename("next", "cache"); });
+        const FailingCall signal("fread", 1, 0, FailingCall::Interrupts);
+        outputOf([] { EXPECT_TRUE(Quorl::LoadVCreatorMapTypes("cache")); });
+    }
+    EXPECT_EQ(bytesOf("cache"), "");
+    EXPECT_EQ(Quorl::VCreators(typeid(Quorl::VInputCreatorBase))->size(), 1000U);
     emptyDomain(typeid(Quorl::VInputCreatorBase));
 }
 

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 namespace QuorlTest
@@ -27,7 +28,8 @@ bool isTheOne(std::string_view function)
 {
     if (theCallsLeft <= 0 || function != theFunction || --theCallsLeft > 0) return false;
     if (theManner == FailingCall::Kills) ::raise(SIGKILL);
-    return true;
+    if (theManner == FailingCall::Interrupts) ::raise(SIGINT);
+    return theManner != FailingCall::Interrupts;
 }
 
 /// \return whether this call fails, and has told why.
@@ -159,6 +161,11 @@ int fsync(int descriptor)
 int fchmod(int descriptor, mode_t mode) noexcept
 {
     return fails("fchmod") ? -1 : own<decltype(fchmod)>("fchmod")(descriptor, mode);
+}
+
+char* mkdtemp(char* path) noexcept
+{
+    return fails("mkdtemp") ? nullptr : own<decltype(mkdtemp)>("mkdtemp")(path);
 }
 
 int rename(const char* from, const char* to) noexcept

@@ -5,6 +5,8 @@
 #include <zelm/network/WholeFile.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <string>
 
 /// Files that are replaced in one step, and files that are read.
@@ -48,7 +50,8 @@ TEST_P(WholeFiles, StayAsTheyWereIfACallFails)
     EXPECT_EQ(bytesOf("file"), "former");
     EXPECT_EQ(folder_.count(), 1U);
 }
-INSTANTIATE_TEST_SUITE_P(Calls, WholeFiles, testing::Values("write", "fchmod", "fsync", "rename"),
+INSTANTIATE_TEST_SUITE_P(Calls, WholeFiles,
+                         testing::Values("stat", "mkdtemp", "write", "fchmod", "fsync", "rename"),
                          [](const auto& test) { return std::string(test.param); });
 
 class WholePictures : public FileFaults, public testing::WithParamInterface<const char*>
@@ -85,7 +88,7 @@ TEST_P(WholePictures, StayAsTheyWereIfACallFailsOrEndsTheProcess)
     EXPECT_EQ(bytesOf("file"), "former");
 }
 INSTANTIATE_TEST_SUITE_P(Calls, WholePictures,
-                         testing::Values("fwrite", "fchmod", "fclose", "rename"),
+                         testing::Values("stat", "mkdtemp", "fwrite", "fchmod", "fclose", "rename"),
                          [](const auto& test) { return std::string(test.param); });
 
 TEST_F(FileFaults, AWriteThatIsInterruptedOrDoesHalfGoesOn)
@@ -116,6 +119,17 @@ TEST_F(FileFaults, AFileThatShrinksWhileItIsReadIsReadAsFarAsItGoes)
     EXPECT_TRUE(!begin.empty() && text.starts_with(begin));
 }
 
+TEST_F(FileFaults, AFileThatIsReplacedWhileItIsReadIsReadAsItWas)
+{
+    const std::string text = longText('a');
+    writeBytes("file", text);
+    writeBytes("next", "next");
+    const SignalHandler replace(SIGINT, [](int) { std::rename("next", "file"); });
+    const FailingCall signal("read", 2, 0, FailingCall::Interrupts);
+    EXPECT_EQ(Zelm::readWholeFile("file"), text);
+    EXPECT_EQ(bytesOf("file"), "next");
+}
+
 TEST_F(FileFaults, AFileThatCannotBeReadToItsEndIsRefused)
 {
     writeBytes("file", longText('a'));
@@ -128,6 +142,22 @@ TEST_F(FileFaults, AFileThatCannotBeReadToItsEndIsRefused)
     catch (const Zelm::NetworkError& error)
     {
         EXPECT_STREQ(error.what(), "file: Input/output error");
+    }
+}
+
+TEST_F(FileFaults, ASaveGoesOnBehindASignalThatIsHandled)
+{
+    for (const char* const call : {"stat", "write", "fchmod", "fsync", "rename", "close"})
+    {
+        static int signals = 0;
+        signals = 0;
+        writeBytes("file", "former");
+        const SignalHandler count(SIGINT, [](int) { ++signals; });
+        const FailingCall signal(call, 1, 0, FailingCall::Interrupts);
+        writeWholeFile("file", longText('a'));
+        EXPECT_EQ(signals, 1) << call;
+        EXPECT_EQ(bytesOf("file"), longText('a')) << call;
+        EXPECT_EQ(folder_.count(), 1U) << call;
     }
 }
 

@@ -42,6 +42,23 @@ protected:
     const WorkingDirectory workingDirectory_{folder_.path()};
 };
 
+/// Hears of a signal while it lives.
+class SignalHandler
+{
+public:
+    SignalHandler(int signal, void (*handler)(int))
+        : signal_(signal), former_(std::signal(signal, handler))
+    {
+    }
+    SignalHandler(const SignalHandler&) = delete;
+    SignalHandler& operator=(const SignalHandler&) = delete;
+    ~SignalHandler() { std::signal(signal_, former_); }
+
+private:
+    const int signal_;
+    void (*const former_)(int);
+};
+
 /// \return whether a process of its own, which is ended by a signal in that call, came to it.
 inline bool isEndedIn(const char* call, const std::function<void()>& act, long number = 1)
 {
