@@ -60,6 +60,15 @@ TEST_F(KitNetwork, SetsInputsByText)
     EXPECT_EQ(child->getParameter("b")->getValueAsText(pool, "", false), "7");
 }
 
+TEST_F(KitNetwork, SetsInputsThatHaveNoValueInAContextYet)
+{
+    const auto pool = QuorlTest::makePool();
+    child->getParameter("a")->Localize();
+    EXPECT_TRUE(setText(*child, "a", "2.5", pool));
+    EXPECT_EQ(child->getParameter("a")->getValueAsText(pool, "", false), "2.5");
+    EXPECT_EQ(child->getParameter("a")->getValueAsText({}, "", false), "0");
+}
+
 TEST_F(KitNetwork, ConnectsAllThatFits)
 {
     EXPECT_EQ(connectInAllWays(parent, child), "");

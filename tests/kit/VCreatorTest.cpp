@@ -150,6 +150,7 @@ TEST_F(KitCreator, MakesAnObjectThatIsReadyAndKnowsItsCreator)
     EXPECT_TRUE(press->RequestProcessing);
     EXPECT_EQ(press->setups, 1);
     EXPECT_FALSE(press->wasReady) << "set up before others may ask it";
+    EXPECT_EQ(press->VManagedObject::priority, 0) << "not that of its creator";
 }
 
 TEST_F(KitCreator, NamesANamelessObjectByItsIdentifier)

@@ -177,12 +177,15 @@ TEST_F(VConnectableInterface, GivesItToTheFirstInputOfItsTypeAndMakesThatYounger
     const RefPtr<VParameter> parameter(new VValueParameter<Service*>(value, "service"));
     source->input("a");
     const RefPtr<VSlot> slot = source->addParameter("b", 0, parameter, false);
+    const RefPtr<ServiceValue> other(new ServiceValue);
+    source->addParameter("c", 0, new VValueParameter<Service*>(other, "other"), false);
     const RefPtr<Service> service(new Service);
     const Ageable connection = source->ConnectionAge();
 
     EXPECT_EQ(ticksOf([&] { EXPECT_EQ(object->ConnectInterface(source, service), slot); }), 1);
 
     EXPECT_EQ(value->taken, service);
+    EXPECT_FALSE(other->taken);
     EXPECT_EQ(value->age(), Ageable::GlobalTime);
     EXPECT_EQ(slot->Parameter, parameter);
     EXPECT_EQ(source->ConnectionAge(), connection);

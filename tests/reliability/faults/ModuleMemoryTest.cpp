@@ -34,6 +34,12 @@ bool unload(const std::string& module)
     return UnloadVModule(module, remover);
 }
 
+bool reload(const std::string& module)
+{
+    LeaveItems remover;
+    return ReloadVModule(module, remover);
+}
+
 /// Has each creator make an object, which its code has to be there for.
 bool useCreators(const std::string& /*module*/ = "")
 {
@@ -121,6 +127,13 @@ TEST_P(ModuleMemory, MayRunOutWhereOneIsUnloaded)
 {
     ASSERT_TRUE(load(module));
     failEverywhere(module, unload, false);
+    EXPECT_TRUE(unload(module));
+}
+
+TEST_P(ModuleMemory, MayRunOutWhereOneIsReloaded)
+{
+    ASSERT_TRUE(load(module));
+    EXPECT_GT(failEverywhere(module, reload, true), 20);
     EXPECT_TRUE(unload(module));
 }
 

@@ -45,7 +45,7 @@ void startWithEachFailure(std::optional<std::size_t> mostThreads, FailingMemory:
     EXPECT_GT(failures, 0);
 }
 
-TEST(TaskFaults, ATaskThatIsNotStartedCanBeStartedOnceMore)
+TEST(TaskFaultsThreads, ATaskThatIsNotStartedCanBeStartedOnceMore)
 {
     for (const auto extent : {FailingMemory::Once, FailingMemory::FromThenOn})
     {
@@ -66,7 +66,7 @@ struct Exhausting
     std::optional<FailingMemory> memory;
 };
 
-TEST(TaskFaults, ATaskMayRunOutOfMemoryWithoutAnythingLeftToSaySo)
+TEST(TaskFaultsThreads, ATaskMayRunOutOfMemoryWithoutAnythingLeftToSaySo)
 {
     for (const auto mostThreads : {std::optional<std::size_t>(), std::optional<std::size_t>(0)})
     {
@@ -81,7 +81,7 @@ TEST(TaskFaults, ATaskMayRunOutOfMemoryWithoutAnythingLeftToSaySo)
     }
 }
 
-TEST(TaskFaults, ThePoolEndsItsTasksWithoutMemory)
+TEST(TaskFaultsThreads, ThePoolEndsItsTasksWithoutMemory)
 {
     ThreadPool pool(1);
     std::atomic<bool> isRunning = false;
