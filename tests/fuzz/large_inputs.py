@@ -150,6 +150,7 @@ INPUTS = {
                             "too_long": packed("Q", 1 << 63) + b"a" * (MOST - 8)},
     "number": texts,
     "value_text": texts,
+    "module_text": texts,
     "split": lambda: {"separators": filled(b",", b",;\1"), "fields": filled(b"a,", b",;\0")},
     "creator_key": lambda: {"open": b"(" * MOST, "closed": b")" * MOST, "slashes": b"/" * MOST,
                             "pairs": b"()" * (MOST // 2), "names": b"a/" * (MOST // 2)},
