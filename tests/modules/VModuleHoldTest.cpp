@@ -2,7 +2,9 @@
 #include <quorl/modules/VModuleHold.h>
 #include <quorl/objects/VRequest.h>
 #include <quorl/slots/VParameter.h>
+#include <quorl/tasks/ThreadManagerValue.h>
 #include <tests/modules/ModuleFolder.h>
+#include <tests/support/Node.h>
 
 #include <gtest/gtest.h>
 
@@ -126,6 +128,24 @@ TEST_F(VModuleHoldTest, EachOutputOfAnObjectKeepsItsModuleLoaded)
     for (const char* name : {"answer", "doubt"})
         EXPECT_TRUE(object->getOutput(name)->Parameter->findInterface(typeid(VModuleHold))) << name;
     object->VManagedObject::remove();
+}
+
+TEST_F(VModuleHoldTest, OfOthersParametersThoseThatRunTasksKeepAModuleLoaded)
+{
+    const RefPtr<VParameter> number = QuorlTest::makeParameter("number");
+    const RefPtr<VParameter> threads(new VValueParameter<VThreadManager>(
+        RefPtr<VValue<VThreadManager>>(new VValue<VThreadManager>), "threads"));
+    const RefPtr<VObject> joined(new VObject("joined", 0, {}));
+    joined->addParameter("number", 0, number, false);
+    joined->addParameter("threads", 0, threads, false);
+    LoadVModule(add("joining", "joining.zelm"));
+    const RefPtr<VObject> object = creator("Joining/Joining")->create("object", {});
+
+    EXPECT_EQ(object->getParameter("number"), number);
+    EXPECT_FALSE(number->findInterface(typeid(VModuleHold)));
+    EXPECT_EQ(object->getParameter("threads"), threads);
+    EXPECT_TRUE(threads->findInterface(typeid(VModuleHold)));
+    for (const RefPtr<VObject>& each : {joined, object}) each->VManagedObject::remove();
 }
 
 TEST_F(VModuleHoldTest, ItsCreatorsComeBackThoughAnObjectHasTheOldCode)

@@ -1,5 +1,6 @@
 #include <quorl/slots/VSlotContainer.h>
 
+#include <quorl/foundation/Watch.h>
 #include <quorl/services/Vprintf.h>
 #include <quorl/slots/VSlotTables.h>
 #include <tests/slots/ContainerTestTypes.h>
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -380,6 +382,14 @@ TEST(AddSlot, NeedsAContainerAndASlot)
     EXPECT_FALSE(addSlot(nullptr, slot, 0, false));
     EXPECT_FALSE(addSlot(object.rawptr(), {}, 0, false));
     EXPECT_EQ(addSlot(object.rawptr(), slot, 0, false), slot);
+}
+
+TEST(VNamedInputSet, ChangesTheShapeWhenItEnds)
+{
+    std::optional<VNamedInputSet> inputs(std::in_place);
+    const auto before = Tolmen::Watch::shape();
+    inputs.reset();
+    EXPECT_NE(Tolmen::Watch::shape(), before);
 }
 
 TEST(VNamedInputSet, ComplainsOfSlotsThatEndedBehindItsBack)

@@ -1,6 +1,7 @@
 #include <quorl/values/ValuePool.h>
 
 #include <quorl/foundation/AddressString.h>
+#include <quorl/foundation/Watch.h>
 #include <quorl/values/ValuePoolReferer.h>
 #include <tests/values/ValueTestTypes.h>
 
@@ -120,6 +121,18 @@ TEST(ValuePool, KeepsOneVariableForAKeyAndDropsTheFirst)
     changed.removeVariable(key);
     changed.removeVariable(key);
     EXPECT_EQ(pool.findVariable(key).referer, nullptr);
+}
+
+TEST(ValuePool, SaysThatItsVariablesChange)
+{
+    const RefPtr<ValuePool> pool(new ValuePool);
+    const auto key = makeKey(0);
+    auto before = Tolmen::Watch::variables();
+    pool->createVariable(key, makeNumber(1));
+    EXPECT_NE(Tolmen::Watch::variables(), before);
+    before = Tolmen::Watch::variables();
+    pool->removeVariable(key);
+    EXPECT_NE(Tolmen::Watch::variables(), before);
 }
 
 TEST(ValuePool, BearsToBeChangedByTheEndOfAVariable)
