@@ -114,9 +114,9 @@ def result_of(name, mutant):
         source.write_text(text, encoding="utf-8")
 
 
-def choose(count, seed, folders, suffixes):
-    """Mutants, spread over the folders and their files: as many of each folder, as far as it has
-    them."""
+def shuffled(seed, folders, suffixes):
+    """All mutants in turn, spread over the folders and their files: as many of each folder, as far
+    as it has them."""
     by_folder = {}
     for folder in folders:
         found = []
@@ -126,10 +126,8 @@ def choose(count, seed, folders, suffixes):
             found += [(name, mutant) for mutant in find_mutants(source.read_text(encoding="utf-8"))]
         random.Random(f"{seed} {folder}").shuffle(found)
         by_folder[folder] = found
-    chosen = []
-    while len(chosen) < count and any(by_folder.values()):
-        chosen += [found.pop() for found in by_folder.values() if found]
-    return chosen[:count]
+    while any(by_folder.values()):
+        yield from [found.pop() for found in by_folder.values() if found]
 
 
 def described(name, mutant):
@@ -159,6 +157,19 @@ def is_explained(entry):
     return (entry["file"], entry["before"], entry["after"]) in explained()
 
 
+def tried(name, mutant, results):
+    """What becomes of a mutant, which is known if it was tried before and did not survive."""
+    entry = described(name, mutant)
+    key = f"{name}:{entry['state']}:{mutant.begin}:{mutant.kind}"
+    if key in results and results[key]["result"] != "survived":
+        return results[key]["result"]
+    result = "survived" if is_explained(entry) else result_of(name, mutant)
+    results[key] = entry | {"result": result}
+    print(f"{result:9} {name}:{entry['line']} {mutant.kind}", flush=True)
+    RESULTS.write_text(json.dumps(results, indent=1), encoding="utf-8")
+    return result
+
+
 def report(results):
     counts = collections.Counter()
     unexplained = []
@@ -184,7 +195,8 @@ def report(results):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("--count", type=int, default=500, help="mutants, of all folders together")
+    parser.add_argument("--count", type=int, default=500,
+                        help="mutants that compile, of all folders together")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--folder", action="append", choices=FOLDERS, help="may be repeated")
     parser.add_argument("--headers", action="store_true",
@@ -194,16 +206,11 @@ def main():
     results = json.loads(RESULTS.read_text(encoding="utf-8")) if RESULTS.exists() else {}
     if not options.report:
         prepare()
-        for name, mutant in choose(options.count, options.seed, options.folder or FOLDERS,
-                                   {".h"} if options.headers else {".cpp"}):
-            entry = described(name, mutant)
-            key = f"{name}:{entry['state']}:{mutant.begin}:{mutant.kind}"
-            if key in results and results[key]["result"] != "survived":
-                continue
-            result = "survived" if is_explained(entry) else result_of(name, mutant)
-            results[key] = entry | {"result": result}
-            print(f"{results[key]['result']:9} {name}:{entry['line']} {mutant.kind}", flush=True)
-            RESULTS.write_text(json.dumps(results, indent=1), encoding="utf-8")
+        mutants = shuffled(options.seed, options.folder or FOLDERS,
+                           {".h"} if options.headers else {".cpp"})
+        valid = 0
+        while valid < options.count and (chosen := next(mutants, None)):
+            valid += tried(*chosen, results) != "invalid"
     report(results)
 
 
