@@ -226,6 +226,21 @@ TEST_F(VCreatorCache, PassesOverModulesThatHaveChanged)
     EXPECT_FALSE(VModules::isLoadable("m.zelm"));
 }
 
+TEST_F(VCreatorCache, GoesOnBehindModulesThatHaveChanged)
+{
+    write("m.zelm", "12345");
+    load(CacheBytes()
+             .number64(1)
+             .text(kCreators)
+             .number64(0)
+             .number64(2)
+             .entry("Cached/Y", "gone.zelm")
+             .entry("Cached/Z", "m.zelm")
+             .bytes());
+    EXPECT_FALSE(VCreators(typeid(VInputCreatorBase))->contains("Cached/Y"));
+    EXPECT_TRUE(VCreators(typeid(VInputCreatorBase))->contains("Cached/Z"));
+}
+
 TEST_F(VCreatorCache, ATouchedModuleIsLoadedByTheScan)
 {
     const string path = add("version1", "p/versioned.zelm");

@@ -319,6 +319,7 @@ TEST_F(VSchedulerTest, IsAProfiledSection)
     EXPECT_EQ(listener.sections[0].function, "static int Quorl::VScheduler::execute(double)");
     EXPECT_EQ(listener.sections[0].file, "VScheduler");
     EXPECT_EQ(listener.sections[0].line, 95);
+    EXPECT_EQ(listener.sections[0].detail, 0);
     EXPECT_EQ(listener.closings, 1);
 }
 
