@@ -1,5 +1,7 @@
-"""What counts as a mutant."""
+"""What counts as a mutant, and that explanations are of mutants that there are."""
 
+import pathlib
+import tomllib
 import unittest
 
 from mutants import find_mutants, line_of
@@ -48,6 +50,17 @@ class FindMutants(unittest.TestCase):
 
     def test_tells_lines(self):
         self.assertEqual(line_of("a\nb\nc", 4), 3)
+
+
+class Explanations(unittest.TestCase):
+    def test_are_of_text_that_is_there(self):
+        here = pathlib.Path(__file__).parent
+        known = tomllib.loads((here / "explained.toml").read_text(encoding="utf-8"))["mutant"]
+        changes = [(entry["file"], entry["before"], entry["after"]) for entry in known]
+        self.assertEqual(len(changes), len(set(changes)))
+        for file, before, _ in changes:
+            text = (here.parents[1] / file).read_text(encoding="utf-8")
+            self.assertIn(before, text, file)
 
 
 if __name__ == "__main__":
