@@ -79,8 +79,8 @@ public:
     explicit TextSaver(bool works) : ZelmSaver(works ? ".txt" : ".bad"), works_(works) {}
     bool save(const std::string& file) override
     {
-        std::ofstream(file) << "saved\n";
-        return works_;
+        std::ofstream written(file);
+        return (written << "saved\n").flush() && works_;
     }
 
 private:
