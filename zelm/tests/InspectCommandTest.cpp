@@ -47,6 +47,16 @@ TEST_F(InspectCommand, TellsWhyAModuleWasRefused)
     EXPECT_NE(module["reason"], "") << out;
 }
 
+TEST_F(InspectCommand, TellsOfAModuleThatRefuses)
+{
+    runCommand(commandOf("inspect --json", "HOSTTEST_REFUSES=1"));
+
+    EXPECT_EQ(status, 0) << err;
+    const Json module = entryOf(json()["modules"], "path", ZELM_TEST_MODULES "/hosttest.zelm");
+    EXPECT_EQ(module["state"], "refused") << out;
+    EXPECT_EQ(module["reason"], "its init routine refuses") << out;
+}
+
 TEST_F(InspectCommand, TakesTheFirstOfTwoModulesOfOneName)
 {
     const QuorlTest::TemporaryFolder modules;

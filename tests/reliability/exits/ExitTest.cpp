@@ -27,10 +27,13 @@ protected:
     }
 };
 
-TEST_F(Exit, AStaticMayUseTheKernelFirstAtItsEnd)
+TEST_F(Exit, AStaticMayUseTheKernelAtItsEnd)
 {
-    run("StaticBeforeTheKernel");
-    expectQuietEnd("main ends\nused at the end\n");
+    for (const char* const use : {"", "first"})
+    {
+        run("StaticBeforeTheKernel", use);
+        expectQuietEnd("main ends\nused at the end\n");
+    }
 }
 
 TEST_F(Exit, AStaticMayUseTheKernelFromItsConstructorToItsEnd)
@@ -41,8 +44,11 @@ TEST_F(Exit, AStaticMayUseTheKernelFromItsConstructorToItsEnd)
 
 TEST_F(Exit, AHandlerMayUseTheKernelBehindItsCleanUp)
 {
-    run("LateHandler");
-    expectQuietEnd("main ends\nused by a handler\n");
+    for (const char* const use : {"", "first"})
+    {
+        run("LateHandler", use);
+        expectQuietEnd("main ends\nused by a handler\n");
+    }
 }
 
 TEST_F(Exit, WhatIsLeftInTheTablesMayUseThemWhenItEnds)
