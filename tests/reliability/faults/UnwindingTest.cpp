@@ -1,3 +1,5 @@
+#include <quorl/modules/VSaveable.h>
+#include <quorl/modules/ZelmSaver.h>
 #include <quorl/registry/VManagedObjectIterator.h>
 #include <quorl/services/VLogger.h>
 #include <quorl/services/VUndoAction.h>
@@ -154,6 +156,31 @@ TEST(Unwinding, AVisitorOfSlotsThrowsToTheCallerAndLeavesThemUnlocked)
     EXPECT_EQ(object->iterate_inputs(std::function<bool(VSlot&, int)>(visit)), 1);
     EXPECT_THROW(object->iterateOutputs(outputs, typeid(void)), Thrown);
     EXPECT_EQ(object->iterateOutputs(outputs, typeid(void)), 1);
+}
+
+struct ThrowingSavers final : VSaveable::SaveIterator
+{
+    bool apply(const string& /*name*/, const RefPtr<ZelmSaver>& /*saver*/) override
+    {
+        act();
+        return true;
+    }
+    ThrowOnce act;
+};
+
+TEST(Unwinding, AVisitorOfSaversThrowsToTheCaller)
+{
+    struct Saver final : ZelmSaver
+    {
+        Saver() : ZelmSaver(".text") {}
+        bool save(const string& /*file*/) override { return true; }
+    };
+    VSaveable saveable;
+    saveable.addSaver("met", RefPtr<ZelmSaver>(new Saver));
+    ThrowingSavers visitor;
+
+    EXPECT_THROW(saveable.iterateSavers(visitor), Thrown);
+    EXPECT_EQ(saveable.iterateSavers(visitor), 1);
 }
 
 struct ThrowingPools final : ValuePool::iterator
