@@ -2,6 +2,7 @@
 #include <quorl/values/VGraph.h>
 #include <quorl/values/VValue.h>
 #include <quorl/values/VValueTrait.h>
+#include <tests/fuzz/TextForm.h>
 
 #include <cmath>
 #include <cstddef>
@@ -13,19 +14,7 @@
 namespace
 {
 
-/// What was read is written in a form that gives itself back once it is read.
-template <class T>
-void readAndWrite(const std::string& text)
-{
-    using Trait = Quorl::VValueTrait<T>;
-    T datum{};
-    if (!Trait::setValueFromText(datum, text)) return;
-    const std::string once = Trait::Text(datum);
-    T again{};
-    const bool isTaken = Trait::setValueFromText(again, once);
-    if (once.empty()) return; // of the character 0, which no text gives
-    if (!isTaken || Trait::Text(again) != once) std::abort();
-}
+using QuorlTest::readAndWrite;
 
 /// What is written of a fraction reads as that, but for the last digits that the type has, which
 /// the parser's steps may cost, or for the digits that are not written.
