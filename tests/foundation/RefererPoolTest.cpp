@@ -75,6 +75,19 @@ TEST(RefererPool, ReusesWhatAnotherThreadGaveBack)
     EXPECT_LT(seen.size(), 2 * kBlocks);
 }
 
+TEST(RefererPool, ReusesTheOnlyBlockThatAThreadGaveBack)
+{
+    std::set<const Referer*> seen;
+    constexpr int kThreads = 2000;
+    for (int i = 0; i < kThreads; ++i)
+    {
+        Referer* const block = RefererPool::take();
+        seen.insert(block);
+        std::thread(&RefererPool::giveBack, block).join();
+    }
+    EXPECT_LT(seen.size(), kThreads / 2);
+}
+
 TEST(RefererPool, ReusesWhatAnEndedThreadHadLeft)
 {
     std::set<const Referer*> seen;
