@@ -26,8 +26,9 @@ using Tolmen::Platform::FileStatus;
 using Tolmen::Platform::fileStatus;
 
 constexpr std::uint64_t kMostDomainsBehindTheEnd = 65536;
-constexpr std::uint64_t kMostExpected = 1 << 24; // bytes; a larger file is read in several steps
-constexpr std::uint64_t kMostUntold = 1 << 24;   // bytes of what tells no size: it may have no end
+// Bytes. A larger file is read in several steps, and no more of what tells no size: it may have no
+// end.
+constexpr std::uint64_t kMostExpected = 1 << 24;
 
 /// The items of a file, one by one. Deliberate: what is not there reads as 0 or as what there is of
 /// a text, and the end of the file is not told.
@@ -37,7 +38,7 @@ public:
     /// Reads the file to its end. \param expected its size, as far as is known.
     CacheReader(std::FILE* file, std::uint64_t expected)
     {
-        const std::uint64_t most = std::max(expected, kMostUntold);
+        const std::uint64_t most = std::max(expected, kMostExpected);
         std::size_t size = 0;
         while (size == bytes_.size() && size < most) // no room is left, so there may be more
         {

@@ -33,7 +33,8 @@ QUORL_API bool SaveVCreatorMapTypes(const string& file);
 /// before directories are opened, which then pass over these modules.
 ///
 /// Each entry decides for itself: it is not used if the module's file is another one by now, if its
-/// domain is not there, or if it is provided already. This and more is said on standard output.
+/// domain is not there, or if it is provided already. This and more is said on standard output. Of
+/// what tells no size, as a pipe or a device, 16 MiB are read at most.
 /// \return false if the file cannot be opened; true whatever is in it.
 QUORL_API bool LoadVCreatorMapTypes(const string& file);
 

@@ -1,7 +1,6 @@
 #include <plugins/grid/GridValues.h>
 #include <plugins/picture/PictureValues.h>
 #include <plugins/volume/VolumeValues.h>
-
 #include <tests/fuzz/TextForm.h>
 
 #include <cstddef>

@@ -209,8 +209,10 @@ def main():
         mutants = shuffled(options.seed, options.folder or FOLDERS,
                            {".h"} if options.headers else {".cpp"})
         valid = 0
-        while valid < options.count and (chosen := next(mutants, None)):
-            valid += tried(*chosen, results) != "invalid"
+        for name, mutant in mutants:
+            if valid == options.count:
+                break
+            valid += tried(name, mutant, results) != "invalid"
     report(results)
 
 

@@ -23,7 +23,7 @@ constinit long theCallsLeft = 0;
 constinit int theError = 0;
 constinit FailingCall::Manner theManner = FailingCall::Fails;
 
-/// \return whether this call is the one.
+/// \return whether this call is the one that does not do what it should.
 bool isTheOne(std::string_view function)
 {
     if (theCallsLeft <= 0 || function != theFunction || --theCallsLeft > 0) return false;

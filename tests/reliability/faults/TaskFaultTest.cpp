@@ -23,9 +23,8 @@ using Threads::ThreadPool;
 /// \param mostThreads as for the pool.
 void startWithEachFailure(std::optional<std::size_t> mostThreads, FailingMemory::Extent extent)
 {
-    bool hasFailed = true;
     long failures = 0;
-    for (; hasFailed; failures += hasFailed ? 1 : 0)
+    for (bool hasFailed = true; hasFailed; failures += hasFailed ? 1 : 0)
     {
         SCOPED_TRACE(failures + 1);
         ThreadPool pool(mostThreads);

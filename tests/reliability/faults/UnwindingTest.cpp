@@ -91,10 +91,11 @@ TEST(Unwinding, AnObserverMayThrowWhileAPoolIsActivated)
     EXPECT_EQ(first.calls, 1);
 }
 
-struct ThrowingVisitor final : VManagedObjectIterator
+/// A visitor that throws once, whatever it is told.
+template <class Visitor, class... Told>
+struct Throwing final : Visitor
 {
-    bool apply(int /*priority*/, const RefPtr<VManagedObject>& /*object*/,
-               const string& /*name*/) override
+    bool apply(Told... /*told*/) override
     {
         act();
         return true;
@@ -106,7 +107,7 @@ TEST(Unwinding, AVisitorOfTheRegistryThrowsToTheCallerAndLeavesNoWalkBehind)
 {
     Network network;
     const auto object = network.node("met");
-    ThrowingVisitor visitor;
+    Throwing<VManagedObjectIterator, int, const RefPtr<VManagedObject>&, const string&> visitor;
 
     EXPECT_THROW(VManagedObject::traverse(typeid(VObject), visitor), Thrown);
     network.node("entered behind it");
@@ -129,16 +130,6 @@ TEST(Unwinding, AVisitorOfModulesThrowsToTheCaller)
     EXPECT_GT(VManagedObject::iterateModules(visit), 0);
 }
 
-struct ThrowingOutputs final : VOutputIterator
-{
-    bool apply(const std::type_info& /*type*/, const RefPtr<VSlot>& /*slot*/) override
-    {
-        act();
-        return true;
-    }
-    ThrowOnce act;
-};
-
 TEST(Unwinding, AVisitorOfSlotsThrowsToTheCallerAndLeavesThemUnlocked)
 {
     Network network;
@@ -150,23 +141,13 @@ TEST(Unwinding, AVisitorOfSlotsThrowsToTheCallerAndLeavesThemUnlocked)
         act();
         return true;
     };
-    ThrowingOutputs outputs;
+    Throwing<VOutputIterator, const std::type_info&, const RefPtr<VSlot>&> outputs;
 
     EXPECT_THROW(object->iterate_inputs(std::function<bool(VSlot&, int)>(visit)), Thrown);
     EXPECT_EQ(object->iterate_inputs(std::function<bool(VSlot&, int)>(visit)), 1);
     EXPECT_THROW(object->iterateOutputs(outputs, typeid(void)), Thrown);
     EXPECT_EQ(object->iterateOutputs(outputs, typeid(void)), 1);
 }
-
-struct ThrowingSavers final : VSaveable::SaveIterator
-{
-    bool apply(const string& /*name*/, const RefPtr<ZelmSaver>& /*saver*/) override
-    {
-        act();
-        return true;
-    }
-    ThrowOnce act;
-};
 
 TEST(Unwinding, AVisitorOfSaversThrowsToTheCaller)
 {
@@ -177,26 +158,16 @@ TEST(Unwinding, AVisitorOfSaversThrowsToTheCaller)
     };
     VSaveable saveable;
     saveable.addSaver("met", RefPtr<ZelmSaver>(new Saver));
-    ThrowingSavers visitor;
+    Throwing<VSaveable::SaveIterator, const string&, const RefPtr<ZelmSaver>&> visitor;
 
     EXPECT_THROW(saveable.iterateSavers(visitor), Thrown);
     EXPECT_EQ(saveable.iterateSavers(visitor), 1);
 }
 
-struct ThrowingPools final : ValuePool::iterator
-{
-    bool apply(const string& /*name*/, const WeakPtr<ValuePool>& /*pool*/) override
-    {
-        act();
-        return true;
-    }
-    ThrowOnce act;
-};
-
 TEST(Unwinding, AVisitorOfContextsThrowsToTheCaller)
 {
     const RefPtr<ValuePool> pool(new ValuePool("met"));
-    ThrowingPools visitor;
+    Throwing<ValuePool::iterator, const string&, const WeakPtr<ValuePool>&> visitor;
 
     EXPECT_THROW(ValuePool::iterate(visitor), Thrown);
     EXPECT_EQ(ValuePool::iterate(visitor), 1);
